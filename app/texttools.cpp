@@ -1,0 +1,14 @@
+#include "app/texttools.h"
+
+#include <QTime>
+
+QString utf8UpToNul(const QByteArray &bytes)
+{
+    const auto length = qstrnlen(bytes.constData(), static_cast<uint>(bytes.size()));
+    return QString::fromUtf8(bytes.constData(), static_cast<int>(length));
+}
+
+QString timeOfDay()
+{
+    return QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));
+}

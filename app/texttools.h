@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// Reads \a bytes as UTF-8 up to the first NUL byte, as a C string is read. Bytes that are not
+/// UTF-8 become U+FFFD.
+[[nodiscard]] QString utf8UpToNul(const QByteArray &bytes);
+
+/// The current time of day as "hh:mm:ss.zzz", as log messages show it.
+[[nodiscard]] QString timeOfDay();

@@ -1,0 +1,82 @@
+# What every target of ours is built with, and the functions that declare libraries and tests.
+
+add_library(miravel_options INTERFACE)
+target_compile_options(miravel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(MIRAVEL_WERROR)
+    target_compile_options(miravel_options INTERFACE -Werror)
+endif()
+target_compile_definitions(
+    miravel_options
+    INTERFACE
+        QT_MESSAGELOGCONTEXT # file and line reach the log in release builds too
+        QT_NO_CAST_FROM_ASCII
+        QT_NO_CAST_TO_ASCII
+        QT_NO_URL_CAST_FROM_STRING
+        QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+target_include_directories(miravel_options INTERFACE "${PROJECT_SOURCE_DIR}")
+
+if(MIRAVEL_SANITIZE)
+    target_compile_options(miravel_options INTERFACE -fsanitize=${MIRAVEL_SANITIZE}
+                                                     -fno-omit-frame-pointer)
+    target_link_options(miravel_options INTERFACE -fsanitize=${MIRAVEL_SANITIZE})
+endif()
+
+# A log line names the bare source file on every platform, so each source folder is mapped away.
+# The last matching map wins, so deeper folders come later.
+function(miravel_bare_file_names target)
+    get_target_property(sources ${target} SOURCES)
+    get_target_property(base ${target} SOURCE_DIR)
+    set(folders "${base}")
+    foreach(source IN LISTS sources)
+        cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${base}" OUTPUT_VARIABLE full)
+        cmake_path(GET full PARENT_PATH folder)
+        list(APPEND folders "${folder}")
+    endforeach()
+    list(REMOVE_DUPLICATES folders)
+    list(SORT folders)
+    foreach(folder IN LISTS folders)
+        target_compile_options(${target} PRIVATE "-fmacro-prefix-map=${folder}/=")
+    endforeach()
+endfunction()
+
+# miravel_add_library(<name> SOURCES <file>... LINK <target>...): one static library for a module.
+function(miravel_add_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC miravel_options ${arg_LINK})
+    miravel_bare_file_names(${name})
+endfunction()
+
+# miravel_add_test(<name> [THREADED] [SOURCES <file>...] [LINK <target>...] [TIMEOUT <s>]): one Qt
+# Test program run by CTest on the offscreen platform. THREADED marks it for the thread sanitizer.
+function(miravel_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "THREADED" "TIMEOUT" "SOURCES;LINK")
+    if(NOT arg_SOURCES)
+        set(arg_SOURCES ${name}.cpp)
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE miravel_options Qt5::Test ${arg_LINK})
+    miravel_bare_file_names(${name})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    add_test(NAME ${name} COMMAND ${name})
+    miravel_test_environment(${name} ${arg_TIMEOUT})
+    if(arg_THREADED)
+        set_tests_properties(${name} PROPERTIES LABELS threaded)
+    endif()
+endfunction()
+
+# The fixed font, locale and platform that make pixel and text results the same on every machine.
+function(miravel_test_environment test timeout)
+    set(environment "LC_ALL=C.UTF-8" "QT_QPA_PLATFORM=offscreen"
+                    "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/tests/support/fonts.conf")
+    if(MIRAVEL_SANITIZE)
+        list(APPEND environment
+             "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp halt_on_error=1"
+             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp"
+             "UBSAN_OPTIONS=halt_on_error=1 print_stacktrace=1")
+    endif()
+    set_tests_properties(${test} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT ${timeout})
+endfunction()
