@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QEventLoop>
+#include <QTimer>
+
+/// Waits for a signal in a nested event loop, for a limited time; the thread's other events are
+/// handled meanwhile. Made, used and destroyed on one thread.
+///
+/// Waits of one thread end in the reverse order of their beginning, so an outer time limit may pass
+/// while an inner wait still runs. What counts is which came first, the signal or the limit, not
+/// when the loop gets round to ending. A loop that ends because the thread or the application
+/// quits counts as in time.
+class DeadlineWait final
+{
+    Q_DISABLE_COPY_MOVE(DeadlineWait)
+
+public:
+    /// A wait of at most \a timeoutMs milliseconds, counted from exec().
+    explicit DeadlineWait(int timeoutMs);
+    ~DeadlineWait();
+
+    /// Ends the wait when \a sender, which outlives it, emits \a signal. A signal that comes before
+    /// exec() counts.
+    template <typename Sender, typename Signal>
+    void endOn(const Sender *sender, Signal signal)
+    {
+        m_ending = QObject::connect(sender, signal, &m_timer, [this] { end(); });
+    }
+
+    /// Waits. Returns false when the time limit passed before the signal.
+    [[nodiscard]] bool exec();
+
+private:
+    void end();
+    void expire();
+
+    QEventLoop m_loop;
+    QTimer m_timer;
+    QMetaObject::Connection m_ending;
+    bool m_ended = false;
+    bool m_expired = false;
+};

@@ -1,0 +1,117 @@
+#include "service/idpinterface.h"
+
+#include "app/logstream.h"
+#include "service/replyreading.h"
+#include "service/requestbodies.h"
+
+#include <QSettings>
+
+namespace {
+
+/// One call, read from the settings before it is made: the file is not kept open meanwhile.
+struct ServiceCall
+{
+    QString urlPath;
+    QByteArray body;
+    int httpMode = 0;
+};
+
+struct CallTexts
+{
+    const char *group; ///< group of the settings, and first word of the parse warning
+    const char *failure;
+};
+
+constexpr CallTexts hotTexts = {"HotRecommendation", "Failed to get hot questions! ret:"};
+constexpr CallTexts associationTexts
+    = {"ProblemAssociation", "Failed to get association questions! ret:"};
+constexpr CallTexts askTexts
+    = {"QuestAndAnw", "Failed to get question reply (Ask_And_Answer)! ret:"};
+
+QString readText(const QSettings &settings, const char *key)
+{
+    return settings.value(QLatin1String(key)).toString();
+}
+
+CallSettings readCallSettings(const QSettings &settings, const CallTexts &texts)
+{
+    const QString group = QLatin1String(texts.group);
+    return {settings.value(group + QLatin1String("/channelId")).toInt(),
+            settings.value(group + QLatin1String("/recommendSize")).toInt(),
+            readText(settings, "RobotId/robotId")};
+}
+
+int readHttpMode(const QSettings &settings)
+{
+    return settings.value(QStringLiteral("ihttpInfo/iHttpMode")).toInt();
+}
+
+ServiceCall hotCall(const QString &configPath)
+{
+    const QSettings settings(configPath, QSettings::IniFormat);
+    return {readText(settings, "url/hoturl"),
+            hotQuestionsBody(readCallSettings(settings, hotTexts)), readHttpMode(settings)};
+}
+
+ServiceCall associationCall(const QString &configPath, const QString &text)
+{
+    const QSettings settings(configPath, QSettings::IniFormat);
+    return {readText(settings, "url/associateurl"),
+            associationBody(readCallSettings(settings, associationTexts), text),
+            readHttpMode(settings)};
+}
+
+ServiceCall askCall(const QString &configPath, AskFields fields)
+{
+    const QSettings settings(configPath, QSettings::IniFormat);
+    fields.currentDomain = readText(settings, "QuestAndAnw/currentDomain");
+    return {readText(settings, "url/askquesturl"),
+            askBody(readCallSettings(settings, askTexts), fields), readHttpMode(settings)};
+}
+
+QJsonDocument readReply(int result, const QByteArray &buffer, const CallTexts &texts)
+{
+    const ParsedReply reply = parseReply(buffer);
+    if (result != 0) {
+        LOG_WARNING() << texts.failure << result << ".";
+    }
+    if (reply.error != QJsonParseError::NoError) {
+        LOG_WARNING() << texts.group << "---QJsonDocument::fromJson error code"
+                      << static_cast<int>(reply.error);
+    }
+    return reply.document;
+}
+
+} // namespace
+
+QJsonArray IdpInterface::hot_questions()
+{
+    request.getUseful_IpPort();
+    const ServiceCall call = hotCall(request.configPath);
+    QByteArray buffer;
+    const int result = request.SendHttpsRequest(call.urlPath, call.httpMode, hotTimeoutMs, &buffer,
+                                                call.body, false);
+    return resultArray(readReply(result, buffer, hotTexts));
+}
+
+QJsonArray IdpInterface::association_questions(QString text)
+{
+    const ServiceCall call = associationCall(request.configPath, text);
+    QByteArray buffer;
+    const int result = request.SendHttpsRequest(call.urlPath, call.httpMode, associationTimeoutMs,
+                                                &buffer, call.body, true);
+    return resultArray(readReply(result, buffer, associationTexts));
+}
+
+QJsonDocument IdpInterface::Ask_And_Answer(QString rawQuery, QString accountId, QString source,
+                                           QString originalQuestion, qint64 questionId)
+{
+    request.getUseful_IpPort();
+    LOG_INFO() << "Ask_And_Answer question:" << rawQuery;
+    const ServiceCall call = askCall(
+        request.configPath, {rawQuery, QString(), accountId, source, originalQuestion, questionId});
+    QByteArray buffer;
+    const int result = request.SendHttpsRequest(call.urlPath, call.httpMode, askTimeoutMs, &buffer,
+                                                call.body, false);
+    return readReply(result, buffer, askTexts);
+}
