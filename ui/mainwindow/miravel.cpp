@@ -1,17 +1,302 @@
 #include "ui/mainwindow/miravel.h"
 
+#include "app/apppaths.h"
+#include "app/logstream.h"
+#include "service/hotqueststhread.h"
+#include "ui/answer/qaregion.h"
+#include "ui/mainwindow/inputpanel.h"
+#include "ui/mainwindow/titlebar.h"
+
+#include <QDir>
+#include <QGridLayout>
+#include <QJsonArray>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QSettings>
+#include <QTextEdit>
+
+namespace {
+
+constexpr QSize windowSize(920, 640);
+constexpr QRect regionPlace(2, 58, 646, 490);
+
+constexpr int associationTickMs = 1000;
+constexpr int loginPollMs = 60000;
+constexpr unsigned long workerStopMs = 2000;
+
+const char *boolText(bool value)
+{
+    return value ? "true" : "false";
+}
+
+} // namespace
+
 Miravel::Miravel(QWidget *parent)
     : QWidget(parent)
+    , m_configPath(miravelConfigPath())
 {
-    setFixedSize(920, 640);
+    buildForm();
+    buildTitleBar();
+    m_region = new QARegion(m_inner);
+    m_region->setGeometry(regionPlace);
+    buildInput();
+    delete_gif();
+    centreOnScreen();
+    raise();
+    activateWindow();
+}
+
+Miravel::~Miravel()
+{
+    if (m_hotWorker.isNull()) {
+        return;
+    }
+    m_hotWorker->disconnect(this);
+    m_hotWorker->quit(); // ends the waits inside the worker as well
+    if (m_hotWorker->wait(workerStopMs)) {
+        delete m_hotWorker;
+    }
+    // A worker that still runs is left alone: destroying a running thread would abort the program.
+}
+
+void Miravel::buildForm()
+{
+    if (objectName().isEmpty()) {
+        setObjectName(QStringLiteral("Miravel"));
+    }
+    setFixedSize(windowSize);
+    auto *layout = new QGridLayout(this);
+    layout->setSpacing(0);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_inner = new QWidget(this);
+    m_inner->setFixedSize(windowSize);
+    layout->addWidget(m_inner);
+    setWindowTitle(tr("Miravel"));
+    setAttribute(Qt::WA_QuitOnClose);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint
                    | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
 }
 
+void Miravel::buildTitleBar()
+{
+    const QSettings settings(m_configPath, QSettings::IniFormat);
+    const bool dialogDirectly
+        = settings.value(QStringLiteral("SysEnvironment/EnvType"), 1).toInt() == 1;
+    auto *bar = new TitleBar(dialogDirectly ? TitleBar::AboutButton::OpensDialog
+                                            : TitleBar::AboutButton::OpensMenu,
+                             m_inner);
+    if (dialogDirectly) {
+        connect(bar, &TitleBar::aboutClicked, this, &Miravel::about_clicked);
+    }
+    connect(bar, &TitleBar::minimiseClicked, this, &Miravel::min_windows);
+    connect(bar, &TitleBar::closeClicked, this, &Miravel::close_windows);
+}
+
+void Miravel::buildInput()
+{
+    m_inputPanel = new InputPanel(m_inner);
+    m_inputPanel->input()->installEventFilter(this);
+    connect(m_inputPanel, &InputPanel::sendClicked, this, &Miravel::send_messages);
+    connect(&m_associationTick, &QTimer::timeout, this, &Miravel::showAssociation);
+    m_associationTick.start(associationTickMs);
+}
+
+void Miravel::delete_gif()
+{
+    QDir folder(QStringLiteral("gif/"));
+    const QStringList files = folder.entryList(QDir::Files | QDir::Hidden | QDir::System);
+    for (const QString &file : files) {
+        folder.remove(file);
+    }
+}
+
+void Miravel::centreOnScreen()
+{
+    // The screen's origin is left out on purpose: the window opens on the primary screen.
+    const QSize available = screen()->geometry().size();
+    move((available.width() - width()) / 2, (available.height() - height()) / 2);
+}
+
 void Miravel::startForVdiClient()
 {
+    getIDP = true;
+    startedByVdiClient = true;
+    panelReady = true;
+    buildHotQuestions();
 }
 
 void Miravel::startForLauncher()
 {
+    JudgeUser_ifLogined_ByConfig();
+    if (loggedIn) {
+        switchToOnlineMode();
+        return;
+    }
+    panelReady = true;
+    getIDP = false;
+    startedByVdiClient = false;
+    buildHotQuestions();
+    connect(&m_loginPoll, &QTimer::timeout, this, &Miravel::JudgeUser_ifLogined_ByConfig);
+    m_loginPoll.start(loginPollMs);
+}
+
+void Miravel::JudgeUser_ifLogined_ByConfig()
+{
+    const QSettings settings(clientSettingsPath(), QSettings::IniFormat);
+    if (settings.value(QStringLiteral("LoginMode/loginstate")).toInt() == 0) {
+        LOG_INFO() << "Account not logged in!";
+        neverLoggedOut = false;
+        return;
+    }
+    LOG_INFO() << "Account is logged in!";
+    loggedIn = true;
+    if (!neverLoggedOut) {
+        switchToOnlineMode();
+        m_loginPoll.stop();
+    }
+}
+
+void Miravel::switchToOnlineMode()
+{
+    getIDP = true;
+    startedByVdiClient = false;
+    panelReady = true;
+    buildHotQuestions();
+}
+
+void Miravel::buildHotQuestions()
+{
+    if (getIDP) {
+        getHotQuestion_thread_right();
+    } else {
+        switchHotQuestionLocation_show();
+    }
+}
+
+void Miravel::getHotQuestion_thread_right()
+{
+    LOG_INFO() << "begin to start qthread for get hot questions";
+    // No owner: the worker outlives a window that goes, and deletes itself when it has finished.
+    m_hotWorker = new HotQuestsThread(this);
+    connect(m_hotWorker, &HotQuestsThread::hotQuests_signal, this, &Miravel::getHotQuestion_right);
+    connect(m_hotWorker, &HotQuestsThread::finished, m_hotWorker, &QObject::deleteLater);
+    m_hotWorker->start();
+}
+
+void Miravel::getHotQuestion_right(const QJsonArray &hotQuestions)
+{
+    isGetHotQuests = true;
+    if (hotQuestions.isEmpty()) {
+        LOG_WARNING() << "Network problem! failed to get hot issues.";
+        netHotWork = true;
+        getIDP = false;
+        panelReady = true;
+        buildHotQuestions();
+        return;
+    }
+    LOG_INFO() << "Get hot issues successfully! hot_questions_num: (%d)" << hotQuestions.size();
+    m_region->addRobotMessage(tr("您好，我是Miravel，请简要描述您的问题或错误提示!"));
+    emit rightRegionSuccess();
+}
+
+void Miravel::switchHotQuestionLocation_show()
+{
+    const QString explanation = netHotWork
+                                  ? tr("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
+                                       "您可在“热门问答”区域查看常见问题。")
+                                  : notLoggedInText();
+    m_region->addRobotMessage(explanation);
+}
+
+QString Miravel::notLoggedInText()
+{
+    return tr("您好，我是Miravel，您的桌面尚未登录鉴权，暂时无法提供智能服务。"
+              "您可在“热门问答”区域查看常见问题。"
+              "我将会在您登录鉴权后，提供更多智能服务。");
+}
+
+void Miravel::send_messages()
+{
+    const QString question = m_inputPanel->input()->toPlainText().simplified();
+    m_inputPanel->input()->clear();
+    askOrExplain(question, "send messages when not logged in, isGetHotQuests:",
+                 "send messages by idp qa request, isGetHotQuests:");
+}
+
+void Miravel::askOrExplain(const QString &question, const char *explainedLog, const char *askedLog)
+{
+    if (question.isEmpty()) {
+        return;
+    }
+    const bool mayAsk = isGetHotQuests || netHotWork;
+    LOG_INFO() << (mayAsk ? askedLog : explainedLog) << boolText(isGetHotQuests)
+               << ". netHotWork:" << boolText(netHotWork);
+    if (mayAsk) {
+        m_region->Miss_RecomSend(question, QStringLiteral("rawquery"), QString(), 0);
+        return;
+    }
+    m_region->addQuestionBubble(question);
+    m_region->addRobotMessage(notLoggedInText());
+    m_region->scrollToBottom();
+}
+
+void Miravel::showAssociation()
+{
+    TextInput_color();
+}
+
+void Miravel::TextInput_color()
+{
+    m_inputPanel->applyTypingStyle();
+}
+
+void Miravel::close_windows()
+{
+    LOG_INFO() << "click to Close the window";
+    close();
+}
+
+void Miravel::min_windows()
+{
+    showMinimized();
+}
+
+void Miravel::about_clicked()
+{
+    LOG_DEBUG() << "click to about btn";
+}
+
+bool Miravel::eventFilter(QObject *watched, QEvent *event)
+{
+    QTextEdit *input = m_inputPanel->input();
+    if (watched == input) {
+        if (event->type() == QEvent::KeyPress
+            && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Return) {
+            send_messages();
+            return true;
+        }
+        if (event->type() == QEvent::FocusOut && !menuOpen) {
+            input->moveCursor(QTextCursor::End);
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void Miravel::mousePressEvent(QMouseEvent *event)
+{
+    m_dragOffset = event->globalPos() - pos();
+}
+
+void Miravel::mouseMoveEvent(QMouseEvent *event)
+{
+    if (event->buttons() == Qt::LeftButton && !isMaximized() && !m_dragOffset.isNull()) {
+        move(event->globalPos() - m_dragOffset);
+    }
+}
+
+void Miravel::mouseReleaseEvent(QMouseEvent *event)
+{
+    Q_UNUSED(event)
+    m_dragOffset = QPoint();
 }

@@ -1,9 +1,18 @@
 #pragma once
 
+#include <QPoint>
+#include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
-/// The program's only top-level window: a frameless chat window of 920 x 640 px. Lives on the GUI
-/// thread.
+class HotQuestsThread;
+class InputPanel;
+class QARegion;
+class QJsonArray;
+class TitleBar;
+
+/// The program's only top-level window: a frameless chat window of 920 x 640 px. It decides whether
+/// questions go to the service or are answered from what is at hand. Lives on the GUI thread.
 class Miravel : public QWidget
 {
     Q_OBJECT
@@ -12,9 +21,82 @@ class Miravel : public QWidget
 public:
     explicit Miravel(QWidget *parent = nullptr);
 
+    /// Waits at most 2 s for a fetch that still runs.
+    ~Miravel() override;
+
     /// Starts in online mode at once: the virtual-desktop client started the program.
     void startForVdiClient();
 
-    /// Starts in the mode that the desktop's login state asks for: the launcher started the program.
+    /// Starts online when the desktop is logged in, otherwise offline: the launcher started the
+    /// program.
     void startForLauncher();
+
+signals:
+    void beginGetHotQuests();
+
+    /// The answer region is ready for questions of others.
+    void rightRegionSuccess();
+
+    /// A question of others has been dealt with.
+    void QAFinished();
+
+public slots:
+    void close_windows();
+
+    /// Removes the animated pictures that an earlier run saved.
+    void delete_gif();
+    void min_windows();
+
+    /// Sends what is typed, as far as it is not blank, and empties the input box.
+    void send_messages();
+
+    /// Runs once a second while the user may be typing.
+    void showAssociation();
+
+    /// Gives the input box its typing style.
+    void TextInput_color();
+
+    /// Reads from the client's settings whether the desktop is logged in.
+    void JudgeUser_ifLogined_ByConfig();
+    void about_clicked();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    void buildForm();
+    void buildTitleBar();
+    void buildInput();
+    void centreOnScreen();
+    void switchToOnlineMode();
+    void buildHotQuestions();
+    void getHotQuestion_thread_right();
+    void getHotQuestion_right(const QJsonArray &hotQuestions);
+    void switchHotQuestionLocation_show();
+    [[nodiscard]] static QString notLoggedInText();
+
+    /// Answers \a question, or says why it cannot be asked yet. The two texts begin the log line.
+    void askOrExplain(const QString &question, const char *explainedLog, const char *askedLog);
+
+    QString m_configPath;
+    bool isGetHotQuests = false;     ///< the first hot-questions fetch has returned
+    bool netHotWork = false;         ///< the last hot-questions fetch failed
+    bool getIDP = false;             ///< questions and hot list come from the service
+    bool startedByVdiClient = false; ///< only the client's process counts as the caller
+    bool panelReady = false;
+    bool neverLoggedOut = true; ///< no login check has found the desktop logged out
+    bool loggedIn = false;      ///< a login check has found the desktop logged in
+    bool menuOpen = false;      ///< the input box's own context menu is showing
+    QString lastInputText;
+    QPoint m_dragOffset;
+
+    QWidget *m_inner = nullptr;
+    QARegion *m_region = nullptr;
+    InputPanel *m_inputPanel = nullptr;
+    QPointer<HotQuestsThread> m_hotWorker;
+    QTimer m_associationTick;
+    QTimer m_loginPoll;
 };

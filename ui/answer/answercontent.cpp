@@ -1,0 +1,71 @@
+#include "ui/answer/answercontent.h"
+
+#include "ui/answer/answergeometry.h"
+#include "ui/answer/bubblelabel.h"
+#include "ui/answer/replypieces.h"
+#include "ui/style/myproxystyle.h"
+#include "ui/style/styles.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+
+#include <memory>
+
+namespace {
+
+constexpr int paragraphPixelSize = 14;
+
+QFont paragraphFont()
+{
+    QFont font(QCoreApplication::translate("QARegion", "Microsoft YaHei"));
+    font.setPixelSize(paragraphPixelSize);
+    return font;
+}
+
+QWidget *makeRow(QWidget *parent)
+{
+    auto *row = new QWidget(parent);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setStyleSheet(styles::transparentItem);
+    return row;
+}
+
+} // namespace
+
+AnswerContent::AnswerContent(const QString &reply, QWidget *bubble)
+    : QListWidget(bubble)
+{
+    setStyleSheet(styles::plainList);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    const QVector<ReplyPiece> pieces = splitReply(reply);
+    for (const ReplyPiece &piece : pieces) {
+        if (piece.kind == ReplyPiece::Kind::Text) {
+            addParagraph(piece.source);
+        }
+    }
+}
+
+void AnswerContent::addParagraph(const QString &source)
+{
+    QWidget *row = makeRow(viewport());
+    QLabel *label = makeBubbleLabel(styles::paragraph, row);
+    label->setStyle(new MyProxyStyle(label));
+    label->setOpenExternalLinks(true);
+    label->setFont(paragraphFont());
+    label->setText(QLatin1String("<p>") + source + QLatin1String("</p>"));
+    wrapBubbleLabel(label);
+    label->move(0, 0);
+    row->setFixedSize(textMaxWidth, label->height());
+    m_paragraphs.append(label);
+    addRow(row);
+}
+
+void AnswerContent::addRow(QWidget *row)
+{
+    auto item = std::make_unique<QListWidgetItem>();
+    item->setSizeHint(row->size());
+    addItem(item.get());
+    setItemWidget(item.release(), row); // owned by the list since addItem()
+    m_contentHeight += row->height();
+}

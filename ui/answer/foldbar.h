@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QVector>
+#include <QWidget>
+
+/// The bar at the foot of a tall answer: thin lines and a small button that shows or hides the
+/// rest.
+class FoldBar : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(FoldBar)
+
+public:
+    /// A bar inside \a bubble with a line at each of \a lineTops (px) and the button drawn from
+    /// \a image below ":/Images/"; \a name is what a screen reader says.
+    FoldBar(QLatin1String image, const QString &name, const QVector<int> &lineTops,
+            QWidget *bubble);
+
+    /// Shows the bar at \a place, or hides it when that is null.
+    void placeAt(const QRect &place);
+
+signals:
+    void clicked();
+};

@@ -1,0 +1,33 @@
+#include "ui/answer/messagebubble.h"
+
+#include "ui/answer/answergeometry.h"
+#include "ui/answer/bubblelabel.h"
+#include "ui/style/styles.h"
+
+#include <QLabel>
+
+namespace {
+
+constexpr int itemWidth = 648;
+constexpr int itemMargin = 50;
+constexpr QPoint labelPlace(11, 10);
+constexpr QPoint bubblePlace(83, 20);
+constexpr QSize bubbleMargin(25, 22);
+
+} // namespace
+
+MessageBubble::MessageBubble(const QString &text, ConversationList *list)
+    : ConversationItem(Speaker::AssistantMessage, list)
+    , m_bubble(addBubble())
+    , m_label(makeBubbleLabel(styles::bubbleBoldText, m_bubble))
+{
+    m_label->setText(text);
+    m_label->adjustSize();
+    if (m_label->width() > textMaxWidth) {
+        wrapBubbleLabel(m_label);
+    }
+    const QSize size = m_label->size();
+    m_label->move(labelPlace);
+    m_bubble->setGeometry({bubblePlace, size + bubbleMargin});
+    setItemSize({itemWidth, size.height() + itemMargin});
+}

@@ -1,0 +1,247 @@
+#include "ui/answer/qaregion.h"
+
+#include "app/apppaths.h"
+#include "app/logstream.h"
+#include "ui/answer/answeritem.h"
+#include "ui/answer/conversationlist.h"
+#include "ui/answer/messagebubble.h"
+#include "ui/answer/questionbubble.h"
+#include "ui/answer/recommendbox.h"
+#include "ui/answer/recommendonlyitem.h"
+#include "ui/style/shadow.h"
+
+#include <QGridLayout>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QSettings>
+
+namespace {
+
+constexpr QSize formSize(400, 300);
+constexpr QSize innerSize(647, 490);
+constexpr QRect listPlace(1, 0, 648, 432);
+
+QString titleOf(const QString &question, const QString &standardQuestion)
+{
+    return standardQuestion.isEmpty() ? question : standardQuestion;
+}
+
+QString noMatchText()
+{
+    return QARegion::tr("您好，未找到匹配的问题，请换一种说法试试看呢！");
+}
+
+} // namespace
+
+QARegion::QARegion(QWidget *parent)
+    : QWidget(parent)
+{
+    if (objectName().isEmpty()) {
+        setObjectName(QStringLiteral("QARegion"));
+    }
+    resize(formSize);
+    setWindowTitle(tr("Form"));
+    auto *layout = new QGridLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto *inner = new QWidget(this);
+    inner->setFixedSize(innerSize);
+    inner->setStyleSheet(QStringLiteral("QWidget{background-color:white;border:none;}"));
+    addSurfaceShadow(inner);
+    layout->addWidget(inner);
+    m_list = new ConversationList(inner);
+    m_list->setGeometry(listPlace);
+    m_measureLabel = new QLabel(inner);
+    m_measureLabel->setTextFormat(Qt::PlainText);
+    m_measureLabel->setStyleSheet(QStringLiteral("QLabel{font:14px Microsoft YaHei;}"));
+    m_measureLabel->hide();
+    readUserName();
+}
+
+void QARegion::readUserName()
+{
+    if (miravelVersion == QLatin1String("VELISTRA_NEW")) {
+        const QSettings settings(clientSettingsPath(), QSettings::IniFormat);
+        m_userName = settings.value(QStringLiteral("RemLastUser/lastuser")).toString();
+    } else if (miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT")) {
+        const QSettings registry(QStringLiteral("HKEY_LOCAL_MACHINE\\Software\\VDAgent\\LogonInfo"),
+                                 QSettings::NativeFormat);
+        m_userName = registry.value(QStringLiteral("iRAIUser"), QString()).toString();
+    }
+    if (m_userName.isEmpty()) {
+        LOG_WARNING() << "Get the username failed.";
+    }
+}
+
+void QARegion::Miss_RecomSend(QString question, QString source, QString originalQuestion,
+                              qint64 questionId)
+{
+    if (question.isEmpty()) {
+        return;
+    }
+    addQuestionBubble(question);
+    getAskAndAnswer_NoThread(question, source, originalQuestion, questionId);
+}
+
+void QARegion::getAskAndAnswer_NoThread(const QString &question, const QString &source,
+                                        const QString &originalQuestion, qint64 questionId)
+{
+    const QJsonDocument document
+        = m_idp.Ask_And_Answer(question, m_userName, source, originalQuestion, questionId);
+    const QJsonObject result = document.object().value(QLatin1String("result")).toObject();
+    showResult(question, result);
+    checkEmptyReply(result.value(QLatin1String("reply")).toString());
+}
+
+void QARegion::showResult(const QString &question, const QJsonObject &result)
+{
+    const QString standardQuestion = result.value(QLatin1String("standardQuestion")).toString();
+    const QString reply = result.value(QLatin1String("reply")).toString();
+    const QJsonArray recommends = result.value(QLatin1String("recommends")).toArray();
+    const QString resultType = result.value(QLatin1String("resultType")).toString();
+    LOG_DEBUG() << "nSize_Recom:" << recommends.size() << "reply_Type:" << resultType;
+    if (resultType == QLatin1String("QA_NORMAL_RESULT")) {
+        QA_NORMAL_RESULT(question, standardQuestion, reply);
+    } else if (resultType == QLatin1String("MULTI_QA_RESULT")) {
+        MULTI_QA_RESULT(question, standardQuestion, reply, recommends);
+    } else if (resultType == QLatin1String("NO_RESULT")) {
+        NO_RESULT(recommends.size(), recommends, question);
+    }
+}
+
+void QARegion::checkEmptyReply(const QString &reply)
+{
+    if (reply.isEmpty()) {
+        isGetResponse();
+    }
+}
+
+void QARegion::QA_NORMAL_RESULT(const QString &question, const QString &standardQuestion,
+                                const QString &reply)
+{
+    LOG_INFO() << "Hit question, But no Recommend!";
+    showAnswer(titleOf(question, standardQuestion), reply);
+}
+
+void QARegion::MULTI_QA_RESULT(const QString &question, const QString &standardQuestion,
+                               const QString &reply, const QJsonValue &recommends)
+{
+    LOG_INFO() << "Hit question, and have Recommends!";
+    showAnswerWithRecommends(titleOf(question, standardQuestion), reply, recommends.toArray(),
+                             question);
+}
+
+void QARegion::NO_RESULT(int count, const QJsonValue &recommends, const QString &question)
+{
+    if (count == 0) {
+        LOG_INFO() << "No hits and no recommendation questions!";
+        addRobotMessage(noMatchText());
+    } else {
+        LOG_INFO() << "There is no hit question, but there are recommendation questions!";
+        showRecommendOnly(recommends.toArray(), question);
+    }
+    scrollToBottom();
+}
+
+void QARegion::isGetResponse()
+{
+    if (m_endpoint.resolvedAddr().isEmpty()) {
+        LOG_WARNING() << "Network problem! No reply.";
+        addRobotMessage(tr("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
+                           "您可在“热门问答”区域查看常见问题。"));
+        emit netproblem();
+    } else {
+        LOG_WARNING() << "The network is connected, but the reply is empty.";
+        addRobotMessage(noMatchText());
+    }
+    scrollToBottom();
+}
+
+void QARegion::addQuestionBubble(const QString &text)
+{
+    auto *bubble = new QuestionBubble(text, m_list);
+    bubble->appendToList();
+    scrollToBottom();
+}
+
+void QARegion::addRobotMessage(const QString &text)
+{
+    auto *bubble = new MessageBubble(text, m_list);
+    bubble->appendToList();
+}
+
+void QARegion::showAnswer(const QString &title, const QString &reply)
+{
+    auto *answer = new AnswerItem(title, reply, m_list);
+    const int index = m_answers.size();
+    connect(answer, &AnswerItem::openRequested, this, [this, index] { FoldToOpen_answer(index); });
+    connect(answer, &AnswerItem::retractRequested, this,
+            [this, index] { OpenToFold_answer(index); });
+    addAnswer(answer);
+}
+
+void QARegion::showAnswerWithRecommends(const QString &title, const QString &reply,
+                                        const QJsonArray &recommends, const QString &question)
+{
+    auto *answer = new AnswerItem(title, reply, recommends, m_measureLabel, m_list);
+    const int index = m_answers.size();
+    connect(answer, &AnswerItem::openRequested, this,
+            [this, index] { FoldToOpen_AnswerRecom(index, index, index); });
+    connect(answer, &AnswerItem::retractRequested, this,
+            [this, index] { OpenToFold_AnswerRecom(index, index, index); });
+    connectBox(answer->box(), question);
+    addAnswer(answer);
+}
+
+void QARegion::addAnswer(AnswerItem *answer)
+{
+    m_answers.append(answer);
+    answer->appendToList();
+    scrollToBottom();
+}
+
+void QARegion::showRecommendOnly(const QJsonArray &recommends, const QString &question)
+{
+    auto *item = new RecommendOnlyItem(recommends, m_measureLabel, m_list);
+    connectBox(item->box(), question);
+    item->appendToList();
+    scrollToBottom();
+}
+
+void QARegion::connectBox(RecommendBox *box, const QString &question)
+{
+    connect(box, &RecommendBox::recommendClicked, this,
+            [this, question](const QString &recommended, qint64 questionId) {
+                Miss_RecomSend(recommended, QStringLiteral("recommend"), question, questionId);
+            });
+    connect(box, &RecommendBox::nextPageRequested, box, &RecommendBox::showNextPage);
+}
+
+void QARegion::FoldToOpen_AnswerRecom(int answer, int box, int line)
+{
+    Q_UNUSED(box)
+    Q_UNUSED(line)
+    FoldToOpen_answer(answer);
+}
+
+void QARegion::OpenToFold_AnswerRecom(int answer, int box, int line)
+{
+    Q_UNUSED(box)
+    Q_UNUSED(line)
+    OpenToFold_answer(answer);
+}
+
+void QARegion::FoldToOpen_answer(int answer)
+{
+    m_answers.at(answer)->setFoldState(FoldState::Opened);
+}
+
+void QARegion::OpenToFold_answer(int answer)
+{
+    m_answers.at(answer)->setFoldState(FoldState::Folded);
+}
+
+void QARegion::scrollToBottom()
+{
+    m_list->scrollToBottom();
+}

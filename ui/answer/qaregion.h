@@ -1,0 +1,95 @@
+#pragma once
+
+#include "service/httpsrequest.h"
+#include "service/idpinterface.h"
+
+#include <QJsonArray>
+#include <QVector>
+#include <QWidget>
+
+class AnswerItem;
+class ConversationList;
+class QLabel;
+class RecommendBox;
+
+/// The conversation area of the main window: shows questions, messages and answers as bubbles and
+/// runs the question cycle with the service. Lives on the GUI thread.
+class QARegion : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(QARegion)
+
+public:
+    explicit QARegion(QWidget *parent = nullptr);
+
+    /// Asks the service one question and shows its answer. Returns when the answer has come or its
+    /// time is over, at most 800 s; the window stays responsive while it waits.
+    void getAskAndAnswer_NoThread(const QString &question, const QString &source,
+                                  const QString &originalQuestion, qint64 questionId);
+
+    /// Appends the user's question and scrolls to it.
+    void addQuestionBubble(const QString &text);
+
+    /// Appends a plain message of the assistant. Does not scroll.
+    void addRobotMessage(const QString &text);
+
+    /// Appends an answer without recommendations and scrolls to it.
+    void showAnswer(const QString &title, const QString &reply);
+
+    /// Appends an answer with a box of \a recommends, which are asked as following from
+    /// \a question, and scrolls to it.
+    void showAnswerWithRecommends(const QString &title, const QString &reply,
+                                  const QJsonArray &recommends, const QString &question);
+
+    /// Appends a box of \a recommends in place of an answer and scrolls to it.
+    void showRecommendOnly(const QJsonArray &recommends, const QString &question);
+
+    /// Shows the service's answer to a question that it has one for.
+    void QA_NORMAL_RESULT(const QString &question, const QString &standardQuestion,
+                          const QString &reply);
+
+    /// Shows the service's answer and what it recommends beside it.
+    void MULTI_QA_RESULT(const QString &question, const QString &standardQuestion,
+                         const QString &reply, const QJsonValue &recommends);
+
+    /// Shows the \a count recommendations for a question that the service has no answer to, or says
+    /// that there are none.
+    void NO_RESULT(int count, const QJsonValue &recommends, const QString &question);
+
+    /// Says that no reply came: because of the network when no service address is known, which also
+    /// emits netproblem(), or because the service has no answer.
+    void isGetResponse();
+
+    void scrollToBottom();
+
+signals:
+    void beginGetAskAndAnswer(QString question);
+
+    /// The service turned out to be unreachable.
+    void netproblem();
+
+public slots:
+    void FoldToOpen_AnswerRecom(int answer, int box, int line);
+    void OpenToFold_AnswerRecom(int answer, int box, int line);
+    void FoldToOpen_answer(int answer);
+    void OpenToFold_answer(int answer);
+
+    /// Shows \a question as the user's bubble and asks it; nothing happens for an empty one.
+    /// \a source says where it came from: "rawquery", "hotquestion", "associate" or "recommend".
+    void Miss_RecomSend(QString question, QString source, QString originalQuestion,
+                        qint64 questionId);
+
+private:
+    void readUserName();
+    void showResult(const QString &question, const QJsonObject &result);
+    void addAnswer(AnswerItem *answer);
+    void connectBox(RecommendBox *box, const QString &question);
+    void checkEmptyReply(const QString &reply);
+
+    IdpInterface m_idp;
+    httpsRequest m_endpoint;
+    ConversationList *m_list = nullptr;
+    QLabel *m_measureLabel = nullptr; ///< hidden; recommendations are measured in it
+    QString m_userName;
+    QVector<AnswerItem *> m_answers; ///< in the order shown; owned by the list
+};

@@ -1,0 +1,40 @@
+#include "ui/answer/questionbubble.h"
+
+#include "ui/answer/answergeometry.h"
+#include "ui/answer/bubblelabel.h"
+#include "ui/answer/textwrap.h"
+#include "ui/style/styles.h"
+
+#include <QLabel>
+
+namespace {
+
+constexpr int itemWidth = 648;
+constexpr int itemMargin = 50;
+constexpr QPoint labelPlace(12, 10);
+constexpr int bubbleTop = 12;
+constexpr int bubbleRight = 540; ///< left edge of a bubble whose text has no width
+constexpr QSize bubbleMargin(25, 22);
+
+} // namespace
+
+QuestionBubble::QuestionBubble(const QString &text, ConversationList *list)
+    : ConversationItem(Speaker::User, list)
+    , m_bubble(addBubble())
+    , m_label(makeBubbleLabel(styles::bubbleText, m_bubble))
+{
+    m_label->setTextFormat(Qt::PlainText);
+    m_label->ensurePolished(); // or the metrics below are those of the application's font
+    const QFontMetrics metrics = m_label->fontMetrics();
+    if (metrics.horizontalAdvance(text) > textMaxWidth) {
+        m_label->setText(wrapToWidth(metrics, text, textMaxWidth));
+        wrapBubbleLabel(m_label);
+    } else {
+        m_label->setText(text);
+        m_label->adjustSize();
+    }
+    const QSize size = m_label->size();
+    m_label->move(labelPlace);
+    m_bubble->setGeometry({QPoint(bubbleRight - size.width(), bubbleTop), size + bubbleMargin});
+    setItemSize({itemWidth, size.height() + itemMargin});
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QRect>
+#include <QVector>
+#include <QWidget>
+
+class QLabel;
+class RecommendPage;
+
+/// A bubble with recommended questions, five to a page, and a button that shows the next page.
+class RecommendBox : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(RecommendBox)
+
+public:
+    /// Where the box stands.
+    enum class Kind {
+        BelowAnswer, ///< below an answer that may not have helped
+        OnItsOwn,    ///< in place of an answer
+    };
+
+    /// A box of \a recommends, the service's objects with "question" and "questionId". \a measure
+    /// is the label that texts are measured in.
+    RecommendBox(Kind kind, const QJsonArray &recommends, QLabel *measure, QWidget *parent);
+
+    /// Shows the next page in place of the present one.
+    void showNextPage();
+
+signals:
+    void recommendClicked(const QString &question, qint64 questionId);
+    void nextPageRequested();
+
+private:
+    struct Layout;
+    static const Layout &layoutOf(Kind kind);
+
+    void addHeading(const QString &text, const QRect &place, const QString &style);
+    void addFoot(const Layout &layout);
+    void addPage(RecommendPage *page);
+
+    Kind m_kind;
+    QJsonArray m_recommends;
+    QLabel *m_measure;
+    int m_recommendCursor = 0;
+};

@@ -1,0 +1,17 @@
+#include "ui/answer/recommendonlyitem.h"
+
+namespace {
+
+constexpr QRect boxPlace(83, 10, 461, 279);
+constexpr QSize itemSize(648, 299);
+
+} // namespace
+
+RecommendOnlyItem::RecommendOnlyItem(const QJsonArray &recommends, QLabel *measure,
+                                     ConversationList *list)
+    : ConversationItem(Speaker::AssistantAnswer, list)
+    , m_box(new RecommendBox(RecommendBox::Kind::OnItsOwn, recommends, measure, this))
+{
+    m_box->setGeometry(boxPlace);
+    setItemSize(itemSize);
+}

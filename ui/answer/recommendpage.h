@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QListWidget>
+
+class QLabel;
+
+/// One page of a recommendation box: five rows, each a question that a click asks. Rows beyond the
+/// last recommendation are there too, without text.
+class RecommendPage : public QListWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(RecommendPage)
+
+public:
+    /// When a text is cut with an ellipsis. The three kinds of page have always differed in it.
+    enum class Elision {
+        FirstOfBox,    ///< wider than 380 px, to 380 px, without a tool tip
+        FirstOfAnswer, ///< wider than 375 px in the measuring label, to 376 px, without a tool tip
+        Later,         ///< as the first of an answer, with the full text as tool tip
+    };
+
+    /// The page that starts at \a start of \a recommends. \a measure is a label in the rows' font
+    /// that texts are measured in.
+    RecommendPage(const QJsonArray &recommends, int start, Elision elision, QLabel *measure,
+                  QWidget *parent);
+
+signals:
+    /// The row of \a question was clicked.
+    void recommendClicked(const QString &question, qint64 questionId);
+
+private:
+    void addRow(const QJsonObject &recommend, Elision elision, QLabel *measure);
+};

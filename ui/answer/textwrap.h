@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+class QFontMetrics;
+
+/// Breaks \a text into lines of less than \a width px by the widths of its single characters, as
+/// question bubbles show it: each line ends one character before the one at which the sum of widths
+/// reaches \a width. A text that fits as a whole comes back unchanged. A line that could hold no
+/// character is left empty and the next one takes one character, so it ends for every font; the
+/// cost grows linearly with the text. A surrogate pair counts as one character.
+[[nodiscard]] QString wrapToWidth(const QFontMetrics &metrics, const QString &text, int width);

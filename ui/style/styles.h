@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QLatin1String>
+#include <QString>
+
+/// The style sheet texts of the program that several pieces share, each standing here once. They
+/// are exact: other programs that look at the window know them by their text.
+namespace styles {
+
+/// A white background for a row or an item of a list.
+inline constexpr QLatin1String whiteItem("background-color:rgb(255, 255, 255);");
+
+/// A transparent background for a row inside a bubble.
+inline constexpr QLatin1String transparentItem("background-color:transparent;");
+
+/// The dark text of a bubble, selectable, in normal weight.
+inline constexpr QLatin1String bubbleText(
+    "QLabel{selection-color:white;selection-background-color:rgb(0,120,215);background-color:"
+    "transparent;color:rgb(29,38,51);font:14px Microsoft YaHei;}");
+
+/// The dark text of a bubble, selectable, bold: assistant messages and answer titles.
+inline constexpr QLatin1String bubbleBoldText(
+    "QLabel{selection-color:white;selection-background-color:rgb(0,120,215);background-color:"
+    "transparent;color:rgb(29,38,51);font:bold 14px Microsoft YaHei;}");
+
+/// A paragraph of an answer.
+inline constexpr QLatin1String paragraph(
+    "QLabel{selection-color:white;selection-background-color:rgb(0,120,215);background-color:rgb("
+    "244, 245, 248);border:none;}");
+
+/// The bubble of the user and that of the assistant.
+inline constexpr QLatin1String
+    userBubble("QWidget{background-color:rgb(223, 237, 255);border-radius: 6px;border-width:1px;}");
+inline constexpr QLatin1String assistantBubble(
+    "QWidget{background-color:rgb(244, 245, 248);border-radius: 6px;border-width:1px;}");
+
+/// A thin grey line below the label.
+inline constexpr QLatin1String separator("QLabel{border-bottom:1px solid rgb(208, 210, 217);}");
+
+/// A list inside a bubble that shows nothing of its own.
+inline constexpr QLatin1String
+    plainList("QListWidget{border:none;background-color:transparent;}QListWidget::Item{border:none;"
+              "background-color:transparent;}QListWidget::Item:hover{border:none;background-color:"
+              "transparent;}QListWidget::Item:selected{border:none;background-color:transparent;}");
+
+/// A button that is seen only by its cursor.
+inline constexpr QLatin1String flatButton("QPushButton{background-color:transparent;border:none;}");
+
+/// A thin vertical scroll bar: 14 px with a right margin of 10 px, only its handle visible.
+/// \a verticalPadding px stay free above and below the handle's way.
+[[nodiscard]] QString thinScrollBar(int verticalPadding = 0);
+
+/// A button drawn from a strip of three rows of \a rowHeight px: normal, hover and pressed. The
+/// strip is \a image below ":/Images/".
+[[nodiscard]] QString threeStateSprite(QLatin1String image, int rowHeight);
+
+} // namespace styles
