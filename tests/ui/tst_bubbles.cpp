@@ -1,0 +1,286 @@
+#include "ui/answer/answercontent.h"
+#include "ui/answer/answeritem.h"
+#include "ui/answer/conversationlist.h"
+#include "ui/answer/messagebubble.h"
+#include "ui/answer/questionbubble.h"
+#include "ui/answer/textwrap.h"
+#include "ui/style/myproxystyle.h"
+
+#include <QJsonArray>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+/// The places and styles of the entries of the conversation.
+class TestBubbles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void question_places();
+    void question_styles();
+    void question_of446Pixels_staysOnOneLine();
+    void question_wider_isWrappedAtCharacters();
+    void question_withMarkup_isShownAsTyped();
+    void message_places();
+    void message_of446Pixels_keepsItsWidth_wider_isWrapped();
+    void answer_places();
+    void answer_paragraphs();
+    void answer_tallIsFolded_andOpensAndRetracts();
+    void answer_withoutContent();
+    void focusedLink_hasNoFrame();
+
+private:
+    [[nodiscard]] static QWidget *bubbleOf(const QLabel *label) { return label->parentWidget(); }
+    [[nodiscard]] static QLabel *pictureOf(const QWidget *item, const char *image);
+    [[nodiscard]] QSize hintOf(int row) const { return m_list->item(row)->sizeHint(); }
+
+    /// A text of Latin letters that is exactly \a width px wide in the style of \a label.
+    [[nodiscard]] static QString textOfWidth(int width, const QFontMetrics &metrics);
+
+    std::unique_ptr<QWidget> m_window;
+    ConversationList *m_list = nullptr;
+};
+
+void TestBubbles::init()
+{
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(648, 432);
+    m_list = new ConversationList(m_window.get());
+    m_list->setGeometry(0, 0, 648, 432);
+    m_window->show();
+}
+
+void TestBubbles::cleanup()
+{
+    m_window.reset();
+}
+
+QLabel *TestBubbles::pictureOf(const QWidget *item, const char *image)
+{
+    const auto labels = item->findChildren<QLabel *>();
+    for (QLabel *label : labels) {
+        if (label->styleSheet()
+            == QStringLiteral("QLabel{border-image: url(:/Images/%1);}")
+                   .arg(QLatin1String(image))) {
+            return label;
+        }
+    }
+    return nullptr;
+}
+
+QString TestBubbles::textOfWidth(int width, const QFontMetrics &metrics)
+{
+    // Letters of different widths make up for the remainder.
+    const QString letters = QStringLiteral("nmilwtfrjaos");
+    QString text;
+    while (metrics.horizontalAdvance(text + QLatin1Char('n')) <= width - 30) {
+        text += QLatin1Char('n');
+    }
+    for (const QChar a : letters) {
+        for (const QChar b : letters) {
+            for (const QChar c : letters) {
+                const QString candidate = text + a + b + c;
+                if (metrics.horizontalAdvance(candidate) == width) {
+                    return candidate;
+                }
+            }
+        }
+    }
+    return {};
+}
+
+void TestBubbles::question_places()
+{
+    auto *bubble = new QuestionBubble(QStringLiteral("如何修改密码？"), m_list);
+    bubble->appendToList();
+    const QSize text = bubble->label()->size();
+    QVERIFY(text.width() > 50);
+    QCOMPARE(bubble->label()->geometry(), QRect(QPoint(12, 10), text));
+    QCOMPARE(bubbleOf(bubble->label())->geometry(),
+             QRect(540 - text.width(), 12, text.width() + 25, text.height() + 22));
+    QCOMPARE(bubble->size(), QSize(648, text.height() + 50));
+    QCOMPARE(hintOf(0), bubble->size());
+    QCOMPARE(pictureOf(bubble, "icon-user.png")->geometry(), QRect(582, 10, 42, 42));
+    QCOMPARE(pictureOf(bubble, "icon-triangle_right.png")->geometry(), QRect(565, 25, 9, 16));
+}
+
+void TestBubbles::question_styles()
+{
+    const QuestionBubble bubble(QStringLiteral("如何修改密码？"), m_list);
+    QCOMPARE(bubble.styleSheet(), QStringLiteral("background-color:rgb(255, 255, 255);"));
+    QCOMPARE(bubble.label()->styleSheet(),
+             QStringLiteral("QLabel{selection-color:white;selection-background-color:rgb(0,120,215)"
+                            ";background-color:transparent;color:rgb(29,38,51);font:14px Microsoft "
+                            "YaHei;}"));
+    QCOMPARE(bubbleOf(bubble.label())->styleSheet(),
+             QStringLiteral("QWidget{background-color:rgb(223, 237, 255);border-radius: "
+                            "6px;border-width:1px;}"));
+    QCOMPARE(bubble.label()->font().pixelSize(), 14);
+    QVERIFY(!bubble.label()->font().bold());
+    QCOMPARE(bubble.label()->textInteractionFlags(), Qt::TextSelectableByMouse
+                                                         | Qt::LinksAccessibleByMouse
+                                                         | Qt::LinksAccessibleByKeyboard);
+    QCOMPARE(bubble.label()->contextMenuPolicy(), Qt::CustomContextMenu);
+}
+
+void TestBubbles::question_of446Pixels_staysOnOneLine()
+{
+    const QuestionBubble any(QStringLiteral("x"), m_list);
+    const QString text = textOfWidth(446, any.label()->fontMetrics());
+    QVERIFY(!text.isEmpty());
+    const QuestionBubble bubble(text, m_list);
+    QCOMPARE(bubble.label()->text(), text);
+    QVERIFY(!bubble.label()->wordWrap());
+}
+
+void TestBubbles::question_wider_isWrappedAtCharacters()
+{
+    const QuestionBubble any(QStringLiteral("x"), m_list);
+    const QFontMetrics metrics = any.label()->fontMetrics();
+    const QString text = textOfWidth(447, metrics);
+    QVERIFY(!text.isEmpty());
+    const QuestionBubble bubble(text, m_list);
+    QCOMPARE(bubble.label()->text(), wrapToWidth(metrics, text, 446));
+    QCOMPARE(bubble.label()->text().count(QLatin1Char('\n')), 1);
+    QCOMPARE(bubble.label()->width(), 446);
+    QVERIFY(bubble.label()->wordWrap());
+    QCOMPARE(bubbleOf(bubble.label())->geometry().right() + 1, 565);
+}
+
+void TestBubbles::question_withMarkup_isShownAsTyped()
+{
+    const QString typed = QStringLiteral("<b>粗体</b> 怎么写？");
+    const QuestionBubble bubble(typed, m_list);
+    QCOMPARE(bubble.label()->text(), typed);
+    QCOMPARE(bubble.label()->textFormat(), Qt::PlainText);
+}
+
+void TestBubbles::message_places()
+{
+    auto *bubble = new MessageBubble(QStringLiteral("您好"), m_list);
+    bubble->appendToList();
+    const QSize text = bubble->label()->size();
+    QCOMPARE(bubble->label()->geometry(), QRect(QPoint(11, 10), text));
+    QCOMPARE(bubbleOf(bubble->label())->geometry(),
+             QRect(83, 20, text.width() + 25, text.height() + 22));
+    QCOMPARE(hintOf(0), QSize(648, text.height() + 50));
+    QCOMPARE(pictureOf(bubble, "icon-robot.png")->geometry(), QRect(22, 20, 42, 42));
+    QCOMPARE(pictureOf(bubble, "icon-triangle_left.png")->geometry(), QRect(74, 32, 9, 18));
+    QVERIFY(bubble->label()->font().bold());
+    QCOMPARE(bubbleOf(bubble->label())->styleSheet(),
+             QStringLiteral("QWidget{background-color:rgb(244, 245, 248);border-radius: "
+                            "6px;border-width:1px;}"));
+}
+
+void TestBubbles::message_of446Pixels_keepsItsWidth_wider_isWrapped()
+{
+    const MessageBubble any(QStringLiteral("x"), m_list);
+    const QFontMetrics metrics = any.label()->fontMetrics();
+    const MessageBubble fits(textOfWidth(446, metrics), m_list);
+    QCOMPARE(fits.label()->width(), 446);
+    QVERIFY(!fits.label()->wordWrap());
+    const QString wide = textOfWidth(447, metrics);
+    const MessageBubble wraps(wide, m_list);
+    QCOMPARE(wraps.label()->width(), 446);
+    QVERIFY(wraps.label()->wordWrap());
+    QCOMPARE(wraps.label()->text(), wide);
+}
+
+void TestBubbles::answer_places()
+{
+    auto *answer = new AnswerItem(QStringLiteral("如何修改密码？"),
+                                  QStringLiteral("<p>打开设置。</p><p>选择密码。</p>"), m_list);
+    answer->appendToList();
+    const int content = answer->content()->contentHeight();
+    QCOMPARE(answer->titleLabel()->x(), 11);
+    QCOMPARE(answer->titleLabel()->y(), 7);
+    QCOMPARE(answer->titleLabel()->width(), 446);
+    const int titleTerm = answer->titleLabel()->height();
+    QCOMPARE(answer->content()->geometry(), QRect(11, titleTerm + 25, 446, content));
+    QCOMPARE(bubbleOf(answer->titleLabel())->geometry(),
+             QRect(83, 10, 469, titleTerm + content + 48));
+    QCOMPARE(hintOf(0), QSize(648, titleTerm + content + 68));
+    QCOMPARE(pictureOf(answer, "icon-robot.png")->geometry(), QRect(22, 10, 42, 42));
+    QCOMPARE(pictureOf(answer, "icon-triangle_left.png")->geometry(), QRect(74, 22, 9, 18));
+
+    // The title's own height, of one line of bold text, is the term less 11.
+    QLabel plain(QStringLiteral("如何修改密码？"), m_list);
+    plain.setStyleSheet(answer->titleLabel()->styleSheet());
+    plain.adjustSize();
+    QCOMPARE(titleTerm, plain.height() - 1 + 12);
+}
+
+void TestBubbles::answer_paragraphs()
+{
+    const AnswerItem answer(QStringLiteral("标题"),
+                            QStringLiteral("<p>第一段 <b>粗</b></p><br><p>第二段</p>"), m_list);
+    const QVector<QLabel *> &paragraphs = answer.content()->paragraphs();
+    QCOMPARE(paragraphs.size(), 2);
+    QCOMPARE(answer.content()->count(), 2);
+    QCOMPARE(paragraphs.at(0)->text(), QStringLiteral("<p>第一段 <b>粗</b></p>"));
+    QCOMPARE(paragraphs.at(1)->text(), QStringLiteral("<p>第二段</p>"));
+    int height = 0;
+    for (const QLabel *label : paragraphs) {
+        QCOMPARE(label->geometry(), QRect(0, 0, 446, label->height()));
+        QCOMPARE(label->font().pixelSize(), 14);
+        QCOMPARE(label->font().family(), QStringLiteral("Microsoft YaHei"));
+        QVERIFY(label->wordWrap());
+        QVERIFY(label->openExternalLinks());
+        QCOMPARE(
+            answer.content()->item(paragraphs.indexOf(const_cast<QLabel *>(label)))->sizeHint(),
+            QSize(446, label->height()));
+        height += label->height();
+    }
+    QCOMPARE(answer.content()->contentHeight(), height);
+}
+
+void TestBubbles::answer_tallIsFolded_andOpensAndRetracts()
+{
+    AnswerItem answer(QStringLiteral("标题"), QStringLiteral("<p>一行文字</p>").repeated(20),
+                      m_list);
+    QVERIFY(answer.content()->contentHeight() > 151);
+    QCOMPARE(answer.size(), QSize(648, 230));
+    QSignalSpy open(&answer, &AnswerItem::openRequested);
+    QSignalSpy retract(&answer, &AnswerItem::retractRequested);
+    const auto buttons = answer.findChildren<QPushButton *>();
+    QCOMPARE(buttons.size(), 2);
+    QTest::mouseClick(buttons.at(0), Qt::LeftButton);
+    QCOMPARE(open.count(), 1);
+    QTest::mouseClick(buttons.at(1), Qt::LeftButton);
+    QCOMPARE(retract.count(), 1);
+
+    answer.setFoldState(FoldState::Opened);
+    QCOMPARE(answer.height(),
+             answer.titleLabel()->height() + answer.content()->contentHeight() + 100);
+    QVERIFY(buttons.at(0)->parentWidget()->isHidden());
+    QVERIFY(!buttons.at(1)->parentWidget()->isHidden());
+    answer.setFoldState(FoldState::Folded);
+    QCOMPARE(answer.size(), QSize(648, 230));
+    QVERIFY(buttons.at(1)->parentWidget()->isHidden());
+}
+
+void TestBubbles::answer_withoutContent()
+{
+    const AnswerItem answer(QStringLiteral("标题"), QString(), m_list);
+    QCOMPARE(answer.content()->contentHeight(), 0);
+    QCOMPARE(answer.height(), answer.titleLabel()->height() + 68);
+}
+
+void TestBubbles::focusedLink_hasNoFrame()
+{
+    QWidget owner;
+    auto *style = new MyProxyStyle(&owner);
+    QCOMPARE(style->styleHint(QStyle::SH_TextControl_FocusIndicatorTextCharFormat, nullptr, nullptr,
+                              nullptr),
+             0);
+    QCOMPARE(style->styleHint(QStyle::SH_EtchDisabledText, nullptr, nullptr, nullptr),
+             QApplication::style()->styleHint(QStyle::SH_EtchDisabledText));
+}
+
+QTEST_MAIN(TestBubbles)
+#include "tst_bubbles.moc"
