@@ -44,6 +44,7 @@ private:
 
     std::unique_ptr<QWidget> m_window;
     ConversationList *m_list = nullptr;
+    QVector<ConversationPicture> m_pictures;
 };
 
 void TestBubbles::init()
@@ -193,8 +194,9 @@ void TestBubbles::message_of446Pixels_keepsItsWidth_wider_isWrapped()
 
 void TestBubbles::answer_places()
 {
-    auto *answer = new AnswerItem(QStringLiteral("如何修改密码？"),
-                                  QStringLiteral("<p>打开设置。</p><p>选择密码。</p>"), m_list);
+    auto *answer
+        = new AnswerItem(QStringLiteral("如何修改密码？"),
+                         QStringLiteral("<p>打开设置。</p><p>选择密码。</p>"), m_pictures, m_list);
     answer->appendToList();
     const int content = answer->content()->contentHeight();
     QCOMPARE(answer->titleLabel()->x(), 11);
@@ -218,7 +220,8 @@ void TestBubbles::answer_places()
 void TestBubbles::answer_paragraphs()
 {
     const AnswerItem answer(QStringLiteral("标题"),
-                            QStringLiteral("<p>第一段 <b>粗</b></p><br><p>第二段</p>"), m_list);
+                            QStringLiteral("<p>第一段 <b>粗</b></p><br><p>第二段</p>"), m_pictures,
+                            m_list);
     const QVector<QLabel *> &paragraphs = answer.content()->paragraphs();
     QCOMPARE(paragraphs.size(), 2);
     QCOMPARE(answer.content()->count(), 2);
@@ -242,7 +245,7 @@ void TestBubbles::answer_paragraphs()
 void TestBubbles::answer_tallIsFolded_andOpensAndRetracts()
 {
     AnswerItem answer(QStringLiteral("标题"), QStringLiteral("<p>一行文字</p>").repeated(20),
-                      m_list);
+                      m_pictures, m_list);
     QVERIFY(answer.content()->contentHeight() > 151);
     QCOMPARE(answer.size(), QSize(648, 230));
     QSignalSpy open(&answer, &AnswerItem::openRequested);
@@ -266,7 +269,7 @@ void TestBubbles::answer_tallIsFolded_andOpensAndRetracts()
 
 void TestBubbles::answer_withoutContent()
 {
-    const AnswerItem answer(QStringLiteral("标题"), QString(), m_list);
+    const AnswerItem answer(QStringLiteral("标题"), QString(), m_pictures, m_list);
     QCOMPARE(answer.content()->contentHeight(), 0);
     QCOMPARE(answer.height(), answer.titleLabel()->height() + 68);
 }

@@ -2,6 +2,7 @@
 
 #include "ui/answer/answergeometry.h"
 #include "ui/answer/bubblelabel.h"
+#include "ui/answer/picturerow.h"
 #include "ui/answer/replypieces.h"
 #include "ui/style/myproxystyle.h"
 #include "ui/style/styles.h"
@@ -32,7 +33,8 @@ QWidget *makeRow(QWidget *parent)
 
 } // namespace
 
-AnswerContent::AnswerContent(const QString &reply, QWidget *bubble)
+AnswerContent::AnswerContent(const QString &reply, const QString &title,
+                             QVector<ConversationPicture> &pictures, QWidget *bubble)
     : QListWidget(bubble)
 {
     setStyleSheet(styles::plainList);
@@ -42,8 +44,27 @@ AnswerContent::AnswerContent(const QString &reply, QWidget *bubble)
     for (const ReplyPiece &piece : pieces) {
         if (piece.kind == ReplyPiece::Kind::Text) {
             addParagraph(piece.source);
+        } else {
+            addPicture(piece.source, title, pictures);
         }
     }
+}
+
+void AnswerContent::addPicture(const QString &source, const QString &title,
+                               QVector<ConversationPicture> &pictures)
+{
+    const QByteArray bytes = inlinePictureData(source);
+    const bool animated = isAnimatedPicture(source);
+    const QPixmap pixmap = decodePicture(bytes);
+    const QString file = animationFile(pictures.size());
+    pictures.append({pixmap, title, animated});
+    if (animated) {
+        saveAnimation(bytes, file);
+    }
+    PictureRow *row
+        = animated ? new PictureRow(pixmap, file, viewport()) : new PictureRow(pixmap, viewport());
+    m_pictureRows.append(row);
+    addRow(row);
 }
 
 void AnswerContent::addParagraph(const QString &source)

@@ -35,13 +35,14 @@ QLabel *makeSeparator(QWidget *bubble)
 
 } // namespace
 
-AnswerItem::AnswerItem(const QString &title, const QString &reply, bool hasRecommends,
+AnswerItem::AnswerItem(const QString &title, const QString &reply,
+                       QVector<ConversationPicture> &pictures, bool hasRecommends,
                        ConversationList *list)
     : ConversationItem(Speaker::AssistantAnswer, list)
     , m_bubble(addBubble())
     , m_title(makeTitle(title, m_bubble))
     , m_separator(makeSeparator(m_bubble))
-    , m_content(new AnswerContent(reply, m_bubble))
+    , m_content(new AnswerContent(reply, title, pictures, m_bubble))
     , m_openBar(new FoldBar(QLatin1String("btn-open.png"), tr("展开"),
                             hasRecommends ? openBarLinesWithBox : barLines, m_bubble))
     , m_retractBar(new FoldBar(QLatin1String("btn-retract.png"), tr("收起"),
@@ -52,15 +53,17 @@ AnswerItem::AnswerItem(const QString &title, const QString &reply, bool hasRecom
     connect(m_retractBar, &FoldBar::clicked, this, &AnswerItem::retractRequested);
 }
 
-AnswerItem::AnswerItem(const QString &title, const QString &reply, ConversationList *list)
-    : AnswerItem(title, reply, false, list)
+AnswerItem::AnswerItem(const QString &title, const QString &reply,
+                       QVector<ConversationPicture> &pictures, ConversationList *list)
+    : AnswerItem(title, reply, pictures, false, list)
 {
     setFoldState(initialFoldState(m_content->contentHeight()));
 }
 
-AnswerItem::AnswerItem(const QString &title, const QString &reply, const QJsonArray &recommends,
+AnswerItem::AnswerItem(const QString &title, const QString &reply,
+                       QVector<ConversationPicture> &pictures, const QJsonArray &recommends,
                        QLabel *measure, ConversationList *list)
-    : AnswerItem(title, reply, true, list)
+    : AnswerItem(title, reply, pictures, true, list)
 {
     m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);
     setFoldState(initialFoldState(m_content->contentHeight()));

@@ -2,6 +2,9 @@
 
 #include "ui/answer/answergeometry.h"
 #include "ui/answer/conversationitem.h"
+#include "ui/answer/inlinepicture.h"
+
+#include <QVector>
 
 class AnswerContent;
 class FoldBar;
@@ -16,13 +19,15 @@ class AnswerItem : public ConversationItem
     Q_DISABLE_COPY(AnswerItem)
 
 public:
-    /// \a title and \a reply are rich text of the service.
-    AnswerItem(const QString &title, const QString &reply, ConversationList *list);
+    /// \a title and \a reply are rich text of the service. Pictures in the reply are appended to
+    /// \a pictures, those of the whole conversation.
+    AnswerItem(const QString &title, const QString &reply, QVector<ConversationPicture> &pictures,
+               ConversationList *list);
 
     /// The same with a box of \a recommends below the answer. \a measure is the label that their
     /// texts are measured in.
-    AnswerItem(const QString &title, const QString &reply, const QJsonArray &recommends,
-               QLabel *measure, ConversationList *list);
+    AnswerItem(const QString &title, const QString &reply, QVector<ConversationPicture> &pictures,
+               const QJsonArray &recommends, QLabel *measure, ConversationList *list);
 
     [[nodiscard]] QLabel *titleLabel() const { return m_title; }
     [[nodiscard]] AnswerContent *content() const { return m_content; }
@@ -40,8 +45,8 @@ signals:
     void retractRequested();
 
 private:
-    AnswerItem(const QString &title, const QString &reply, bool hasRecommends,
-               ConversationList *list);
+    AnswerItem(const QString &title, const QString &reply, QVector<ConversationPicture> &pictures,
+               bool hasRecommends, ConversationList *list);
 
     QWidget *m_bubble;
     QLabel *m_title;

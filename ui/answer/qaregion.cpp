@@ -172,7 +172,7 @@ void QARegion::addRobotMessage(const QString &text)
 
 void QARegion::showAnswer(const QString &title, const QString &reply)
 {
-    auto *answer = new AnswerItem(title, reply, m_list);
+    auto *answer = new AnswerItem(title, reply, m_pictures, m_list);
     const int index = m_answers.size();
     connect(answer, &AnswerItem::openRequested, this, [this, index] { FoldToOpen_answer(index); });
     connect(answer, &AnswerItem::retractRequested, this,
@@ -183,7 +183,7 @@ void QARegion::showAnswer(const QString &title, const QString &reply)
 void QARegion::showAnswerWithRecommends(const QString &title, const QString &reply,
                                         const QJsonArray &recommends, const QString &question)
 {
-    auto *answer = new AnswerItem(title, reply, recommends, m_measureLabel, m_list);
+    auto *answer = new AnswerItem(title, reply, m_pictures, recommends, m_measureLabel, m_list);
     const int index = m_answers.size();
     connect(answer, &AnswerItem::openRequested, this,
             [this, index] { FoldToOpen_AnswerRecom(index, index, index); });

@@ -2,6 +2,7 @@
 
 #include "service/httpsrequest.h"
 #include "service/idpinterface.h"
+#include "ui/answer/inlinepicture.h"
 
 #include <QJsonArray>
 #include <QVector>
@@ -91,5 +92,6 @@ private:
     ConversationList *m_list = nullptr;
     QLabel *m_measureLabel = nullptr; ///< hidden; recommendations are measured in it
     QString m_userName;
-    QVector<AnswerItem *> m_answers; ///< in the order shown; owned by the list
+    QVector<ConversationPicture> m_pictures; ///< of all answers, in the order shown
+    QVector<AnswerItem *> m_answers;         ///< in the order shown; owned by the list
 };

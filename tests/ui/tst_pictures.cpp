@@ -1,0 +1,285 @@
+#include "ui/answer/answercontent.h"
+#include "ui/answer/inlinepicture.h"
+#include "ui/answer/picturerow.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QLabel>
+#include <QMovie>
+#include <QPainter>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+namespace {
+
+/// The checksum of a PNG chunk (CRC-32 of ISO 3309), big endian.
+QByteArray pngChecksum(const QByteArray &chunk)
+{
+    quint32 crc = 0xffffffff;
+    for (const char byte : chunk) {
+        crc ^= static_cast<quint8>(byte);
+        for (int bit = 0; bit < 8; ++bit) {
+            crc = (crc & 1) != 0 ? (crc >> 1) ^ 0xedb88320 : crc >> 1;
+        }
+    }
+    const quint32 bigEndian = qToBigEndian(~crc);
+    return {reinterpret_cast<const char *>(&bigEndian), sizeof bigEndian};
+}
+
+} // namespace
+
+/// Pictures inside answers: reading, sizes, rows.
+class TestPictures : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void labelSize_data();
+    void labelSize();
+    void data_endAtTheQuote();
+    void everyFormat_isRead_data();
+    void everyFormat_isRead();
+    void noPicture_isNull_withAWarning();
+    void truncatedPicture_isNullOrWhole_neverACrash();
+    void absurdSizeInTheHeader_isRefusedBeforeDecoding();
+    void wideStillPicture_isScaledIntoItsBox();
+    void smallStillPicture_keepsItsSize();
+    void thinStillPictures_keepARow();
+    void nullPicture_makesARowOf4Pixels();
+    void answerRows_textAndPictures();
+    void animation_isWrittenAndPlays();
+    void animation_whoseFileCannotBeWritten_isWarnedOf();
+
+private:
+    [[nodiscard]] static QByteArray encoded(const QImage &image, const char *format);
+    [[nodiscard]] static QString tag(const QByteArray &data, const char *type);
+    [[nodiscard]] static QByteArray twoFrameGif();
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_before;
+};
+
+void TestPictures::init()
+{
+    m_before = QDir::currentPath();
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    QDir::setCurrent(m_folder->path());
+}
+
+void TestPictures::cleanup()
+{
+    QDir::setCurrent(m_before);
+    m_folder.reset();
+}
+
+QByteArray TestPictures::encoded(const QImage &image, const char *format)
+{
+    QByteArray data;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::WriteOnly);
+    if (!image.save(&buffer, format)) {
+        qFatal("The toolkit cannot write %s", format);
+    }
+    return data;
+}
+
+QString TestPictures::tag(const QByteArray &data, const char *type)
+{
+    return QStringLiteral("<p><img src=\"data:image/%1;base64,%2\" style=\"max-width:100%\"/></p>")
+        .arg(QLatin1String(type), QLatin1String(data.toBase64()));
+}
+
+QByteArray TestPictures::twoFrameGif()
+{
+    // GIF89a, 2 x 2 px, two frames of one colour each, shown for 20 ms each, for ever.
+    return QByteArray::fromHex("47494638396102000200810000ff00000000ff00000000000021ff0b4e455453"
+                               "43415045322e30030100000021f90400020000002c0000000002000200000806"
+                               "0001080410100021f90400020000002c0000000002000200810000ff00000000"
+                               "00000000000806000108041010003b");
+}
+
+void TestPictures::labelSize_data()
+{
+    QTest::addColumn<QSize>("picture");
+    QTest::addColumn<QSize>("label");
+    QTest::newRow("800 x 200") << QSize(800, 200) << QSize(430, 110);
+    QTest::newRow("100 x 50") << QSize(100, 50) << QSize(100, 50);
+    QTest::newRow("1 x 1") << QSize(1, 1) << QSize(1, 1);
+    QTest::newRow("1 x 5000") << QSize(1, 5000) << QSize(0, 110);
+    QTest::newRow("20000 x 10") << QSize(20000, 10) << QSize(430, 10);
+    QTest::newRow("110 high") << QSize(90, 110) << QSize(90, 110);
+    QTest::newRow("111 high") << QSize(111, 111) << QSize(110, 110);
+    QTest::newRow("truncated width") << QSize(100, 300) << QSize(36, 110);
+    QTest::newRow("no height") << QSize(100, 0) << QSize(0, 0);
+    QTest::newRow("null") << QSize() << QSize(0, 0);
+}
+
+void TestPictures::labelSize()
+{
+    QFETCH(QSize, picture);
+    QFETCH(QSize, label);
+    QCOMPARE(pictureLabelSize(picture), label);
+}
+
+void TestPictures::data_endAtTheQuote()
+{
+    const QByteArray data("picture bytes");
+    const QString base64 = QLatin1String(data.toBase64());
+    QCOMPARE(inlinePictureData(
+                 QStringLiteral("<img src=\"data:image/png;base64,%1\" style=\"a\"/>").arg(base64)),
+             data);
+    QCOMPARE(inlinePictureData(
+                 QStringLiteral("<img src=\"data:image/png;base64,%1\" alt=\"abcd\">").arg(base64)),
+             data);
+    QCOMPARE(inlinePictureData(QStringLiteral("<img src=\"data:image/png;base64,%1").arg(base64)),
+             data);
+    QCOMPARE(inlinePictureData(QStringLiteral("<img src=\"data:image/svg+xml,x\">")), QByteArray());
+}
+
+void TestPictures::everyFormat_isRead_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QImage image(60, 40, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    for (const char *format : {"PNG", "JPEG", "BMP"}) {
+        QTest::newRow(format) << encoded(image, format);
+    }
+}
+
+void TestPictures::everyFormat_isRead()
+{
+    QFETCH(QByteArray, data);
+    QCOMPARE(decodePicture(data).size(), QSize(60, 40));
+}
+
+void TestPictures::noPicture_isNull_withAWarning()
+{
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(QStringLiteral("^picture cannot be read")));
+    QVERIFY(decodePicture("no picture at all").isNull());
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(QStringLiteral("^picture cannot be read")));
+    QVERIFY(decodePicture(QByteArray()).isNull());
+}
+
+void TestPictures::truncatedPicture_isNullOrWhole_neverACrash()
+{
+    QImage image(64, 64, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    const QByteArray data = encoded(image, "PNG");
+    for (int size = 0; size < data.size(); size += 23) {
+        const QPixmap pixmap = decodePicture(data.left(size));
+        QVERIFY(pixmap.isNull() || pixmap.size() == image.size());
+    }
+}
+
+void TestPictures::absurdSizeInTheHeader_isRefusedBeforeDecoding()
+{
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray data = encoded(image, "PNG");
+    // The header chunk of a PNG file: type at byte 12, width and height from 16, checksum at 29.
+    data.replace(16, 8, QByteArray::fromHex("00004e2000004e20"));
+    data.replace(29, 4, pngChecksum(data.mid(12, 17)));
+    QTest::ignoreMessage(QtWarningMsg, "picture is too large: 20000x20000");
+    QVERIFY(decodePicture(data).isNull());
+}
+
+void TestPictures::wideStillPicture_isScaledIntoItsBox()
+{
+    QPixmap pixmap(800, 200);
+    pixmap.fill(Qt::green);
+    const PictureRow row(pixmap, nullptr);
+    QCOMPARE(row.label()->geometry(), QRect(0, 4, 430, 107));
+    QCOMPARE(row.button()->geometry(), QRect(0, 4, 430, 107));
+    QCOMPARE(row.size(), QSize(446, 111));
+    QCOMPARE(row.label()->pixmap(Qt::ReturnByValue).size(), QSize(430, 107));
+}
+
+void TestPictures::smallStillPicture_keepsItsSize()
+{
+    QPixmap pixmap(100, 50);
+    pixmap.fill(Qt::green);
+    const PictureRow row(pixmap, nullptr);
+    QCOMPARE(row.label()->geometry(), QRect(0, 4, 100, 50));
+    QCOMPARE(row.size(), QSize(446, 54));
+}
+
+void TestPictures::thinStillPictures_keepARow()
+{
+    QPixmap tall(1, 5000);
+    tall.fill(Qt::green);
+    QCOMPARE(PictureRow(tall, nullptr).width(), 446);
+    QPixmap flat(20000, 10);
+    flat.fill(Qt::green);
+    const PictureRow row(flat, nullptr);
+    QCOMPARE(row.label()->width(), 430);
+    QVERIFY(row.height() >= 5);
+}
+
+void TestPictures::nullPicture_makesARowOf4Pixels()
+{
+    const PictureRow row(QPixmap(), nullptr);
+    QCOMPARE(row.size(), QSize(446, 4));
+}
+
+void TestPictures::answerRows_textAndPictures()
+{
+    QImage image(100, 50, QImage::Format_RGB32);
+    image.fill(Qt::yellow);
+    QVector<ConversationPicture> pictures;
+    QWidget bubble;
+    const AnswerContent content(QStringLiteral("<p>上</p>") + tag(encoded(image, "PNG"), "png")
+                                    + QStringLiteral("<p>下</p>"),
+                                QStringLiteral("标题"), pictures, &bubble);
+    QCOMPARE(content.count(), 3);
+    QCOMPARE(content.paragraphs().size(), 2);
+    QCOMPARE(content.pictureRows().size(), 1);
+    QCOMPARE(content.contentHeight(),
+             content.paragraphs().at(0)->height() + 54 + content.paragraphs().at(1)->height());
+    QCOMPARE(pictures.size(), 1);
+    QCOMPARE(pictures.at(0).title, QStringLiteral("标题"));
+    QCOMPARE(pictures.at(0).pixmap.size(), QSize(100, 50));
+    QVERIFY(!pictures.at(0).animated);
+    QVERIFY(!QFile::exists(QStringLiteral("gif")));
+}
+
+void TestPictures::animation_isWrittenAndPlays()
+{
+    const QByteArray gif = twoFrameGif();
+    QVector<ConversationPicture> pictures(3);
+    QWidget bubble;
+    const AnswerContent content(tag(gif, "gif"), QString(), pictures, &bubble);
+    QFile file(QStringLiteral("gif/3.gif"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), gif);
+    QVERIFY(pictures.at(3).animated);
+    QCOMPARE(pictures.at(3).pixmap.size(), QSize(2, 2));
+    const PictureRow *row = content.pictureRows().at(0);
+    QCOMPARE(row->size(), QSize(446, 6));
+    QVERIFY(row->label()->hasScaledContents());
+    const QMovie *movie = row->label()->movie();
+    QCOMPARE(movie->state(), QMovie::Running);
+    QTRY_COMPARE(movie->currentFrameNumber(), 1);
+}
+
+void TestPictures::animation_whoseFileCannotBeWritten_isWarnedOf()
+{
+    QVERIFY(QDir().mkpath(QStringLiteral("gif/0.gif")));
+    QVector<ConversationPicture> pictures;
+    QWidget bubble;
+    QTest::ignoreMessage(QtWarningMsg, "open file fail");
+    const AnswerContent content(tag(twoFrameGif(), "gif"), QString(), pictures, &bubble);
+    QCOMPARE(content.pictureRows().size(), 1);
+    QCOMPARE(content.contentHeight(), 6);
+}
+
+QTEST_MAIN(TestPictures)
+#include "tst_pictures.moc"

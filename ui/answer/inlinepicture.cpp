@@ -1,0 +1,89 @@
+#include "ui/answer/inlinepicture.h"
+
+#include "app/logstream.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+
+namespace {
+
+constexpr int maxHeight = 110;
+constexpr int maxWidth = 430;
+
+constexpr qint64 bytesPerPixel = 4;
+constexpr qint64 maxDecodedBytes = qint64(256) * 1024 * 1024;
+
+bool isAbsurd(const QSize &size)
+{
+    return size.isValid() && qint64(size.width()) * size.height() > maxDecodedBytes / bytesPerPixel;
+}
+
+} // namespace
+
+QByteArray inlinePictureData(const QString &piece)
+{
+    const QLatin1String start("base64,");
+    const int from = piece.indexOf(start);
+    if (from < 0) {
+        return {};
+    }
+    // Cut at the quote: what follows holds letters that would be decoded as well.
+    const int begin = from + start.size();
+    const int end = piece.indexOf(QLatin1Char('"'), begin);
+    return QByteArray::fromBase64(piece.midRef(begin, end < 0 ? -1 : end - begin).toLatin1());
+}
+
+bool isAnimatedPicture(const QString &piece)
+{
+    return piece.contains(QLatin1String("data:image/gif"));
+}
+
+QPixmap decodePicture(const QByteArray &data)
+{
+    QBuffer buffer;
+    buffer.setData(data);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    const QSize size = reader.size();
+    if (isAbsurd(size)) {
+        LOG_WARNING() << "picture is too large: " << size.width() << "x" << size.height();
+        return {};
+    }
+    const QImage image = reader.read();
+    if (image.isNull()) {
+        LOG_WARNING() << "picture cannot be read: " << reader.errorString();
+        return {};
+    }
+    return QPixmap::fromImage(image);
+}
+
+QSize pictureLabelSize(const QSize &size)
+{
+    if (size.isEmpty()) {
+        return {0, 0};
+    }
+    const int height = qMin(size.height(), maxHeight);
+    const float ratio = static_cast<float>(size.width()) / static_cast<float>(size.height());
+    const auto width = static_cast<int>(ratio * static_cast<float>(height));
+    return {qMin(width, maxWidth), height};
+}
+
+QString animationFile(int number)
+{
+    return QStringLiteral("gif/%1.gif").arg(number);
+}
+
+void saveAnimation(const QByteArray &data, const QString &fileName)
+{
+    QDir().mkpath(QFileInfo(fileName).path());
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly)) {
+        LOG_WARNING() << "open file fail";
+        return;
+    }
+    file.write(data);
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QPixmap>
+#include <QSize>
+#include <QString>
+
+/// A picture of the conversation.
+struct ConversationPicture
+{
+    QPixmap pixmap; ///< null when the data are no picture; the first frame of an animation
+    QString title;  ///< of the answer that holds it
+    bool animated = false;
+};
+
+/// The picture data inside the image tag \a piece: the Base64 text of its source attribute,
+/// decoded.
+[[nodiscard]] QByteArray inlinePictureData(const QString &piece);
+
+/// Whether the image tag \a piece holds an animation.
+[[nodiscard]] bool isAnimatedPicture(const QString &piece);
+
+/// Reads \a data in any format that the toolkit knows. Null, with a warning in the log, when they
+/// are no picture, or one that would take more than 256 MiB: that is known before it is decoded.
+[[nodiscard]] QPixmap decodePicture(const QByteArray &data);
+
+/// The size in px in which a picture of \a size is shown: at most 110 high, the width in
+/// proportion, at most 430. Nothing is as high as nothing.
+[[nodiscard]] QSize pictureLabelSize(const QSize &size);
+
+/// The file, relative to the program's folder, that animated picture number \a number plays from.
+[[nodiscard]] QString animationFile(int number);
+
+/// Writes the animation \a data to \a fileName, making its folder first. A file that cannot be
+/// written gives a warning in the log; the animation then has no frames.
+void saveAnimation(const QByteArray &data, const QString &fileName);
