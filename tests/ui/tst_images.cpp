@@ -1,16 +1,11 @@
 #include "resources/resources.h"
+#include "tests/ui/pictures.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QIcon>
 #include <QImage>
-#include <QImageReader>
-#include <QMovie>
 #include <QSet>
-#include <QSignalSpy>
 #include <QTest>
-
-#include <algorithm>
 
 namespace {
 
@@ -44,10 +39,10 @@ const Picture pictures[] = {
     {"btn-close.png", {16, 48}},
     {"btn-open.png", {16, 9}},
     {"btn-retract.png", {16, 9}},
-    {"btn-switch.png", {14, 14}},
-    {"btn-switch-hover.png", {14, 14}},
-    {"btn-switch-pressed.png", {14, 14}},
-    {"btn-switch-association.png", {14, 14}},
+    {"btn-switch.png", {16, 14}},
+    {"btn-switch-hover.png", {16, 14}},
+    {"btn-switch-pressed.png", {16, 14}},
+    {"btn-switch-association.png", {16, 14}},
     {"icon-hot.png", {22, 12}},
     {"icon-user.png", {42, 42}},
     {"icon-robot.png", {42, 42}},
@@ -60,34 +55,6 @@ const Picture pictures[] = {
     {"btn-preview-5.png", {60, 240}},
     {"btn-preview-6.png", {60, 240}},
 };
-
-QString path(const QString &name)
-{
-    return QStringLiteral(":/Images/") + name;
-}
-
-QImage load(const QString &name)
-{
-    return QImage(path(name)).convertToFormat(QImage::Format_ARGB32);
-}
-
-QImage row(const QImage &strip, int number, int rows)
-{
-    const int height = strip.height() / rows;
-    return strip.copy(0, number * height, strip.width(), height);
-}
-
-QImage shape(const QImage &picture)
-{
-    return picture.convertToFormat(QImage::Format_Alpha8);
-}
-
-bool isEmpty(const QImage &picture)
-{
-    QImage nothing(picture.size(), QImage::Format_Alpha8);
-    nothing.fill(0);
-    return shape(picture) == nothing;
-}
 
 /// The colours of all pixels that show at all, whatever their transparency.
 QSet<QRgb> colours(const QImage &picture)
@@ -110,18 +77,6 @@ double coverage(const QImage &picture, int x)
     for (int y = 0; y < picture.height(); ++y)
         sum += qAlpha(picture.pixel(x, y));
     return sum / 255.0;
-}
-
-bool borderIsClear(const QImage &picture)
-{
-    QImage inside = shape(picture);
-    QImage framed(inside.size(), QImage::Format_Alpha8);
-    framed.fill(0);
-    for (int y = 1; y < inside.height() - 1; ++y) {
-        const uchar *from = inside.constScanLine(y);
-        std::copy(from + 1, from + inside.width() - 1, framed.scanLine(y) + 1);
-    }
-    return framed == inside;
 }
 
 } // namespace
@@ -158,13 +113,6 @@ private slots:
     void avatar_isRound_data();
     void avatar_isRound();
     void titleBackground_isOpaqueAndLight();
-    void iconSizes_areDrawnNotAllScaled();
-    void windowIcon_isUsable();
-    void windowsIcon_holdsEverySize();
-    void waiting_isSmallAndFitsItsLabel();
-    void waiting_hasEnoughDifferentFrames();
-    void waiting_playsForEver();
-    void waiting_leavesTheVeilFreeAroundItsCard();
 };
 
 void TestImages::initTestCase()
@@ -404,86 +352,6 @@ void TestImages::titleBackground_isOpaqueAndLight()
             QCOMPARE(qAlpha(pixel), 255);
             QVERIFY(qGray(pixel) >= darkestAllowed);
         }
-    }
-}
-
-void TestImages::iconSizes_areDrawnNotAllScaled()
-{
-    const QImage large = load(QStringLiteral("Miravel.png"));
-    for (const int side : {16, 24, 32, 48}) {
-        const QImage drawn = load(QStringLiteral("Miravel-%1.png").arg(side));
-        const QImage scaled
-            = large.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        QVERIFY(shape(drawn) != shape(scaled));
-    }
-    QCOMPARE(load(QStringLiteral("Miravel-256.png")), large);
-}
-
-void TestImages::windowIcon_isUsable()
-{
-    const QIcon icon(path(QStringLiteral("Miravel.png")));
-    QVERIFY(!icon.isNull());
-    QCOMPARE(icon.availableSizes(), QList<QSize>{QSize(256, 256)});
-}
-
-void TestImages::windowsIcon_holdsEverySize()
-{
-    QImageReader reader(QStringLiteral(MIRAVEL_ICON_FILE));
-    QSet<int> sides;
-    for (int number = 0; number < reader.imageCount(); ++number) {
-        QVERIFY(reader.jumpToImage(number));
-        const QImage picture = reader.read();
-        QVERIFY2(!picture.isNull(), qPrintable(reader.errorString()));
-        QCOMPARE(picture.width(), picture.height());
-        sides.insert(picture.width());
-    }
-    QCOMPARE(sides, (QSet<int>{16, 24, 32, 48, 64, 128, 256}));
-}
-
-void TestImages::waiting_isSmallAndFitsItsLabel()
-{
-    constexpr qint64 mostBytes = 60 * 1024;
-    const QString name = path(QStringLiteral("waiting.gif"));
-    QVERIFY(QFileInfo(name).size() < mostBytes);
-    QCOMPARE(QImageReader(name).size(), QSize(150, 260));
-}
-
-void TestImages::waiting_hasEnoughDifferentFrames()
-{
-    constexpr int fewestFrames = 12;
-    QMovie movie(path(QStringLiteral("waiting.gif")));
-    QVERIFY2(movie.isValid(), qPrintable(movie.lastErrorString()));
-    QVERIFY(movie.frameCount() >= fewestFrames);
-    QImage before;
-    for (int number = 0; number < movie.frameCount(); ++number) {
-        QVERIFY(movie.jumpToFrame(number));
-        QVERIFY(movie.currentImage() != before);
-        before = movie.currentImage();
-    }
-}
-
-void TestImages::waiting_playsForEver()
-{
-    constexpr int fasterThanLife = 2000; // per cent
-    QMovie movie(path(QStringLiteral("waiting.gif")));
-    movie.setSpeed(fasterThanLife);
-    QVERIFY(movie.jumpToFrame(movie.frameCount() - 1));
-    const QSignalSpy finished(&movie, &QMovie::finished);
-    QSignalSpy frames(&movie, &QMovie::frameChanged);
-    movie.start();
-    QTRY_VERIFY(frames.count() > 2 * movie.frameCount());
-    QCOMPARE(finished.count(), 0);
-    QCOMPARE(movie.state(), QMovie::Running);
-}
-
-void TestImages::waiting_leavesTheVeilFreeAroundItsCard()
-{
-    QMovie movie(path(QStringLiteral("waiting.gif")));
-    for (int number = 0; number < movie.frameCount(); ++number) {
-        QVERIFY(movie.jumpToFrame(number));
-        const QImage frame = movie.currentImage().convertToFormat(QImage::Format_ARGB32);
-        QVERIFY(borderIsClear(frame));
-        QCOMPARE(qAlpha(frame.pixel(frame.rect().center())), 255);
     }
 }
 
