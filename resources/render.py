@@ -1,0 +1,180 @@
+#!/usr/bin/python3
+"""Draws every picture under images/ anew from the sources under svg/, and the Windows icon.
+
+Run it after a change to a source and commit what it wrote; the build itself uses the committed
+pictures. Two runs write the same bytes. Needs librsvg2-bin, python3-pil, gifsicle and icoutils.
+"""
+
+import io
+import math
+import pathlib
+import subprocess
+import tempfile
+
+from PIL import Image
+
+HERE = pathlib.Path(__file__).resolve().parent
+SOURCES = HERE / "svg"
+PICTURES = HERE / "images"
+
+ICON_SIZES = (16, 24, 32, 48, 64, 128, 256)
+# Below 64 px the mark is drawn for the size; the other sizes are divisions of its 256 px grid.
+ICON_SOURCES = {16: "miravel-16", 24: "miravel-24", 32: "miravel-32", 48: "miravel-48"}
+
+# The pointed ends of the bubbles have to be of the bubbles' very colour, on soft edges too.
+POINTS = {
+    "icon-triangle_right": (223, 237, 255),
+    "icon-triangle_left": (244, 245, 248),
+}
+
+# One glyph in the colour of the button's text in each state.
+SWITCH_COLOURS = {
+    "btn-switch": (51, 47, 29),
+    "btn-switch-hover": (41, 100, 245),
+    "btn-switch-pressed": (37, 90, 219),
+    "btn-switch-association": (117, 117, 117),
+}
+
+# Pictures that are another picture turned round: the rasteriser itself is not quite symmetrical.
+MIRRORED = {
+    "btn-retract": ("btn-open", Image.Transpose.FLIP_TOP_BOTTOM),
+    "btn-preview-6": ("btn-preview-5", Image.Transpose.FLIP_LEFT_RIGHT),
+}
+
+FRAMES = 24
+FRAME_DELAY = 7  # hundredths of a second
+EYE_HEIGHT = 15  # px
+EYE_MIDDLE = 99.5  # px from the top
+BLINK = {11: 7, 12: 3, 13: 7}  # lower eyes in these frames
+GIF_COLOURS = 63  # and one for "nothing here"
+VEILED_WINDOW = (207, 207, 207)  # white under a 20 % veil of rgb(17, 17, 17)
+
+
+def rasterise(svg: bytes, size: int = 0) -> Image.Image:
+    """The SVG text as an RGBA picture, at its own size or scaled to a square of `size` px."""
+    command = ["rsvg-convert", "--format=png"]
+    if size:
+        command += [f"--width={size}", f"--height={size}"]
+    png = subprocess.run(command, input=svg, stdout=subprocess.PIPE, check=True).stdout
+    return Image.open(io.BytesIO(png)).convert("RGBA")
+
+
+def source(name: str) -> bytes:
+    return (SOURCES / f"{name}.svg").read_bytes()
+
+
+def save_png(picture: Image.Image, name: str) -> None:
+    picture.save(PICTURES / f"{name}.png", optimize=True)
+
+
+def flattened(picture: Image.Image, colour: tuple) -> Image.Image:
+    """The picture's shape in one colour: only its transparency is kept."""
+    flat = Image.new("RGBA", picture.size, colour + (255,))
+    flat.putalpha(picture.getchannel("A"))
+    return flat
+
+
+def symmetrical(picture: Image.Image) -> Image.Image:
+    """The picture with its upper half repeated upside down below."""
+    result = picture.copy()
+    upper = picture.crop((0, 0, picture.width, picture.height // 2))
+    result.paste(upper.transpose(Image.Transpose.FLIP_TOP_BOTTOM), (0, picture.height // 2))
+    return result
+
+
+def draw_icons() -> None:
+    for size in ICON_SIZES:
+        picture = rasterise(source(ICON_SOURCES.get(size, "miravel")), size)
+        save_png(picture, f"Miravel-{size}")
+    save_png(rasterise(source("miravel"), 256), "Miravel")
+    save_png(rasterise(source("miravel"), 64), "Sysico")
+    save_png(rasterise(source("miravel-16"), 16), "logo-16")
+
+    files = [str(PICTURES / f"Miravel-{size}.png") for size in ICON_SIZES]
+    command = ["icotool", "--create", f"--output={HERE / 'Miravel.ico'}"]
+    subprocess.run(command + files[:-1] + [f"--raw={files[-1]}"], check=True)
+
+
+def draw_pictures() -> None:
+    special = set(POINTS) | set(SWITCH_COLOURS)
+    for path in sorted(SOURCES.glob("*.svg")):
+        if not path.stem.startswith("miravel") and path.stem not in special:
+            save_png(rasterise(path.read_bytes()), path.stem)
+    for name, colour in POINTS.items():
+        save_png(flattened(symmetrical(rasterise(source(name))), colour), name)
+    for name, colour in SWITCH_COLOURS.items():
+        save_png(flattened(rasterise(source("btn-switch")), colour), name)
+    for name, (other, way) in MIRRORED.items():
+        save_png(rasterise(source(other)).transpose(way), name)
+
+
+def wave(phase: float) -> float:
+    """A smooth pulse over one turn of the animation: 0 at rest, 1 at its height."""
+    return (1 - math.cos(2 * math.pi * phase)) / 2
+
+
+def frame_values(number: int) -> dict:
+    """What fills the gaps of the loading animation's source in one frame."""
+    turn = number / FRAMES
+    height = wave(turn)
+    values = {"BOB": f"{-6 * height:.2f}", "SHADOW": f"{28 - 7 * height:.2f}"}
+    eye = BLINK.get(number, EYE_HEIGHT)
+    values["EYE_HEIGHT"] = str(eye)
+    values["EYE_TOP"] = str(EYE_MIDDLE - eye / 2)
+    for dot in range(3):
+        pulse = wave(turn - dot / 6) ** 2
+        values[f"DOT{dot + 1}"] = f"{3.2 + 1.6 * pulse:.2f}"
+        low, high = (190, 208, 250), (42, 100, 244)
+        tint = [round(a + (b - a) * pulse) for a, b in zip(low, high)]
+        values[f"TINT{dot + 1}"] = "#%02x%02x%02x" % tuple(tint)
+    return values
+
+
+def draw_frames() -> list:
+    template = (SOURCES / "waiting.svg.in").read_text(encoding="utf-8")
+    frames = []
+    for number in range(FRAMES):
+        svg = template
+        for key, value in frame_values(number).items():
+            svg = svg.replace(f"@{key}@", value)
+        frames.append(rasterise(svg.encode("utf-8")))
+    return frames
+
+
+def one_palette(frames: list) -> list:
+    """The frames as palette pictures that share one palette; its last entry stands for nothing."""
+    width, height = frames[0].size
+    opaque = Image.new("RGB", (width * len(frames), height))
+    for number, frame in enumerate(frames):
+        card = Image.new("RGB", frame.size, VEILED_WINDOW)
+        card.paste(frame, mask=frame.getchannel("A"))
+        opaque.paste(card, (number * width, 0))
+    indexed = opaque.quantize(GIF_COLOURS, method=Image.Quantize.MEDIANCUT, dither=Image.Dither.NONE)
+    colours = indexed.getpalette()[: 3 * GIF_COLOURS]
+    result = []
+    for number, frame in enumerate(frames):
+        picture = indexed.crop((number * width, 0, (number + 1) * width, height))
+        nothing = frame.getchannel("A").point(lambda alpha: 255 if alpha == 0 else 0)
+        picture.paste(GIF_COLOURS, mask=nothing)
+        picture.putpalette(colours + [0, 0, 0])
+        result.append(picture)
+    return result
+
+
+def draw_waiting() -> None:
+    with tempfile.TemporaryDirectory() as folder:
+        files = []
+        for number, picture in enumerate(one_palette(draw_frames())):
+            files.append(f"{folder}/{number:02}.gif")
+            picture.save(files[-1], transparency=GIF_COLOURS)
+        # "background" clears the old frame, so that nothing of the bobbing mark is left behind.
+        command = ["gifsicle", "--no-warnings", "-O3", "--disposal=background", "--loopcount=forever"]
+        command += [f"--delay={FRAME_DELAY}", f"--output={PICTURES / 'waiting.gif'}"]
+        subprocess.run(command + files, check=True)
+
+
+if __name__ == "__main__":
+    PICTURES.mkdir(exist_ok=True)
+    draw_icons()
+    draw_pictures()
+    draw_waiting()

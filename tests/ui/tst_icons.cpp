@@ -1,0 +1,114 @@
+#include "resources/resources.h"
+#include "tests/ui/pictures.h"
+
+#include <QFileInfo>
+#include <QIcon>
+#include <QImageReader>
+#include <QMovie>
+#include <QSet>
+#include <QSignalSpy>
+#include <QTest>
+
+/// The application icon in all its sizes, and the loading animation.
+class TestIcons : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void iconSizes_areDrawnNotAllScaled();
+    void windowIcon_isUsable();
+    void windowsIcon_holdsEverySize();
+    void waiting_isSmallAndFitsItsLabel();
+    void waiting_hasEnoughDifferentFrames();
+    void waiting_playsForEver();
+    void waiting_leavesTheVeilFreeAroundItsCard();
+};
+
+void TestIcons::initTestCase()
+{
+    initResources();
+}
+
+void TestIcons::iconSizes_areDrawnNotAllScaled()
+{
+    const QImage large = load(QStringLiteral("Miravel.png"));
+    for (const int side : {16, 24, 32, 48}) {
+        const QImage drawn = load(QStringLiteral("Miravel-%1.png").arg(side));
+        const QImage scaled
+            = large.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QVERIFY(shape(drawn) != shape(scaled));
+    }
+    QCOMPARE(load(QStringLiteral("Miravel-256.png")), large);
+}
+
+void TestIcons::windowIcon_isUsable()
+{
+    const QIcon icon(path(QStringLiteral("Miravel.png")));
+    QVERIFY(!icon.isNull());
+    QCOMPARE(icon.availableSizes(), QList<QSize>{QSize(256, 256)});
+}
+
+void TestIcons::windowsIcon_holdsEverySize()
+{
+    QImageReader reader(QStringLiteral(MIRAVEL_ICON_FILE));
+    QSet<int> sides;
+    for (int number = 0; number < reader.imageCount(); ++number) {
+        QVERIFY(reader.jumpToImage(number));
+        const QImage picture = reader.read();
+        QVERIFY2(!picture.isNull(), qPrintable(reader.errorString()));
+        QCOMPARE(picture.width(), picture.height());
+        sides.insert(picture.width());
+    }
+    QCOMPARE(sides, (QSet<int>{16, 24, 32, 48, 64, 128, 256}));
+}
+
+void TestIcons::waiting_isSmallAndFitsItsLabel()
+{
+    constexpr qint64 mostBytes = 60'000;
+    const QString name = path(QStringLiteral("waiting.gif"));
+    QVERIFY(QFileInfo(name).size() < mostBytes);
+    QCOMPARE(QImageReader(name).size(), QSize(150, 260));
+}
+
+void TestIcons::waiting_hasEnoughDifferentFrames()
+{
+    constexpr int fewestFrames = 12;
+    QMovie movie(path(QStringLiteral("waiting.gif")));
+    QVERIFY2(movie.isValid(), qPrintable(movie.lastErrorString()));
+    QVERIFY(movie.frameCount() >= fewestFrames);
+    QImage before;
+    for (int number = 0; number < movie.frameCount(); ++number) {
+        QVERIFY(movie.jumpToFrame(number));
+        QVERIFY(movie.currentImage() != before);
+        before = movie.currentImage();
+    }
+}
+
+void TestIcons::waiting_playsForEver()
+{
+    constexpr int fasterThanLife = 2000; // per cent
+    QMovie movie(path(QStringLiteral("waiting.gif")));
+    movie.setSpeed(fasterThanLife);
+    QVERIFY(movie.jumpToFrame(movie.frameCount() - 1));
+    const QSignalSpy finished(&movie, &QMovie::finished);
+    QSignalSpy frames(&movie, &QMovie::frameChanged);
+    movie.start();
+    QTRY_VERIFY(frames.count() > 2 * movie.frameCount());
+    QCOMPARE(finished.count(), 0);
+    QCOMPARE(movie.state(), QMovie::Running);
+}
+
+void TestIcons::waiting_leavesTheVeilFreeAroundItsCard()
+{
+    QMovie movie(path(QStringLiteral("waiting.gif")));
+    for (int number = 0; number < movie.frameCount(); ++number) {
+        QVERIFY(movie.jumpToFrame(number));
+        const QImage frame = movie.currentImage().convertToFormat(QImage::Format_ARGB32);
+        QVERIFY(borderIsClear(frame));
+        QCOMPARE(qAlpha(frame.pixel(frame.rect().center())), 255);
+    }
+}
+
+QTEST_MAIN(TestIcons)
+#include "tst_icons.moc"
