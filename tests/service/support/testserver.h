@@ -33,7 +33,8 @@ public:
 
     [[nodiscard]] quint16 port() const { return m_port; }
 
-    /// What every request gets that has no reply of its own.
+    /// What every request gets that has no reply of its own; a good one with nothing in it if this
+    /// is never called.
     void setReply(const ServedReply &reply);
 
     /// What requests for exactly this \a target get.
@@ -68,7 +69,8 @@ private:
     std::atomic<int> m_leftWhileHeld = 0;
 
     mutable std::mutex m_mutex;
-    ServedReply m_reply; // this and the next two are guarded by m_mutex
+    ServedReply m_reply
+        = httpReply(R"({"errorCode":"0"})"); // this and the next two are guarded by m_mutex
     QMap<QByteArray, ServedReply> m_replies;
     QVector<ReceivedRequest> m_requests;
 
