@@ -17,6 +17,13 @@ QByteArray compact(const QJsonObject &object)
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
+// The serialiser writes every number by way of a double, which holds 53 bits only. Quotes inside
+// texts are escaped, so the member's name with its colon stands in the body exactly once.
+void setQuestionId(QByteArray &body, qint64 questionId)
+{
+    body.replace("\"questionId\":0", "\"questionId\":" + QByteArray::number(questionId));
+}
+
 } // namespace
 
 QByteArray hotQuestionsBody(const CallSettings &settings)
@@ -39,6 +46,8 @@ QByteArray askBody(const CallSettings &settings, const AskFields &fields)
     body.insert(QStringLiteral("accountId"), fields.accountId);
     body.insert(QStringLiteral("source"), fields.source);
     body.insert(QStringLiteral("originalQuestion"), fields.originalQuestion);
-    body.insert(QStringLiteral("questionId"), fields.questionId);
-    return compact(body);
+    body.insert(QStringLiteral("questionId"), 0);
+    QByteArray bytes = compact(body);
+    setQuestionId(bytes, fields.questionId);
+    return bytes;
 }

@@ -1,0 +1,10 @@
+#include "tests/service/support/refusingport.h"
+
+#include <QHostAddress>
+
+RefusingPort::RefusingPort()
+{
+    if (!m_socket.bind(QHostAddress::LocalHost)) {
+        qFatal("No loopback port can be bound.");
+    }
+}
