@@ -5,6 +5,6 @@
 RefusingPort::RefusingPort()
 {
     if (!m_socket.bind(QHostAddress::LocalHost)) {
-        qFatal("No loopback port can be bound.");
+        qFatal("No loopback port can be bound: %s", qPrintable(m_socket.errorString()));
     }
 }
