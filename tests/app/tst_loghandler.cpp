@@ -1,10 +1,10 @@
 #include "app/loghandler.h"
 #include "app/logstream.h"
+#include "tests/support/childprocess.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -364,7 +364,7 @@ void TestLogHandler::installedHandler_namesTheCallersBareFileAndLine()
 
 void TestLogHandler::fatalMessage_isWrittenBeforeTheProcessEnds()
 {
-    QProcess process;
+    ChildProcess process;
     process.start(QStringLiteral(MIRAVEL_LOGWRITER),
                   {basePath(), QStringLiteral("a"), QStringLiteral("0"), QStringLiteral("fatal")});
     QVERIFY(process.waitForFinished());
@@ -378,15 +378,14 @@ void TestLogHandler::severalProcesses_shareTheFileWithoutTornLines()
 {
     constexpr int messages = 400;
     const QStringList names = {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
-    std::vector<std::unique_ptr<QProcess>> processes;
+    std::vector<std::unique_ptr<ChildProcess>> processes;
     for (const QString &name : names) {
-        processes.push_back(std::make_unique<QProcess>());
+        processes.push_back(std::make_unique<ChildProcess>());
         processes.back()->start(QStringLiteral(MIRAVEL_LOGWRITER),
                                 {basePath(), name, QString::number(messages)});
     }
     for (const auto &process : processes) {
-        QVERIFY(process->waitForFinished());
-        QCOMPARE(process->exitCode(), 0);
+        QVERIFY(process->endsWith(0));
     }
     const QString content = QString::fromUtf8(contentOf(livePath()));
     const QRegularExpression whole(QStringLiteral("^Debug:\\[[^\\[\\]]+\\]: [abc]-\\d+\\.$"));

@@ -1,3 +1,4 @@
+#include "tests/support/childprocess.h"
 #include "tests/support/processcontrol.h"
 
 #include <QDir>
@@ -6,7 +7,7 @@
 #include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QProcess>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -21,52 +22,24 @@ constexpr int dataWaitMs = 1000;   // how long the first copy waits for data
 
 const QString helper = QStringLiteral(MIRAVEL_SINGLECOPY);
 
-/// One running copy of the helper program; ended with this object.
-class Copy
+/// One running copy of the helper program.
+class Copy : public ChildProcess
 {
 public:
     Copy(const QString &program, const QString &temporaryFolder, const QString &window = {})
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("TMPDIR"), temporaryFolder);
-        m_process.setProcessEnvironment(environment);
-        m_process.start(program, window.isEmpty() ? QStringList() : QStringList(window));
-    }
-
-    ~Copy() { kill(); }
-    Q_DISABLE_COPY(Copy)
-
-    /// The next line it prints; empty when it ends without one.
-    QString nextLine()
-    {
-        while (!m_process.canReadLine() && m_process.waitForReadyRead(patienceMs)) { }
-        return QString::fromLatin1(m_process.readLine()).trimmed();
-    }
-
-    /// Ends it as a crash does.
-    void kill()
-    {
-        m_process.kill();
-        m_process.waitForFinished(patienceMs);
+        setProcessEnvironment(environment);
+        start(program, window.isEmpty() ? QStringList() : QStringList(window));
     }
 
     /// Lets it end in an orderly way. True when it gave status 0.
     bool end()
     {
-        m_process.closeWriteChannel();
-        return endsBySelf();
+        closeWriteChannel();
+        return endsWith(0);
     }
-
-    bool endsBySelf()
-    {
-        return (m_process.state() == QProcess::NotRunning || m_process.waitForFinished(patienceMs))
-            && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
-    }
-
-    [[nodiscard]] qint64 pid() const { return m_process.processId(); }
-
-private:
-    QProcess m_process;
 };
 
 } // namespace
@@ -143,7 +116,7 @@ void TestSingleApplication::secondCopy_findsTheFirstAndEnds()
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     Copy second(helper, names());
     QCOMPARE(second.nextLine(), QStringLiteral("running"));
-    QVERIFY(second.endsBySelf());
+    QVERIFY(second.endsWith(0));
     QVERIFY(first.end());
 }
 
@@ -158,7 +131,7 @@ void TestSingleApplication::everyFurtherCopy_findsTheFirst()
     }
     for (const auto &copy : further) {
         QCOMPARE(copy->nextLine(), QStringLiteral("running"));
-        QVERIFY(copy->endsBySelf());
+        QVERIFY(copy->endsWith(0));
     }
 }
 
@@ -276,7 +249,7 @@ void TestSingleApplication::staleNameOfACrashedCopy_isTakenOver()
 {
     Copy crashed(helper, names());
     QCOMPARE(crashed.nextLine(), QStringLiteral("first"));
-    crashed.kill();
+    crashed.crash();
     QVERIFY(QFile::exists(namePath()));
 
     Copy next(helper, names());
@@ -293,7 +266,7 @@ void TestSingleApplication::copyThatDoesNotAccept_isTakenOver()
     }
     Copy hung(helper, names());
     QCOMPARE(hung.nextLine(), QStringLiteral("first"));
-    QVERIFY(suspendProcess(hung.pid()));
+    QVERIFY(suspendProcess(hung.processId()));
     // The system itself accepts connections until the waiting room is full.
     std::vector<std::unique_ptr<QLocalSocket>> waiting;
     bool full = false;
@@ -311,7 +284,7 @@ void TestSingleApplication::copyThatDoesNotAccept_isTakenOver()
     QVERIFY2(time.elapsed() >= connectWaitMs, qPrintable(QString::number(time.elapsed())));
     Copy third(helper, names());
     QCOMPARE(third.nextLine(), QStringLiteral("running"));
-    QVERIFY(resumeProcess(hung.pid()));
+    QVERIFY(resumeProcess(hung.processId()));
 }
 
 void TestSingleApplication::fileInPlaceOfTheName_isKeptAndTheCopyRunsUnguarded_data()
