@@ -24,7 +24,7 @@ Fault FaultPlan::take(Call call)
 
 Fault FaultPlan::takeFrom(Slot &slot)
 {
-    const Fault fault = slot.fault;
+    Fault fault = slot.fault;
     if (slot.left && --*slot.left <= 0) {
         slot = {};
     }

@@ -110,7 +110,7 @@ bool readEntries(const json &document, const std::string &folder,
             error = problem.what();
         }
         if (!error.empty()) {
-            error = "entry number " + std::to_string(number) + ": " + error;
+            error.insert(0, "entry number " + std::to_string(number) + ": ");
             return false;
         }
     }

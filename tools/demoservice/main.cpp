@@ -9,6 +9,8 @@
 #include <nlohmann/json.hpp>
 
 #include <csignal>
+#include <cstdio>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -101,12 +103,10 @@ int serve(const Options &options, const demo::Knowledge &knowledge, demo::Reques
     return exitGood; // the listeners stop before the service goes
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+int run(const std::vector<std::string> &arguments)
 {
     std::string error;
-    const auto options = demo::parseOptions(std::vector<std::string>(argv + 1, argv + argc), error);
+    const auto options = demo::parseOptions(arguments, error);
     if (!options) {
         return complain(exitBadInput, error + "; --help lists the options");
     }
@@ -123,4 +123,16 @@ int main(int argc, char **argv)
         return complain(exitBadInput, options->logFile + " cannot be written");
     }
     return serve(*options, *knowledge, log);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        return run({argv + 1, argv + argc});
+    } catch (const std::exception &problem) { // no memory, no thread
+        std::fprintf(stderr, "demoservice: %s\n", problem.what());
+        return exitFailed;
+    }
 }

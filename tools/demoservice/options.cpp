@@ -110,7 +110,7 @@ bool readAll(Options &options, const std::vector<std::string> &arguments, std::s
             return false;
         }
         if (!reader->second(options, arguments[i + 1], error)) {
-            error = arguments[i] + ": " + error;
+            error.insert(0, arguments[i] + ": ");
             return false;
         }
     }

@@ -78,8 +78,8 @@ std::string Pictures::paragraph(const std::string &name, std::string &error)
         error = "picture " + name + " is no PNG, JPEG or GIF file";
         return {};
     }
-    const std::string text = "<p><img src=\"data:image/" + type + ";base64," + base64(*bytes)
-                           + "\" style=\"max-width:100%;\"/></p>";
+    std::string text = "<p><img src=\"data:image/" + type + ";base64," + base64(*bytes)
+                     + "\" style=\"max-width:100%;\"/></p>";
     m_paragraphs.emplace(name, text);
     return text;
 }

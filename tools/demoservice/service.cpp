@@ -107,9 +107,10 @@ void Service::install(httplib::Server &server, const std::string &scheme)
         [this, scheme](const Request &request, Response &response) {
             return handleStray(scheme, request, response);
         }));
-    server.set_exception_handler([](const Request &, Response &response, std::exception_ptr) {
-        response.status = statusInternal; // the error handler gives it a body
-    });
+    server.set_exception_handler(
+        [](const Request &, Response &response, const std::exception_ptr &) {
+            response.status = statusInternal; // the error handler gives it a body
+        });
 }
 
 void Service::stopWaiting()
