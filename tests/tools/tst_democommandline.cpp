@@ -193,13 +193,14 @@ void TestDemoCommandLine::ownCertificate_isShownToTheClient()
     QTemporaryDir folder;
     const QString certificate = folder.filePath(QStringLiteral("cert.pem"));
     const QString key = folder.filePath(QStringLiteral("key.pem"));
-    QCOMPARE(QProcess::execute(QStringLiteral("openssl"),
-                               {QStringLiteral("req"), QStringLiteral("-x509"),
-                                QStringLiteral("-newkey"), QStringLiteral("rsa:2048"),
-                                QStringLiteral("-nodes"), QStringLiteral("-subj"),
-                                QStringLiteral("/CN=own.example"), QStringLiteral("-keyout"), key,
-                                QStringLiteral("-out"), certificate}),
-             0);
+    QProcess maker;
+    maker.start(QStringLiteral("openssl"),
+                {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+                 QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-subj"),
+                 QStringLiteral("/CN=own.example"), QStringLiteral("-keyout"), key,
+                 QStringLiteral("-out"), certificate});
+    QVERIFY(maker.waitForFinished(30000));
+    QCOMPARE(maker.exitCode(), 0);
     DemoProcess service;
     QVERIFY(
         service.start({QStringLiteral("--cert"), certificate, QStringLiteral("--cert-key"), key}));
