@@ -1,11 +1,72 @@
+#include "app/apppaths.h"
+#include "app/loghandler.h"
+#include "app/logstream.h"
+#include "app/qtenvironment.h"
+#include "app/singleapplication.h"
 #include "ui/mainwindow/miravel.h"
 
-#include <QApplication>
+#include <QCommandLineOption>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFont>
+#include <QIcon>
+#include <QSettings>
+
+namespace {
+
+const QLatin1String vdiClient("vdi");
+const QLatin1String launcher("ombra");
+
+/// Shows the window, started in the mode of its caller, until it is closed. Gives the exit status.
+int runWindow(SingleApplication &app, void (Miravel::*startMode)())
+{
+    QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
+    Miravel window;
+    (window.*startMode)();
+    app.w = &window;
+    window.show();
+    return QApplication::exec();
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
-    QApplication app(argc, argv);
-    Miravel window;
-    window.show();
-    return QApplication::exec();
+    clearQtEnvironment();
+    SingleApplication app(argc, argv);
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
+
+    const QIcon icon(QStringLiteral(":/Images/Miravel.png"));
+    QApplication::setWindowIcon(icon);
+    const QFont font(QStringLiteral("Microsoft YaHei"));
+    QApplication::setFont(font);
+
+    const QCommandLineOption typeOption(QStringLiteral("Type"), QString(), QStringLiteral("Name"));
+    QCommandLineParser parser;
+    parser.addOption(typeOption);
+    parser.process(app);
+    QString callerType = parser.value(typeOption);
+    initAppPaths(callerType);
+
+    const QSettings settings(configFilePath, QSettings::IniFormat);
+    const QString level = settings.value(QStringLiteral("Log/level")).toString().toUpper();
+    initLogSetting(level, logFolderPath);
+    qInstallMessageHandler(logMessageHandler);
+
+    LOG_INFO() << "Caller Type: " << callerType;
+    LOG_INFO() << "miravelVersion: " << miravelVersion;
+
+    if (miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT")) {
+        callerType = vdiClient;
+    }
+    if (app.isRunning()) {
+        return 0;
+    }
+    if (callerType == launcher) {
+        return runWindow(app, &Miravel::startForLauncher);
+    }
+    if (callerType == vdiClient) {
+        return runWindow(app, &Miravel::startForVdiClient);
+    }
+    return 0; // an unknown caller is shown nothing
 }

@@ -15,15 +15,15 @@ class IdpInterface
 {
 public:
     /// The result array of the hot-questions reply, empty on any failure.
-    [[nodiscard]] QJsonArray hot_questions();
+    QJsonArray hot_questions();
 
     /// The result array of the suggestions for the typed \a text, empty on any failure. Goes to the
     /// endpoint of the last resolution, or to the configured server when there is none.
-    [[nodiscard]] QJsonArray association_questions(QString text);
+    QJsonArray association_questions(QString text);
 
     /// The whole reply to a question; a null document when there is none or it is no JSON.
-    [[nodiscard]] QJsonDocument Ask_And_Answer(QString rawQuery, QString accountId, QString source,
-                                               QString originalQuestion, qint64 questionId);
+    QJsonDocument Ask_And_Answer(QString rawQuery, QString accountId, QString source,
+                                 QString originalQuestion, qint64 questionId);
 
     /// Sends the requests; its configPath is the settings file of the calls as well.
     httpsRequest request;

@@ -20,7 +20,8 @@ private slots:
     void init();
     void replyLaterThanTheLimit_isDiscardedAndTheBufferKept();
     void replyLaterThanTheLimit_closesTheConnection();
-    void bodyLaterThanTheLimit_isDiscarded();
+    void halfABodyAtTheLimit_isDiscarded();
+    void lateReplies_areNotTakenForThatOfTheNextRequest();
     void events_areHandledMeanwhile();
     void outerReplyThatEndsInAnInnerWait_isInTime();
     void outerReplyLaterThanItsLimitInAnInnerWait_isTooLate();
@@ -116,9 +117,20 @@ void TestHttpsRequestWaits::replyLaterThanTheLimit_closesTheConnection()
     QTRY_COMPARE(server.leftWhileHeld(), 1);
 }
 
-void TestHttpsRequestWaits::bodyLaterThanTheLimit_isDiscarded()
+void TestHttpsRequestWaits::halfABodyAtTheLimit_isDiscarded()
 {
-    // The headers are there in time, and the connection stays open.
+    TestServer server;
+    server.setReply(heldInTheMiddle(goodBody));
+    TestConfig config;
+    config.setServer(server.port());
+    const LogCapture log;
+    const Sent sent = post(config, "/slow", shortMs);
+    QCOMPARE(sent.result, -1);
+    QCOMPARE(sent.reply, QByteArray("before"));
+}
+
+void TestHttpsRequestWaits::lateReplies_areNotTakenForThatOfTheNextRequest()
+{
     TestServer server;
     server.setReply(held(httpReply(goodBody)));
     TestConfig config;
@@ -127,11 +139,10 @@ void TestHttpsRequestWaits::bodyLaterThanTheLimit_isDiscarded()
     QCOMPARE(post(config, "/a", shortMs).result, -1);
     QCOMPARE(post(config, "/b", shortMs).result, -1);
     server.release();
-    // The late replies of the first two are not taken for that of the third.
-    server.setReplyFor("/c", httpReply("{\"errorCode\":\"0\",\"result\":[3]}"));
+    server.setReplyFor("/c", httpReply(R"({"errorCode":"0","result":[3]})"));
     const Sent third = post(config, "/c", longMs);
     QCOMPARE(third.result, 0);
-    QCOMPARE(third.reply, QByteArray("{\"errorCode\":\"0\",\"result\":[3]}"));
+    QCOMPARE(third.reply, QByteArray(R"({"errorCode":"0","result":[3]})"));
 }
 
 void TestHttpsRequestWaits::events_areHandledMeanwhile()

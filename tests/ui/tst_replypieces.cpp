@@ -12,6 +12,10 @@ private slots:
     void rows();
     void pictureByData_isAPictureRow();
     void longReply_isSplitInReasonableTime();
+    void answerWithinTheLimits_isNotCut();
+    void tooManyCharacters_areCut();
+    void tooManyRows_areCut();
+    void pictures_doNotCountAsCharacters();
 };
 
 using Kind = ReplyPiece::Kind;
@@ -66,6 +70,46 @@ void TestReplyPieces::longReply_isSplitInReasonableTime()
 {
     const int count = 10000;
     QCOMPARE(splitReply(QStringLiteral("<p>一</p>").repeated(count)).size(), count);
+}
+
+void TestReplyPieces::answerWithinTheLimits_isNotCut()
+{
+    QVector<ReplyPiece> rows{{Kind::Text, QString(maxAnswerCharacters - 1, QLatin1Char('x'))},
+                             {Kind::Text, QStringLiteral("y")}};
+    const QVector<ReplyPiece> before = rows;
+    QVERIFY(!limitRows(rows));
+    QCOMPARE(rows, before);
+}
+
+void TestReplyPieces::tooManyCharacters_areCut()
+{
+    QVector<ReplyPiece> rows{{Kind::Text, QString(maxAnswerCharacters - 1, QLatin1Char('x'))},
+                             {Kind::Text, QStringLiteral("yz")},
+                             {Kind::Text, QStringLiteral("never")}};
+    QVERIFY(limitRows(rows));
+    QCOMPARE(rows.size(), 2);
+    QCOMPARE(rows.at(1).source, QStringLiteral("y"));
+
+    rows = {{Kind::Text, QString(maxAnswerCharacters, QLatin1Char('x'))},
+            {Kind::Text, QStringLiteral("never")}};
+    QVERIFY(limitRows(rows));
+    QCOMPARE(rows.size(), 1);
+}
+
+void TestReplyPieces::tooManyRows_areCut()
+{
+    QVector<ReplyPiece> rows(maxAnswerRows + 1, {Kind::Text, QStringLiteral("x")});
+    QVERIFY(limitRows(rows));
+    QCOMPARE(rows.size(), maxAnswerRows);
+    QVERIFY(!limitRows(rows));
+}
+
+void TestReplyPieces::pictures_doNotCountAsCharacters()
+{
+    QVector<ReplyPiece> rows{{Kind::Picture, QString(maxAnswerCharacters * 2, QLatin1Char('x'))},
+                             {Kind::Text, QStringLiteral("y")}};
+    QVERIFY(!limitRows(rows));
+    QCOMPARE(rows.size(), 2);
 }
 
 QTEST_GUILESS_MAIN(TestReplyPieces)

@@ -1,5 +1,6 @@
 #include "ui/answer/answercontent.h"
 
+#include "app/logstream.h"
 #include "ui/answer/answergeometry.h"
 #include "ui/answer/bubblelabel.h"
 #include "ui/answer/picturerow.h"
@@ -40,13 +41,18 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
     setStyleSheet(styles::plainList);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    const QVector<ReplyPiece> pieces = splitReply(reply);
-    for (const ReplyPiece &piece : pieces) {
+    QVector<ReplyPiece> pieces = splitReply(reply);
+    const bool cut = limitRows(pieces);
+    for (const ReplyPiece &piece : qAsConst(pieces)) {
         if (piece.kind == ReplyPiece::Kind::Text) {
             addParagraph(piece.source);
         } else {
             addPicture(piece.source, title, pictures);
         }
+    }
+    if (cut) {
+        LOG_WARNING() << "answer is too long to be shown whole, characters: " << reply.size();
+        addParagraph(QCoreApplication::translate("QARegion", "（内容过长，仅显示前一部分。）"));
     }
 }
 
@@ -74,8 +80,7 @@ void AnswerContent::addParagraph(const QString &source)
     label->setStyle(new MyProxyStyle(label));
     label->setOpenExternalLinks(true);
     label->setFont(paragraphFont());
-    label->setText(QLatin1String("<p>") + source + QLatin1String("</p>"));
-    wrapBubbleLabel(label);
+    setWrappedText(label, QLatin1String("<p>") + source + QLatin1String("</p>"));
     label->move(0, 0);
     row->setFixedSize(textMaxWidth, label->height());
     m_paragraphs.append(label);

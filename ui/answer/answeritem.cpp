@@ -20,9 +20,8 @@ const QVector<int> retractBarLinesWithBox{11, 42};
 QLabel *makeTitle(const QString &title, QWidget *bubble)
 {
     QLabel *label = makeBubbleLabel(styles::bubbleBoldText, bubble);
-    label->setText(title);
     label->setOpenExternalLinks(true);
-    wrapBubbleLabel(label);
+    setWrappedText(label, title);
     return label;
 }
 

@@ -14,9 +14,12 @@ QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent)
     return label;
 }
 
-void wrapBubbleLabel(QLabel *label)
+void setWrappedText(QLabel *label, const QString &text)
 {
+    // The text comes last, or a long one would be laid out several times.
+    label->ensurePolished();
     label->setFixedWidth(textMaxWidth);
     label->setWordWrap(true);
+    label->setText(text);
     label->adjustSize();
 }

@@ -8,6 +8,6 @@ class QWidget;
 /// be selected with the mouse, its links used with mouse and keyboard.
 [[nodiscard]] QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent);
 
-/// Fixes \a label to the width of bubble texts, breaks its lines between words and gives it the
-/// height that takes.
-void wrapBubbleLabel(QLabel *label);
+/// Fixes \a label to the width of bubble texts, breaks the lines of \a text between words and gives
+/// the label the height that takes.
+void setWrappedText(QLabel *label, const QString &text);

@@ -24,7 +24,7 @@ MessageBubble::MessageBubble(const QString &text, ConversationList *list)
     m_label->setText(text);
     m_label->adjustSize();
     if (m_label->width() > textMaxWidth) {
-        wrapBubbleLabel(m_label);
+        setWrappedText(m_label, text);
     }
     const QSize size = m_label->size();
     m_label->move(labelPlace);

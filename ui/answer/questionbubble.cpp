@@ -27,8 +27,7 @@ QuestionBubble::QuestionBubble(const QString &text, ConversationList *list)
     m_label->ensurePolished(); // or the metrics below are those of the application's font
     const QFontMetrics metrics = m_label->fontMetrics();
     if (metrics.horizontalAdvance(text) > textMaxWidth) {
-        m_label->setText(wrapToWidth(metrics, text, textMaxWidth));
-        wrapBubbleLabel(m_label);
+        setWrappedText(m_label, wrapToWidth(metrics, text, textMaxWidth));
     } else {
         m_label->setText(text);
         m_label->adjustSize();

@@ -18,6 +18,29 @@ bool holdsPictureData(const QString &piece)
 
 } // namespace
 
+bool limitRows(QVector<ReplyPiece> &rows)
+{
+    int characters = 0;
+    for (int i = 0; i < rows.size(); ++i) {
+        ReplyPiece &row = rows[i];
+        if (i == maxAnswerRows) {
+            rows.resize(i);
+            return true;
+        }
+        if (row.kind != ReplyPiece::Kind::Text) {
+            continue;
+        }
+        const int room = maxAnswerCharacters - characters;
+        if (row.source.size() > room) {
+            row.source.truncate(room);
+            rows.resize(room > 0 ? i + 1 : i);
+            return true;
+        }
+        characters += row.source.size();
+    }
+    return false;
+}
+
 QVector<ReplyPiece> splitReply(const QString &reply)
 {
     static const QRegularExpression paragraphTags(QStringLiteral("(\\<p>|\\</p>)"));

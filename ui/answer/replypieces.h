@@ -22,6 +22,14 @@ struct ReplyPiece
     }
 };
 
+/// How much of one answer is shown: what is beyond is cut, since laying out millions of characters
+/// or rows would freeze the window for minutes. No answer that is meant to be read comes near.
+inline constexpr int maxAnswerCharacters = 200000;
+inline constexpr int maxAnswerRows = 10000;
+
+/// Cuts \a rows to what is shown. Returns whether anything was cut.
+[[nodiscard]] bool limitRows(QVector<ReplyPiece> &rows);
+
 /// Splits the rich text of a service's reply at every literal "<p>" and "</p>" into the rows of an
 /// answer. Blank pieces, a lone "<br>" and pictures given by address show nothing and are left out.
 [[nodiscard]] QVector<ReplyPiece> splitReply(const QString &reply);

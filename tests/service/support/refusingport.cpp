@@ -4,7 +4,7 @@
 
 RefusingPort::RefusingPort()
 {
-    if (!m_socket.bind(QHostAddress::LocalHost)) {
+    if (!m_socket.bind(QHostAddress(QHostAddress::LocalHost))) {
         qFatal("No loopback port can be bound.");
     }
 }

@@ -37,3 +37,12 @@ ServedReply held(ServedReply reply)
     reply.hold = true;
     return reply;
 }
+
+ServedReply heldInTheMiddle(const QByteArray &body)
+{
+    ServedReply halves = held(httpReply(body));
+    const int early = halves.bytes.size() - body.size() / 2;
+    halves.early = halves.bytes.left(early);
+    halves.bytes.remove(0, early);
+    return halves;
+}

@@ -5,8 +5,9 @@
 /// What the test server does with a request.
 struct ServedReply
 {
-    QByteArray bytes;  ///< sent as they are, then the connection is closed
-    bool hold = false; ///< sent only after TestServer::release()
+    QByteArray bytes;      ///< sent as they are, then the connection is closed
+    bool hold = false;     ///< sent only after TestServer::release()
+    QByteArray early = {}; ///< sent at once, before those
 };
 
 /// A well-formed HTTP reply (RFC 9112) with \a body as JSON.
@@ -20,6 +21,9 @@ struct ServedReply
 
 /// The connection is closed within the headers.
 [[nodiscard]] ServedReply droppedInHeaders();
+
+/// A reply whose second half is sent when the server releases it.
+[[nodiscard]] ServedReply heldInTheMiddle(const QByteArray &body);
 
 /// \a reply, sent when the server releases it.
 [[nodiscard]] ServedReply held(ServedReply reply);

@@ -110,6 +110,8 @@ void TestServer::serve(qintptr descriptor)
         return;
     }
     const ServedReply reply = take(request);
+    socket.write(reply.early);
+    socket.flush();
     if (!reply.hold || waitForRelease(socket)) {
         sendAndClose(socket, reply.bytes);
     }

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QApplication>
+#include <QPointer>
+#include <QWidget>
+
+class QLocalServer;
+
+/// The application object. Its constructor finds out through a local socket, named after the
+/// executable's file, whether another copy of the program already runs; the copy that runs brings
+/// its window to the front when it is contacted. Everything happens on the GUI thread.
+class SingleApplication : public QApplication
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(SingleApplication)
+
+public:
+    /// Contacts the other copy, waiting at most 500 ms for it, or becomes the first copy itself.
+    /// \a argc and \a argv must outlive the object, as QApplication asks for.
+    SingleApplication(int &argc, char **argv);
+
+    /// True when another copy answered: this one should end at once.
+    [[nodiscard]] bool isRunning() const;
+
+    /// The window that is brought to the front; not owned, null until start-up sets it.
+    QPointer<QWidget> w;
+
+private slots:
+    /// Another copy was started. Blocks for at most 1000 ms, until it has closed its end.
+    void NewLocalConnection();
+
+private:
+    void initLocalConnection();
+    void becomeFirstCopy();
+
+    QLocalServer *m_localServer = nullptr; // child of this object
+    QString m_serverName;
+    bool m_isRunning = false;
+};

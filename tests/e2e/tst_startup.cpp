@@ -1,0 +1,455 @@
+#include "tests/support/installation.h"
+#include "tests/support/processcontrol.h"
+#include "tests/support/virtualdisplay.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTest>
+
+Q_DECLARE_METATYPE(Installation::Layout)
+
+namespace {
+
+using Layout = Installation::Layout;
+
+const QString callerLine = QStringLiteral("Caller Type: ");
+const QString layoutLine = QStringLiteral("miravelVersion: ");
+const QString vdi = QStringLiteral("--Type=vdi");
+const QString ombra = QStringLiteral("--Type=ombra");
+const QString clientVersion = QStringLiteral("VELISTRA_NEW");
+const QString shortcutVersion = QStringLiteral("INVIRTUAL_SHORTCUT");
+
+/// Whether \a line is the whole start-up line with \a message, written by the entry function.
+bool isStartupLine(const QString &line, const QString &message)
+{
+    const QRegularExpression form(
+        QStringLiteral(
+            "^Info:\\[\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d main\\.cpp  line: [1-9]\\d*\\]: ")
+        + QRegularExpression::escape(message) + QLatin1Char('$'));
+    return form.match(line).hasMatch();
+}
+
+/// Whether the log begins with the two start-up lines.
+bool beginsWithStartup(const QStringList &lines, const QString &caller, const QString &version)
+{
+    return lines.size() >= 2 && isStartupLine(lines.at(0), callerLine + caller)
+        && isStartupLine(lines.at(1), layoutLine + version);
+}
+
+} // namespace
+
+/// The real program, started from outside as its callers start it.
+class TestStartup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void caller_decidesLayoutAndLogLines_data();
+    void caller_decidesLayoutAndLogLines();
+    void unknownCaller_endsWithStatusZeroAndTwoLines_data();
+    void unknownCaller_endsWithStatusZeroAndTwoLines();
+    void unknownOption_endsWithAMessageAndNoLog_data();
+    void unknownOption_endsWithAMessageAndNoLog();
+    void textBesideTheOption_isIgnored();
+
+    void qtVariablesOfTheCaller_haveNoEffect();
+    void scaleFactorOfTheCaller_leavesTheWindowsSize();
+
+    void secondStart_endsWithStatusZeroAfterItsTwoLines_data();
+    void secondStart_endsWithStatusZeroAfterItsTwoLines();
+    void secondStart_restoresTheMinimisedWindow();
+    void startAfterACrash_becomesTheFirst();
+    void startBesideAHungCopy_endsWithStatusZero();
+    void folderForNamesThatIsTheProgramsOwn_keepsTheProgram();
+    void closingTheWindow_endsWithStatusZero();
+
+    void logLevel_decidesAboutTheStartupLines_data();
+    void logLevel_decidesAboutTheStartupLines();
+    void missingSettingsFile_isNoError();
+    void unusableSettingsFile_isNoError_data();
+    void unusableSettingsFile_isNoError();
+    void unreadableSettingsFile_isNoError();
+    void settings_areNeverWritten();
+    void missingLogFolder_isNotCreated();
+};
+
+void TestStartup::caller_decidesLayoutAndLogLines_data()
+{
+    QTest::addColumn<Layout>("layout");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("caller");
+    QTest::addColumn<QString>("version");
+    const QString type = QStringLiteral("--Type");
+    QTest::newRow("no option") << Layout::Shortcut << QStringList() << QString() << shortcutVersion;
+    QTest::newRow("empty value") << Layout::Shortcut << QStringList(type + QLatin1Char('='))
+                                 << QString() << shortcutVersion;
+    QTest::newRow("vdi") << Layout::Client << QStringList(vdi) << QStringLiteral("vdi")
+                         << clientVersion;
+    QTest::newRow("vdi as a word of its own")
+        << Layout::Client << QStringList({type, QStringLiteral("vdi")}) << QStringLiteral("vdi")
+        << clientVersion;
+    QTest::newRow("ombra") << Layout::Client << QStringList(ombra) << QStringLiteral("ombra")
+                           << clientVersion;
+}
+
+void TestStartup::caller_decidesLayoutAndLogLines()
+{
+    QFETCH(Layout, layout);
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, caller);
+    QFETCH(QString, version);
+    Installation installation(layout);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
+    ChildProcess &program = installation.start(arguments);
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(program.isRunning());
+    QVERIFY2(beginsWithStartup(installation.logLines(), caller, version),
+             qPrintable(installation.logLines().join(QLatin1Char('\n'))));
+}
+
+void TestStartup::unknownCaller_endsWithStatusZeroAndTwoLines_data()
+{
+    QTest::addColumn<QString>("caller");
+    QTest::newRow("capitals") << QStringLiteral("VDI");
+    QTest::newRow("mixed letters") << QStringLiteral("Ombra");
+    QTest::newRow("any text") << QStringLiteral("abc");
+    QTest::newRow("blank") << QStringLiteral(" ");
+    QTest::newRow("place marker") << QStringLiteral("%1%4");
+}
+
+void TestStartup::unknownCaller_endsWithStatusZeroAndTwoLines()
+{
+    QFETCH(QString, caller);
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("DEBUG")));
+    ChildProcess &program = installation.start({QStringLiteral("--Type=") + caller});
+    QVERIFY(program.endsWith(0));
+    QCOMPARE(program.readAllStandardOutput() + program.readAllStandardError(), QByteArray());
+    QVERIFY(beginsWithStartup(installation.logLines(), caller, clientVersion));
+    QCOMPARE(installation.logLines().size(), 2);
+    QVERIFY(!QFile::exists(installation.localName()));
+}
+
+void TestStartup::unknownOption_endsWithAMessageAndNoLog_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<QByteArray>("message");
+    QTest::newRow("unknown") << QStringLiteral("--colour=red") << QByteArray("colour");
+    QTest::newRow("other case") << QStringLiteral("--type=vdi") << QByteArray("type");
+    QTest::newRow("there is no help") << QStringLiteral("--help") << QByteArray("help");
+    QTest::newRow("value missing") << QStringLiteral("--Type") << QByteArray("Type");
+}
+
+void TestStartup::unknownOption_endsWithAMessageAndNoLog()
+{
+    QFETCH(QString, argument);
+    QFETCH(QByteArray, message);
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("DEBUG")));
+    // The platform comes before the argument, which would otherwise take it as its value.
+    installation.setPlatform(QString());
+    ChildProcess &program
+        = installation.start({QStringLiteral("-platform"), QStringLiteral("offscreen"), argument});
+    QVERIFY(program.endsWith(EXIT_FAILURE));
+    QVERIFY(program.readAllStandardError().contains(message));
+    QVERIFY(!QFile::exists(installation.logPath()));
+
+    // What it left behind does not hinder the next start.
+    installation.setPlatform(QStringLiteral("offscreen"));
+    installation.start({vdi});
+    QVERIFY(installation.waitUntilAnswering());
+}
+
+void TestStartup::textBesideTheOption_isIgnored()
+{
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
+    installation.start({QStringLiteral("text"), vdi, QStringLiteral("more")});
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(beginsWithStartup(installation.logLines(), QStringLiteral("vdi"), clientVersion));
+}
+
+void TestStartup::qtVariablesOfTheCaller_haveNoEffect()
+{
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("DEBUG")));
+    // The first two would fill the output and the log, the third would end the program at the
+    // offscreen platform's complaint that it cannot raise a window.
+    QProcessEnvironment &environment = installation.environment();
+    environment.insert(QStringLiteral("QT_DEBUG_PLUGINS"), QStringLiteral("1"));
+    environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("qt.*=true"));
+    environment.insert(QStringLiteral("QT_FATAL_WARNINGS"), QStringLiteral("1"));
+    ChildProcess &program = installation.start({vdi});
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(installation.waitForLogLines(QStringLiteral("raise()")));
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(program.isRunning());
+    QCOMPARE(program.readAllStandardOutput() + program.readAllStandardError(), QByteArray());
+    QCOMPARE(installation.logLinesWith(QStringLiteral("QFactoryLoader")), QStringList());
+}
+
+void TestStartup::scaleFactorOfTheCaller_leavesTheWindowsSize()
+{
+    if (!VirtualDisplay::missingTools().isEmpty()) {
+        QSKIP(qPrintable(VirtualDisplay::missingTools()));
+    }
+    VirtualDisplay display;
+    QVERIFY(display.start());
+    Installation installation(Layout::Shortcut);
+    QVERIFY(installation.isValid());
+    installation.setPlatform(QString());
+    QProcessEnvironment &environment = installation.environment();
+    environment.insert(QStringLiteral("DISPLAY"), display.name());
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("nonexistent"));
+    const QString window = display.waitForWindow(installation.start().processId());
+    QVERIFY(!window.isEmpty());
+    const QString geometry = display.xdotool({QStringLiteral("getwindowgeometry"), window});
+    QVERIFY2(geometry.contains(QStringLiteral("Geometry: 920x640")), qPrintable(geometry));
+}
+
+void TestStartup::secondStart_endsWithStatusZeroAfterItsTwoLines_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<QString>("caller");
+    QTest::newRow("vdi") << vdi << QStringLiteral("vdi");
+    QTest::newRow("ombra") << ombra << QStringLiteral("ombra");
+}
+
+void TestStartup::secondStart_endsWithStatusZeroAfterItsTwoLines()
+{
+    QFETCH(QString, argument);
+    QFETCH(QString, caller);
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
+    ChildProcess &first = installation.start({vdi});
+    QVERIFY(installation.waitUntilAnswering());
+
+    ChildProcess &second = installation.start({argument});
+    QVERIFY(second.endsWith(0));
+    QVERIFY(first.isRunning());
+    const QStringList callers = installation.logLinesWith(callerLine);
+    const QStringList versions = installation.logLinesWith(layoutLine);
+    QCOMPARE(callers.size(), 2);
+    QCOMPARE(versions.size(), 2);
+    QVERIFY(isStartupLine(callers.at(1), callerLine + caller));
+    QVERIFY(isStartupLine(versions.at(1), layoutLine + clientVersion));
+}
+
+void TestStartup::secondStart_restoresTheMinimisedWindow()
+{
+    if (!VirtualDisplay::missingTools().isEmpty()) {
+        QSKIP(qPrintable(VirtualDisplay::missingTools()));
+    }
+    VirtualDisplay display;
+    QVERIFY(display.start());
+    QVERIFY(display.startWindowManager());
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    installation.setPlatform(QStringLiteral("xcb"));
+    installation.environment().insert(QStringLiteral("DISPLAY"), display.name());
+    const qint64 first = installation.start({vdi}).processId();
+    const QString window = display.waitForWindow(first);
+    QVERIFY(!window.isEmpty());
+    display.xdotool({QStringLiteral("windowminimize"), window});
+    QTRY_COMPARE(display.visibleWindow(first), QString());
+
+    QVERIFY(installation.start({vdi}).endsWith(0));
+    QTRY_COMPARE(display.visibleWindow(first), window);
+    QTRY_COMPARE(display.xdotool({QStringLiteral("getactivewindow")}), window);
+}
+
+void TestStartup::startAfterACrash_becomesTheFirst()
+{
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    ChildProcess &first = installation.start({vdi});
+    QVERIFY(installation.waitUntilAnswering());
+    first.crash();
+    QVERIFY(!first.isRunning());
+
+    ChildProcess &second = installation.start({vdi});
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(second.isRunning());
+    QVERIFY(installation.start({vdi}).endsWith(0));
+    QVERIFY(second.isRunning());
+}
+
+void TestStartup::startBesideAHungCopy_endsWithStatusZero()
+{
+    if (!canSuspendProcesses()) {
+        QSKIP("A process cannot be suspended here.");
+    }
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
+    ChildProcess &hung = installation.start({vdi});
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(suspendProcess(hung.processId()));
+    // The system accepts the connection in the hung copy's place.
+    QVERIFY(installation.start({vdi}).endsWith(0));
+    QCOMPARE(installation.logLinesWith(callerLine).size(), 2);
+    QVERIFY(resumeProcess(hung.processId()));
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(hung.isRunning());
+}
+
+void TestStartup::folderForNamesThatIsTheProgramsOwn_keepsTheProgram()
+{
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
+    installation.environment().insert(QStringLiteral("TMPDIR"), installation.programFolder());
+    const qint64 size = QFileInfo(installation.programPath()).size();
+    for (int copies = 1; copies <= 2; ++copies) {
+        ChildProcess &program = installation.start({vdi});
+        QVERIFY(installation.waitForLogLines(layoutLine, copies));
+        QVERIFY(program.isRunning());
+    }
+    QVERIFY(QFileInfo(installation.programPath()).isFile());
+    QCOMPARE(QFileInfo(installation.programPath()).size(), size);
+}
+
+void TestStartup::closingTheWindow_endsWithStatusZero()
+{
+    if (!VirtualDisplay::missingTools().isEmpty()) {
+        QSKIP(qPrintable(VirtualDisplay::missingTools()));
+    }
+    VirtualDisplay display;
+    QVERIFY(display.start());
+    QVERIFY(display.startWindowManager());
+    Installation installation(Layout::Shortcut);
+    QVERIFY(installation.isValid());
+    installation.setPlatform(QStringLiteral("xcb"));
+    installation.environment().insert(QStringLiteral("DISPLAY"), display.name());
+    ChildProcess &program = installation.start();
+    const QString window = display.waitForWindow(program.processId());
+    QVERIFY(!window.isEmpty());
+    display.xdotool({QStringLiteral("windowactivate"), QStringLiteral("--sync"), window});
+    display.xdotool({QStringLiteral("key"), QStringLiteral("alt+F4")});
+    QVERIFY(program.endsWith(0));
+    QVERIFY(!QFile::exists(installation.localName()));
+}
+
+void TestStartup::logLevel_decidesAboutTheStartupLines_data()
+{
+    QTest::addColumn<QString>("level");
+    QTest::addColumn<int>("lines");
+    QTest::newRow("DEBUG") << QStringLiteral("DEBUG") << 2;
+    QTest::newRow("small letters") << QStringLiteral("info") << 2;
+    QTest::newRow("quoted") << QStringLiteral("\"Info\"") << 2;
+    QTest::newRow("WARN") << QStringLiteral("WARN") << 0;
+    QTest::newRow("WARNING is no name") << QStringLiteral("WARNING") << 0;
+    QTest::newRow("list") << QStringLiteral("INFO,DEBUG") << 0;
+    QTest::newRow("empty") << QString() << 0;
+}
+
+void TestStartup::logLevel_decidesAboutTheStartupLines()
+{
+    QFETCH(QString, level);
+    QFETCH(int, lines);
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), level));
+    QVERIFY(installation.start({QStringLiteral("--Type=abc")}).endsWith(0));
+    QCOMPARE(installation.logLines().size(), lines);
+}
+
+void TestStartup::missingSettingsFile_isNoError()
+{
+    for (const Layout layout : {Layout::Client, Layout::Shortcut}) {
+        Installation installation(layout);
+        QVERIFY(installation.isValid());
+        QVERIFY(QDir(installation.configFolder()).removeRecursively());
+        installation.start(layout == Layout::Client ? QStringList(vdi) : QStringList());
+        QVERIFY(installation.waitUntilAnswering());
+        QCOMPARE(installation.logLinesWith(callerLine), QStringList());
+        QVERIFY(!QFile::exists(installation.configFolder()));
+    }
+}
+
+void TestStartup::unusableSettingsFile_isNoError_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QByteArray binary;
+    constexpr int byteValues = 256;
+    for (int i = 0; i < byteValues * byteValues; ++i) {
+        binary.append(static_cast<char>(i * 31 + i / byteValues));
+    }
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("binary") << binary;
+    QTest::newRow("no section") << QByteArray("level=INFO\n");
+    QTest::newRow("only NUL") << QByteArray(1000, '\0');
+}
+
+void TestStartup::unusableSettingsFile_isNoError()
+{
+    QFETCH(QByteArray, content);
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.writeIni(content));
+    ChildProcess &program = installation.start({vdi});
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(program.isRunning());
+    QCOMPARE(installation.logLinesWith(callerLine), QStringList());
+}
+
+void TestStartup::unreadableSettingsFile_isNoError()
+{
+    Installation folder(Layout::Client);
+    QVERIFY(folder.isValid());
+    QVERIFY(QDir().mkpath(folder.iniPath()));
+    folder.start({vdi});
+    QVERIFY(folder.waitUntilAnswering());
+    QCOMPARE(folder.logLinesWith(callerLine), QStringList());
+
+    Installation locked(Layout::Client);
+    QVERIFY(locked.isValid());
+    QVERIFY(locked.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
+    QVERIFY(QFile::setPermissions(locked.iniPath(), {}));
+    const bool readable = QFile(locked.iniPath()).open(QIODevice::ReadOnly);
+    locked.start({vdi});
+    QVERIFY(locked.waitUntilAnswering());
+    // A user whom permissions do not bind reads it all the same.
+    QCOMPARE(locked.logLinesWith(callerLine).size(), readable ? 1 : 0);
+}
+
+void TestStartup::settings_areNeverWritten()
+{
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    const QByteArray content = "; kept as it is\n[Log]\nlevel = debug \n[Odd key]\n x=\"1\n";
+    QVERIFY(installation.writeIni(content));
+    const QStringList files = QDir(installation.configFolder()).entryList(QDir::Files);
+    const QDateTime time = QFileInfo(installation.iniPath()).lastModified();
+    installation.start({vdi});
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(installation.start({QStringLiteral("--Type=abc")}).endsWith(0));
+    QFile file(installation.iniPath());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), content);
+    QCOMPARE(QFileInfo(installation.iniPath()).lastModified(), time);
+    QCOMPARE(QDir(installation.configFolder()).entryList(QDir::Files), files);
+}
+
+void TestStartup::missingLogFolder_isNotCreated()
+{
+    Installation installation(Layout::Client);
+    QVERIFY(installation.isValid());
+    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("DEBUG")));
+    QVERIFY(QDir().rmdir(installation.logFolder()));
+    installation.start({vdi});
+    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(!QFile::exists(installation.logFolder()));
+}
+
+QTEST_GUILESS_MAIN(TestStartup)
+#include "tst_startup.moc"

@@ -1,0 +1,95 @@
+#include "tests/support/virtualdisplay.h"
+
+#include <QDeadlineTimer>
+#include <QProcessEnvironment>
+#include <QStandardPaths>
+#include <QThread>
+
+namespace {
+
+constexpr int patienceMs = 20'000; // only a failing test waits that long
+constexpr unsigned long pollMs = 20;
+
+} // namespace
+
+QString VirtualDisplay::missingTools()
+{
+    QStringList missing;
+    for (const QString &tool :
+         {QStringLiteral("Xvfb"), QStringLiteral("openbox"), QStringLiteral("xdotool")}) {
+        if (QStandardPaths::findExecutable(tool).isEmpty()) {
+            missing << tool;
+        }
+    }
+    return missing.isEmpty() ? QString() : QStringLiteral("Not installed: ") + missing.join(u' ');
+}
+
+bool VirtualDisplay::start()
+{
+    m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    // The server picks a free number, prints it and then takes clients. Without -noreset it would
+    // begin anew, and refuse whoever connects meanwhile, each time its last client leaves.
+    m_server.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
+                    QStringLiteral("-screen"), QStringLiteral("0"), QStringLiteral("1280x1024x24"),
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    const QString number = m_server.nextLine(patienceMs);
+    m_name = number.isEmpty() ? QString() : QLatin1Char(':') + number;
+    return !m_name.isEmpty();
+}
+
+bool VirtualDisplay::startWindowManager()
+{
+    m_windowManager.setProcessEnvironment(environment());
+    m_windowManager.start(QStringLiteral("openbox"), {QStringLiteral("--sm-disable")});
+    const QDeadlineTimer deadline(patienceMs);
+    // A managed display tells how many desktops it has.
+    while (xdotool({QStringLiteral("get_num_desktops")}).isEmpty()) {
+        if (deadline.hasExpired() || !m_windowManager.isRunning()) {
+            return false;
+        }
+        QThread::msleep(pollMs);
+    }
+    return true;
+}
+
+QString VirtualDisplay::name() const
+{
+    return m_name;
+}
+
+QProcessEnvironment VirtualDisplay::environment() const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DISPLAY"), m_name);
+    return environment;
+}
+
+QString VirtualDisplay::xdotool(const QStringList &arguments) const
+{
+    ChildProcess process;
+    process.setProcessEnvironment(environment());
+    process.start(QStringLiteral("xdotool"), arguments);
+    if (!process.endsWith(0, patienceMs)) {
+        return {};
+    }
+    return QString::fromLocal8Bit(process.readAllStandardOutput()).trimmed();
+}
+
+QString VirtualDisplay::visibleWindow(qint64 pid) const
+{
+    return xdotool({QStringLiteral("search"), QStringLiteral("--all"),
+                    QStringLiteral("--onlyvisible"), QStringLiteral("--pid"), QString::number(pid)})
+        .section(QLatin1Char('\n'), 0, 0);
+}
+
+QString VirtualDisplay::waitForWindow(qint64 pid) const
+{
+    const QDeadlineTimer deadline(patienceMs);
+    QString window = visibleWindow(pid);
+    while (window.isEmpty() && !deadline.hasExpired()) {
+        QThread::msleep(pollMs);
+        window = visibleWindow(pid);
+    }
+    return window;
+}
