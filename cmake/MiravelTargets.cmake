@@ -70,7 +70,12 @@ endfunction()
 
 # The fixed font, locale and platform that make pixel and text results the same on every machine.
 function(miravel_test_environment test timeout)
-    set(environment "LC_ALL=C.UTF-8" "QT_QPA_PLATFORM=offscreen"
+    # The offscreen platform finds no fonts on Windows; there the tests see what users see.
+    set(platform offscreen)
+    if(WIN32)
+        set(platform windows)
+    endif()
+    set(environment "LC_ALL=C.UTF-8" "QT_QPA_PLATFORM=${platform}"
                     "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/tests/support/fonts.conf")
     if(MIRAVEL_SANITIZE)
         list(APPEND environment
