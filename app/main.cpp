@@ -3,6 +3,7 @@
 #include "app/logstream.h"
 #include "app/qtenvironment.h"
 #include "app/singleapplication.h"
+#include "resources/resources.h"
 #include "ui/mainwindow/miravel.h"
 
 #include <QCommandLineOption>
@@ -36,6 +37,7 @@ int main(int argc, char *argv[])
     SingleApplication app(argc, argv);
     QDir::setCurrent(QCoreApplication::applicationDirPath());
 
+    initResources();
     const QIcon icon(QStringLiteral(":/Images/Miravel.png"));
     QApplication::setWindowIcon(icon);
     const QFont font(QStringLiteral("Microsoft YaHei"));
