@@ -32,7 +32,7 @@ RUN_TIME_LIBRARIES = ["libssl-3-x64.dll", "libcrypto-3-x64.dll"]
 # Part of every Windows since 7.
 SYSTEM = {
     name.lower() + ".dll"
-    for name in """advapi32 authz bcrypt comctl32 comdlg32 crypt32 dnsapi dwmapi dwrite gdi32 imm32
+    for name in """advapi32 authz bcrypt comctl32 comdlg32 crypt32 d3d11 dnsapi dwmapi dwrite dxgi gdi32 imm32
     iphlpapi kernel32 mpr msvcrt netapi32 ntdll ole32 oleaut32 rpcrt4 secur32 setupapi shell32
     shlwapi user32 userenv uxtheme version winmm winspool ws2_32 wtsapi32""".split()
 } | {"winspool.drv"}
