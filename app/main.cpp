@@ -18,17 +18,6 @@ namespace {
 const QLatin1String vdiClient("vdi");
 const QLatin1String launcher("ombra");
 
-/// Shows the window, started in the mode of its caller, until it is closed. Gives the exit status.
-int runWindow(SingleApplication &app, void (Miravel::*startMode)())
-{
-    QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
-    Miravel window;
-    (window.*startMode)();
-    app.w = &window;
-    window.show();
-    return QApplication::exec();
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -61,14 +50,19 @@ int main(int argc, char *argv[])
     if (miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT")) {
         callerType = vdiClient;
     }
-    if (app.isRunning()) {
-        return 0;
+    const bool fromLauncher = callerType == launcher;
+    if (app.isRunning() || (!fromLauncher && callerType != vdiClient)) {
+        return 0; // an unknown caller is shown nothing
     }
-    if (callerType == launcher) {
-        return runWindow(app, &Miravel::startForLauncher);
+
+    QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
+    Miravel window;
+    if (fromLauncher) {
+        window.startForLauncher();
+    } else {
+        window.startForVdiClient();
     }
-    if (callerType == vdiClient) {
-        return runWindow(app, &Miravel::startForVdiClient);
-    }
-    return 0; // an unknown caller is shown nothing
+    app.w = &window;
+    window.show();
+    return QApplication::exec();
 }

@@ -80,8 +80,28 @@ function(miravel_test_environment test timeout)
     if(MIRAVEL_SANITIZE)
         list(APPEND environment
              "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp halt_on_error=1"
-             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp"
+             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp print_suppressions=0"
              "UBSAN_OPTIONS=halt_on_error=1 print_stacktrace=1")
     endif()
     set_tests_properties(${test} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT ${timeout})
+endfunction()
+
+# miravel_add_python_test(<name> [ENVIRONMENT <NAME=value>...] [TIMEOUT <s>]): one unittest program
+# <name>.py that drives the real executable on a screen of its own, with tests/support on its path.
+function(miravel_add_python_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "ENVIRONMENT")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 300)
+    endif()
+    # The system's own interpreter first: the imaging library is installed for that one.
+    find_program(MIRAVEL_PYTHON python3 HINTS /usr/bin NO_CMAKE_ENVIRONMENT_PATH REQUIRED)
+    add_test(NAME ${name} COMMAND "${MIRAVEL_PYTHON}" "${CMAKE_CURRENT_SOURCE_DIR}/${name}.py" -v)
+    miravel_test_environment(${name} ${arg_TIMEOUT})
+    set_property(
+        TEST ${name}
+        APPEND
+        PROPERTY ENVIRONMENT "PYTHONPATH=${PROJECT_SOURCE_DIR}/tests/support"
+                 "PYTHONDONTWRITEBYTECODE=1" "MIRAVEL_BUILD_DIR=${CMAKE_BINARY_DIR}"
+                 ${arg_ENVIRONMENT})
+    set_tests_properties(${name} PROPERTIES LABELS e2e)
 endfunction()

@@ -36,6 +36,7 @@ void logFromManyThreads(int messages, const QString &padding = QString())
 {
     std::atomic<int> ready = 0;
     std::vector<std::thread> workers;
+    workers.reserve(threads);
     for (int number = 0; number < threads; ++number) {
         workers.emplace_back([number, messages, padding, &ready] {
             ++ready;

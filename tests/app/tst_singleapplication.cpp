@@ -136,6 +136,7 @@ void TestSingleApplication::everyFurtherCopy_findsTheFirst()
     Copy first(m_program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     std::vector<std::unique_ptr<Copy>> further;
+    further.reserve(furtherCopies);
     for (int i = 0; i < furtherCopies; ++i) {
         further.push_back(std::make_unique<Copy>(m_program, names()));
     }

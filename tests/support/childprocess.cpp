@@ -47,7 +47,10 @@ QString ChildProcess::nextLine(int patienceMs)
 
 bool ChildProcess::isRunning()
 {
-    return state() != NotRunning && !waitForFinished(0) && state() == Running;
+    if (state() != NotRunning) {
+        waitForFinished(0); // takes notice of an end so far
+    }
+    return state() != NotRunning; // a process still being started counts
 }
 
 void ChildProcess::setupChildProcess()

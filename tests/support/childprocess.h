@@ -24,7 +24,7 @@ public:
     /// empty when there is none.
     [[nodiscard]] QString nextLine(int patienceMs = 20'000);
 
-    /// True while it has not ended. Notices an end that nobody waited for.
+    /// True while it is being started or runs. Notices an end that nobody waited for.
     [[nodiscard]] bool isRunning();
 
 protected:

@@ -45,6 +45,12 @@ private slots:
 
 private:
     CallReply ask(int ms = 20000);
+    /// Sends a good question and leaves the socket open.
+    bool sendQuestion(QTcpSocket &socket) const;
+
+    /// All bytes of one answer until the service closes the connection.
+    QByteArray readAnswer() const;
+
     void setFault(const QString &call, const QString &kind, const QJsonValue &argument = {});
 
     DemoProcess m_service;
@@ -79,6 +85,29 @@ void TestDemoFaults::cleanupTestCase()
 {
     QVERIFY2(m_service.isRunning(), "the service ended by itself");
     QCOMPARE(m_service.stop(), 0);
+}
+
+bool TestDemoFaults::sendQuestion(QTcpSocket &socket) const
+{
+    socket.connectToHost(QStringLiteral("127.0.0.1"), static_cast<quint16>(m_service.httpPort()));
+    QByteArray request = "POST /robot/v1/answers HTTP/1.1\r\n";
+    for (const auto &[name, value] : SignedCall().headers()) {
+        request += name + ": " + value + "\r\n";
+    }
+    const QByteArray body = compactJson(askBody(question));
+    request += "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
+    return socket.waitForConnected(5000) && socket.write(request) == request.size()
+        && socket.waitForBytesWritten(5000);
+}
+
+QByteArray TestDemoFaults::readAnswer() const
+{
+    QTcpSocket socket;
+    if (!sendQuestion(socket)) {
+        return "not sent";
+    }
+    while (socket.state() == QAbstractSocket::ConnectedState && socket.waitForReadyRead(5000)) { }
+    return socket.readAll();
 }
 
 CallReply TestDemoFaults::ask(int ms)
@@ -185,13 +214,16 @@ void TestDemoFaults::truncate_promisesMoreThanItSends()
 
 void TestDemoFaults::drop_leavesTheChunkedBodyUnfinished()
 {
-    const QByteArray whole = ask().body;
+    // Over a bare socket: whether a client notices depends on the client.
+    const QByteArray whole = readAnswer();
+    QVERIFY(whole.startsWith("HTTP/1.1 200"));
     setFault(askCall, QStringLiteral("drop"));
-    const CallReply reply = ask();
-    QVERIFY(reply.inTime);
-    QCOMPARE(reply.error, QNetworkReply::RemoteHostClosedError);
-    QVERIFY(whole.startsWith(reply.body));
-    QVERIFY(reply.body.size() < whole.size());
+    const QByteArray half = readAnswer();
+    QVERIFY2(half.contains("Transfer-Encoding: chunked\r\n"), half.constData());
+    QVERIFY(half.contains("\"errorCode\":\"0\""));
+    QVERIFY(!half.contains("resultType"));
+    QVERIFY(!half.contains("\r\n0\r\n"));
+    QVERIFY(half.size() < whole.size());
 }
 
 void TestDemoFaults::huge_isAValidAnswerOfThatSize_data()
@@ -266,21 +298,10 @@ void TestDemoFaults::noAnswer_keepsNobodyElseWaiting()
     setFault(askCall, QStringLiteral("no-answer"));
     constexpr int waiting = 40;
     const int before = m_service.logLines().size();
-    QList<QTcpSocket *> sockets;
     QObject owner;
     for (int i = 0; i < waiting; ++i) {
         auto *const socket = new QTcpSocket(&owner);
-        socket->connectToHost(QStringLiteral("127.0.0.1"),
-                              static_cast<quint16>(m_service.httpPort()));
-        QVERIFY(socket->waitForConnected(5000));
-        QByteArray request = "POST /robot/v1/answers HTTP/1.1\r\n";
-        for (const auto &[name, value] : SignedCall().headers()) {
-            request += name + ": " + value + "\r\n";
-        }
-        const QByteArray body = compactJson(askBody(question));
-        socket->write(request + "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n"
-                      + body);
-        QVERIFY(socket->waitForBytesWritten(5000));
+        QVERIFY(sendQuestion(*socket));
     }
     QTRY_COMPARE(m_service.logLines().size(), before + waiting);
     const CallReply hot = sendSigned(m_service.httpUrl(hotPath), compactJson(hotBody()));

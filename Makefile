@@ -1,0 +1,34 @@
+# The front door. Each target is one script or one preset; see docs/development.md.
+
+.DEFAULT_GOAL := build
+.PHONY: run test build sanitize format format-check tidy
+
+# Builds what is needed and opens the assistant on the demo service (on a screen in memory without a
+# display).
+run:
+	scripts/run.sh
+
+# Every test, release build.
+test:
+	scripts/test.sh release
+
+# The release build; the program is build/release/bin/Miravel.
+build:
+	scripts/build.sh release
+
+# Every test under ASan and UBSan, the threaded ones under TSan.
+sanitize:
+	scripts/test.sh asan
+	scripts/test.sh tsan
+
+# Rewrites the C++ sources in the project's style.
+format:
+	scripts/format.sh
+
+# Fails when a source is not in the project's style.
+format-check:
+	scripts/format.sh --check
+
+# clang-tidy over all our own C++ sources.
+tidy:
+	scripts/tidy.sh

@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Installs what the build, the tests and `make run` need on Debian 12, and only what is missing.
+# Quick and silent when nothing is: the other commands start with it.
+set -euo pipefail
+
+# One package a line, each with what needs it.
+packages=(
+    g++                # the compiler
+    cmake              # reads the build description
+    ninja-build        # runs the build
+    ccache             # makes a rebuild cheap
+    qtbase5-dev        # the toolkit, with its readers for PNG, JPEG, GIF and ICO
+    libssl-dev         # the demo service's TLS and signatures; the toolkit loads its libraries too
+    libcpp-httplib-dev # the demo service's HTTP
+    nlohmann-json3-dev # the demo service's JSON
+    fonts-noto-cjk     # stands in for the font that the program asks for
+    python3            # drives the window in `make run` and in the end-to-end tests
+    python3-pil        # reads what the screen shows and writes the pictures
+    xvfb               # a screen for a machine that has none
+    xdotool            # moves the mouse and presses the keys
+    xclip              # carries Chinese text into the input box
+    clang-format       # make format, make format-check
+    clang-tidy         # make tidy
+)
+
+missing=()
+states=$(dpkg-query -W -f='${Package}:${db:Status-Status}\n' "${packages[@]}" 2>/dev/null || true)
+for package in "${packages[@]}"; do
+    [[ $'\n'$states$'\n' == *$'\n'"$package:installed"$'\n'* ]] || missing+=("$package")
+done
+if [[ ${#missing[@]} -eq 0 ]]; then
+    exit 0
+fi
+
+as_root=()
+if [[ $(id -u) -ne 0 ]]; then
+    if ! command -v sudo >/dev/null; then
+        echo "setup: these packages are missing: ${missing[*]}" >&2
+        echo "setup: install them as root, or install sudo and try again" >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+
+echo "setup: installing ${missing[*]}"
+# Another installation may be under way: its lock is waited for.
+apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -y -q -o DPkg::Lock::Timeout=300)
+"${apt[@]}" update
+"${apt[@]}" install --no-install-recommends "${missing[@]}"

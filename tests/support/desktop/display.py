@@ -1,0 +1,80 @@
+"""A screen of its own in memory."""
+
+from __future__ import annotations
+
+import random
+import socket
+import struct
+from pathlib import Path
+from types import TracebackType
+
+from PIL import Image
+
+from .child import Child
+from .project import base_environment
+from .waiting import wait_until
+
+WIDTH = 1280
+HEIGHT = 800
+
+_NUMBERS = range(100, 10000)
+_ATTEMPTS = 20
+
+# The screen's memory is a file in the X window dump format: a header of big-endian 32-bit numbers
+# (X11/XWDFile.h), the colour map, the pixels.
+_HEADER_SIZE = 0
+_PIXMAP_WIDTH = 4
+_PIXMAP_HEIGHT = 5
+_BYTES_PER_LINE = 12
+_COLOURS = 19
+_HEADER_NUMBERS = 25
+_COLOUR_ENTRY_BYTES = 12
+
+
+class Display:
+    """One X server without hardware, with a number that no other server has."""
+
+    def __init__(self, folder: Path) -> None:
+        """Starts the server; its log and its memory lie in folder."""
+        folder.mkdir(parents=True, exist_ok=True)
+        self._folder = folder
+        self._memory = folder / "Xvfb_screen0"
+        self._memory.unlink(missing_ok=True)
+        self.name, self._server = self._start()
+
+    def __enter__(self) -> Display:
+        return self
+
+    def __exit__(self, kind: type[BaseException] | None, error: BaseException | None,
+                 trace: TracebackType | None) -> None:
+        self._server.stop()
+
+    def shot(self) -> Image.Image:
+        """What the screen shows now."""
+        data = self._memory.read_bytes()
+        header = struct.unpack_from(f">{_HEADER_NUMBERS}I", data)
+        start = header[_HEADER_SIZE] + header[_COLOURS] * _COLOUR_ENTRY_BYTES
+        size = (header[_PIXMAP_WIDTH], header[_PIXMAP_HEIGHT])
+        return Image.frombytes("RGB", size, data[start:], "raw", "BGRX", header[_BYTES_PER_LINE])
+
+    def _start(self) -> tuple[str, Child]:
+        """The server could choose a number itself, but would then take over one that is in use; a
+        number that it is given it locks, or ends at once."""
+        for number in random.sample(_NUMBERS, _ATTEMPTS):
+            server = Child(
+                ["Xvfb", f":{number}", "-screen", "0", f"{WIDTH}x{HEIGHT}x24",
+                 "-fbdir", self._folder, "-nolisten", "tcp", "-noreset"],
+                env=base_environment(), output=self._folder / "xvfb.log")
+            wait_until(lambda: not server.alive or self._accepts(number), f"the screen :{number}")
+            if server.alive:
+                return f":{number}", server
+        raise RuntimeError("Xvfb did not start: " + (self._folder / "xvfb.log").read_text())
+
+    def _accepts(self, number: int) -> bool:
+        """Whether the server lets clients in; its memory exists before that."""
+        with socket.socket(socket.AF_UNIX) as client:
+            try:
+                client.connect(f"/tmp/.X11-unix/X{number}")
+            except OSError:
+                return False
+        return self._memory.exists()

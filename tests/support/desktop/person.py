@@ -1,0 +1,77 @@
+"""The hands of a person at a screen: mouse, keys and clipboard."""
+
+from __future__ import annotations
+
+import subprocess
+from pathlib import Path
+from types import TracebackType
+
+from .child import Child
+from .project import base_environment
+from .waiting import wait_until
+
+_TOOL_S = 10.0
+
+
+class Person:
+    """Works on one display; nothing else may touch its pointer or clipboard meanwhile."""
+
+    def __init__(self, display: str, folder: Path) -> None:
+        self._env = {**base_environment(), "DISPLAY": display}
+        self._folder = folder
+        self._clipboard: Child | None = None
+
+    def __enter__(self) -> Person:
+        return self
+
+    def __exit__(self, kind: type[BaseException] | None, error: BaseException | None,
+                 trace: TracebackType | None) -> None:
+        self._drop_clipboard()
+
+    def windows(self, title: str) -> list[str]:
+        """The visible windows with exactly this title."""
+        return self._tool("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()
+
+    def position(self, window: str) -> tuple[int, int]:
+        """Where a window's upper left corner is on the screen; (-1, -1) when it has gone."""
+        values = dict(line.split("=", 1) for line in
+                      self._tool("xdotool", "getwindowgeometry", "--shell", window).splitlines()
+                      if "=" in line)
+        return int(values.get("X", -1)), int(values.get("Y", -1))
+
+    def point(self, x: int, y: int) -> None:
+        """Moves the pointer to a place on the screen."""
+        self._tool("xdotool", "mousemove", str(x), str(y))
+        wait_until(lambda: f"x:{x} y:{y} " in self._tool("xdotool", "getmouselocation"),
+                   f"the pointer at {x}, {y}")
+
+    def click(self, x: int, y: int, button: int = 1) -> None:
+        self.point(x, y)
+        self._tool("xdotool", "click", str(button))
+
+    def press(self, *keys: str) -> None:
+        """Presses keys one after the other, e.g. "Return" or "ctrl+v"."""
+        self._tool("xdotool", "key", *keys)
+
+    def paste(self, text: str) -> None:
+        """Puts text on the clipboard and presses ctrl+v: Chinese has no keys of its own."""
+        self._drop_clipboard()
+        source = self._folder / "clipboard.txt"
+        source.write_text(text, encoding="utf-8")
+        self._clipboard = Child(["xclip", "-quiet", "-selection", "clipboard", "-in", source],
+                                env=self._env, output=self._folder / "xclip.log")
+        wait_until(lambda: self._tool("xclip", "-selection", "clipboard", "-out") == text,
+                   "the text on the clipboard")
+        self.press("ctrl+v")
+
+    def _drop_clipboard(self) -> None:
+        if self._clipboard is not None:
+            self._clipboard.stop()
+            self._clipboard = None
+
+    def _tool(self, *command: str) -> str:
+        """A short-lived tool's output. A tool that finds nothing exits non-zero; that is no error
+        here, because callers wait for what they look for."""
+        done = subprocess.run(command, env=self._env, capture_output=True, timeout=_TOOL_S,
+                              check=False)
+        return done.stdout.decode("utf-8", errors="replace")

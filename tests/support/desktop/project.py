@@ -1,0 +1,25 @@
+"""Where things are in the source and build trees."""
+
+from __future__ import annotations
+
+import os
+from pathlib import Path
+
+SOURCE = Path(__file__).resolve().parents[3]
+BUILD = Path(os.environ.get("MIRAVEL_BUILD_DIR", SOURCE / "build/release")).resolve()
+
+PROGRAM = BUILD / "bin/Miravel"
+DEMO_SERVICE = BUILD / "bin/demoservice"
+KNOWLEDGE = SOURCE / "tools/demoservice/knowledge.json"
+LOCAL_LIBRARY = SOURCE / "resources/LocalQA"
+FONTS = SOURCE / "tests/support/fonts.conf"
+
+_INHERITED = ("PATH", "HOME", "ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS")
+
+
+def base_environment() -> dict[str, str]:
+    """What every started process gets: the same locale and fonts on every machine."""
+    kept = {name: os.environ[name] for name in _INHERITED if name in os.environ}
+    # The font cache outlives one run: building it takes seconds.
+    return {**kept, "LC_ALL": "C.UTF-8", "FONTCONFIG_FILE": str(FONTS),
+            "XDG_CACHE_HOME": str(BUILD / "cache")}

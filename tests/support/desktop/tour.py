@@ -1,0 +1,55 @@
+"""A newcomer's first look at the assistant, with a picture of each thing seen."""
+
+from __future__ import annotations
+
+from pathlib import Path
+
+from .assistant import Assistant
+from .demoservice import DemoService
+
+# A question whose answer is paragraphs, one with pictures and further questions, one unknown, each
+# with what the program then logs.
+PLAIN = ("怎样进入和退出全屏", "Hit question, But no Recommend!")
+RICH = ("如何登录云桌面", "Hit question, and have Recommends!")
+UNKNOWN = ("今天食堂有什么好吃的", "No hits and no recommendation questions!")
+
+
+class Tour:
+    """Does what a person would do, in order; stops with NotSeen at the first thing missing."""
+
+    def __init__(self, assistant: Assistant, service: DemoService, folder: Path) -> None:
+        """Pictures go to folder; those of an earlier tour are removed."""
+        self._assistant = assistant
+        self._service = service
+        self._folder = folder
+        self.pictures: list[Path] = []
+        folder.mkdir(parents=True, exist_ok=True)
+        for old in folder.glob("*.png"):
+            old.unlink()
+
+    def run(self) -> None:
+        self._assistant.wait_for_greeting()
+        self._save("greeting")
+        self._ask(*PLAIN, "answer")
+        self._ask(*RICH, "rich-answer")
+        self._ask(*UNKNOWN, "unknown-question")
+        self._close()
+
+    def _ask(self, question: str, logged: str, picture: str) -> None:
+        self._service.log.mark()
+        self._assistant.ask(question)
+        self._assistant.wait_for_answer(question)
+        self._assistant.wait_for_log(f"Ask_And_Answer question:{question}", logged)
+        self._service.log.wait_for("call=ask", "verdict=accepted", "signature=good",
+                                   f'question="{question}"')
+        self._save(picture)
+
+    def _save(self, name: str) -> None:
+        path = self._folder / f"{len(self.pictures) + 1:02}-{name}.png"
+        self._assistant.look().save(path)
+        self.pictures.append(path)
+
+    def _close(self) -> None:
+        status = self._assistant.close()
+        if status != 0:
+            raise RuntimeError(f"closing the window: the program ended with status {status}")
