@@ -10,6 +10,8 @@ constexpr QRect panelPlace(1, 490, 647, 149);
 constexpr QRect inputPlace(16, 8, 616, 82);
 constexpr QRect sendPlace(538, 97, 86, 29);
 
+constexpr QColor placeholderColour(168, 178, 191);
+
 constexpr QLatin1String idleStyle(
     "QTextEdit{selection-color:white;selection-background-color:rgb(0,120,215);color:rgb(168,178,"
     "191);font:bold 14px Microsoft YaHei;border:none;}");
@@ -29,6 +31,10 @@ QTextEdit *makeInput(QWidget *parent)
     input->setTabChangesFocus(true);
     input->setContextMenuPolicy(Qt::CustomContextMenu);
     input->setStyleSheet(idleStyle);
+    // Grey in both styles: the typing style would show it like typed text.
+    QPalette palette = input->palette();
+    palette.setColor(QPalette::PlaceholderText, placeholderColour);
+    input->setPalette(palette);
     input->setAccessibleName(InputPanel::tr("问题"));
     input->verticalScrollBar()->setStyleSheet(
         QStringLiteral("QScrollBar:vertical{width:4px;background:transparent;}"
