@@ -75,7 +75,7 @@ function(miravel_test_environment test timeout)
     if(MIRAVEL_SANITIZE)
         list(APPEND environment
              "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp halt_on_error=1"
-             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp"
+             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp print_suppressions=0"
              "UBSAN_OPTIONS=halt_on_error=1 print_stacktrace=1")
     endif()
     set_tests_properties(${test} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT ${timeout})
