@@ -19,6 +19,16 @@ constexpr QLatin1String typingStyle(
     "QTextEdit{selection-color:white;selection-background-color:rgb(0,120,215);color:rgb(29,38,51);"
     "font:14px Microsoft YaHei;border:none;}");
 
+void setInputStyle(QTextEdit *input, const QString &style)
+{
+    input->setStyleSheet(style);
+    // The place-holder stays grey in both styles; a style sheet makes it look like typed text.
+    input->ensurePolished();
+    QPalette palette = input->palette();
+    palette.setColor(QPalette::PlaceholderText, placeholderColour);
+    input->setPalette(palette);
+}
+
 QTextEdit *makeInput(QWidget *parent)
 {
     auto *input = new QTextEdit(parent);
@@ -30,11 +40,7 @@ QTextEdit *makeInput(QWidget *parent)
     input->viewport()->setAcceptDrops(false);
     input->setTabChangesFocus(true);
     input->setContextMenuPolicy(Qt::CustomContextMenu);
-    input->setStyleSheet(idleStyle);
-    // Grey in both styles: the typing style would show it like typed text.
-    QPalette palette = input->palette();
-    palette.setColor(QPalette::PlaceholderText, placeholderColour);
-    input->setPalette(palette);
+    setInputStyle(input, idleStyle);
     input->setAccessibleName(InputPanel::tr("问题"));
     input->verticalScrollBar()->setStyleSheet(
         QStringLiteral("QScrollBar:vertical{width:4px;background:transparent;}"
@@ -74,6 +80,6 @@ void InputPanel::applyTypingStyle()
 {
     // Setting an equal text would parse it anew and repaint the box.
     if (m_input->styleSheet() != typingStyle) {
-        m_input->setStyleSheet(typingStyle);
+        setInputStyle(m_input, typingStyle);
     }
 }
