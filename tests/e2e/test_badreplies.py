@@ -49,7 +49,9 @@ class BadReplyTest(DesktopTest):
         self.ask_twice("truncate", NOT_JSON, NO_REPLY)
 
     def test_connection_dropped(self) -> None:
-        self.ask_twice("drop", "https reply error:RemoteHostClosedError", NOT_JSON, NO_REPLY)
+        """The toolkit may or may not call the early end an error, by how the last bytes arrive; the
+        half of an answer is no JSON either way."""
+        self.ask_twice("drop", NOT_JSON, NO_REPLY)
 
     def test_http_error(self) -> None:
         self.ask_twice("http", BUFFER, "https reply error:InternalServerError", arg=500)
