@@ -20,6 +20,8 @@ packages=(
     xvfb               # a screen for a machine that has none
     xdotool            # moves the mouse and presses the keys
     xclip              # carries Chinese text into the input box
+    openbox            # minimises and restores windows in the tests of the start-up
+    openssl            # makes the certificate in a test of the demo service
     clang-format       # make format, make format-check
     clang-tidy         # make tidy
 )
