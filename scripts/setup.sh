@@ -13,12 +13,15 @@ packages=(
     libssl-dev         # the demo service's TLS and signatures; the toolkit loads its libraries too
     libcpp-httplib-dev # the demo service's HTTP
     nlohmann-json3-dev # the demo service's JSON
+    pkgconf            # tells the build where the HTTP library is
     fonts-noto-cjk     # stands in for the font that the program asks for
     python3            # drives the window in `make run` and in the end-to-end tests
     python3-pil        # reads what the screen shows and writes the pictures
     xvfb               # a screen for a machine that has none
     xdotool            # moves the mouse and presses the keys
     xclip              # carries Chinese text into the input box
+    openbox            # minimises and restores windows in the tests of the start-up
+    openssl            # makes the certificate in a test of the demo service
     clang-format       # make format, make format-check
     clang-tidy         # make tidy
 )

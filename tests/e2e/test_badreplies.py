@@ -16,7 +16,7 @@ ACCEPTED = "The HTTPS request returns a result before it times out!"
 NOT_JSON = "QuestAndAnw---QJsonDocument::fromJson error code"
 NO_REPLY = "The network is connected, but the reply is empty."
 
-HUGE_BYTES = 20 * 1024 * 1024  # more than the log holds
+HUGE_BYTES = 50 * 1024 * 1024  # more than the log holds, more than anybody reads
 
 
 class BadReplyTest(DesktopTest):
@@ -49,7 +49,9 @@ class BadReplyTest(DesktopTest):
         self.ask_twice("truncate", NOT_JSON, NO_REPLY)
 
     def test_connection_dropped(self) -> None:
-        self.ask_twice("drop", "https reply error:RemoteHostClosedError", NOT_JSON, NO_REPLY)
+        """The toolkit may or may not call the early end an error, by how the last bytes arrive; the
+        half of an answer is no JSON either way."""
+        self.ask_twice("drop", NOT_JSON, NO_REPLY)
 
     def test_http_error(self) -> None:
         self.ask_twice("http", BUFFER, "https reply error:InternalServerError", arg=500)
@@ -62,6 +64,11 @@ class BadReplyTest(DesktopTest):
         self.ask_twice("huge-junk", NOT_JSON, NO_REPLY, arg=HUGE_BYTES)
         backup = self.installation.log.path.with_name("Miravel.log.bk")
         self.assertIn(BUFFER, backup.read_text(encoding="utf-8", errors="replace"))
+
+    def test_huge_answer(self) -> None:
+        """Only the beginning is laid out; the rest would freeze the window for minutes."""
+        self.ask_twice("huge", ACCEPTED, "answer is too long to be shown whole",
+                       shown=(QUESTION, ANSWER), arg=HUGE_BYTES)
 
     def test_bytes_that_are_not_utf8(self) -> None:
         self.ask_twice("not-utf8", "nSize_Recom:")

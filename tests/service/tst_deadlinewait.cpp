@@ -123,7 +123,7 @@ void TestDeadlineWait::quit_countsAsInTime()
 {
     bool inTime = false;
     QTimer::singleShot(0, this, [&inTime] {
-        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
         DeadlineWait wait(longMs);
         inTime = wait.exec();
     });

@@ -11,6 +11,7 @@
 
 #include <QClipboard>
 #include <QDir>
+#include <QGraphicsDropShadowEffect>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
@@ -51,6 +52,7 @@ private slots:
     void dragging_movesTheWindow();
     void minimiseAndCloseButtons();
     void windowGoesWhileTheFetchRuns();
+    void conversation_isNeverPaintedOverTheInput();
 
 private:
     void setLoginState(int state) const;
@@ -189,9 +191,18 @@ void TestMiravel::titleBar_places()
     QCOMPARE(button(QStringLiteral("关闭"))->geometry(), QRect(882, 21, 16, 16));
     QCOMPARE(button(QStringLiteral("关于"))->styleSheet(),
              QStringLiteral("QPushButton{border-image: url(:/Images/btn-about.png);border:none;}"));
-    const QWidget *bar = button(QStringLiteral("关于"))->parentWidget();
-    QCOMPARE(bar->geometry(), QRect(0, 0, 920, 59));
-    QCOMPARE(bar->findChild<QLabel *>()->geometry(), QRect(24, 16, 111, 26));
+    const QWidget *front = button(QStringLiteral("关于"))->parentWidget();
+    QCOMPARE(QRect(front->mapTo(m_window.get(), QPoint()), front->size()), QRect(0, 0, 920, 59));
+    const auto *picture = front->findChild<QLabel *>();
+    QCOMPARE(picture->geometry(), QRect(24, 16, 111, 26));
+    QCOMPARE(picture->pixmap(Qt::ReturnByValue).size(), QSize(111, 26));
+    const QWidget *bar = front->parentWidget();
+    QCOMPARE(bar->geometry(), QRect(1, 1, 920, 56));
+    const auto *shadow = qobject_cast<QGraphicsDropShadowEffect *>(bar->graphicsEffect());
+    QVERIFY(shadow != nullptr);
+    QCOMPARE(shadow->blurRadius(), 8.0);
+    QCOMPARE(shadow->offset(), QPointF(0, 0));
+    QCOMPARE(shadow->color(), QColor(0xDC, 0xDC, 0xDC));
 }
 
 void TestMiravel::inputPanel_places()
@@ -217,6 +228,8 @@ void TestMiravel::inputBox_takesTypingStyleWithTheFirstTick()
     QCOMPARE(input()->styleSheet(),
              QStringLiteral("QTextEdit{selection-color:white;selection-background-color:rgb(0,120,"
                             "215);color:rgb(29,38,51);font:14px Microsoft YaHei;border:none;}"));
+    QCOMPARE(input()->palette().color(QPalette::Text), QColor(29, 38, 51));
+    QCOMPARE(input()->palette().color(QPalette::PlaceholderText), QColor(168, 178, 191));
 }
 
 void TestMiravel::savedAnimations_areRemovedAtStart()
@@ -397,6 +410,19 @@ void TestMiravel::windowGoesWhileTheFetchRuns()
     QTRY_COMPARE(m_server->requests().size(), 1);
     m_window.reset();
     QTRY_COMPARE(m_server->leftWhileHeld(), 1);
+}
+
+void TestMiravel::conversation_isNeverPaintedOverTheInput()
+{
+    m_window->startForVdiClient();
+    QTRY_COMPARE(messages(), QStringList{greeting});
+    const auto lineColour = [this] {
+        return m_window->screen()->grabWindow(m_window->winId()).toImage().pixelColor(300, 490);
+    };
+    QTRY_COMPARE(lineColour(), QColor(208, 210, 217));
+    input()->setPlainText(QStringLiteral("桌面黑屏"));
+    m_window->send_messages();
+    QTRY_COMPARE(lineColour(), QColor(208, 210, 217));
 }
 
 QTEST_MAIN(TestMiravel)

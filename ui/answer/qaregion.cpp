@@ -10,6 +10,7 @@
 #include "ui/answer/recommendonlyitem.h"
 #include "ui/style/shadow.h"
 
+#include <QGraphicsDropShadowEffect>
 #include <QGridLayout>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -47,7 +48,9 @@ QARegion::QARegion(QWidget *parent)
     auto *inner = new QWidget(this);
     inner->setFixedSize(innerSize);
     inner->setStyleSheet(QStringLiteral("QWidget{background-color:white;border:none;}"));
-    addSurfaceShadow(inner);
+    // All of the shadow lies outside this widget, where nothing of it is seen: painting the
+    // conversation through the effect would only cost time and paint over what lies on top of it.
+    addSurfaceShadow(inner)->setEnabled(false);
     layout->addWidget(inner);
     m_list = new ConversationList(inner);
     m_list->setGeometry(listPlace);

@@ -44,23 +44,26 @@ TitleBar::TitleBar(AboutButton about, QWidget *parent)
     : QWidget(parent)
 {
     setGeometry(containerPlace);
-    setStyleSheet(QStringLiteral("background-color:transparent;"));
     auto *bar = new QWidget(this);
     bar->setGeometry(barPlace);
-    bar->setStyleSheet(QStringLiteral("border-image: url(:/Images/top-bg.png);"));
+    bar->setObjectName(QStringLiteral("titleBar"));
+    bar->setStyleSheet(QStringLiteral("QWidget#titleBar{border-image: url(:/Images/top-bg.png);}"));
     addSurfaceShadow(bar);
-    auto *picture = new QLabel(this);
+    // Inside the bar, so that the shadow is never painted over them; at the container's place.
+    auto *front = new QWidget(bar);
+    front->setGeometry(containerPlace.translated(-barPlace.topLeft()));
+    auto *picture = new QLabel(front);
     picture->setGeometry(picturePlace);
     picture->setAttribute(Qt::WA_TranslucentBackground);
-    picture->setStyleSheet(QStringLiteral("border-image: url(:/Images/top-nav-title.png);"));
+    picture->setPixmap(QPixmap(QStringLiteral(":/Images/top-nav-title.png")));
 
-    m_about = makeButton(aboutLeft, aboutStyle(about), tr("关于"), this);
+    m_about = makeButton(aboutLeft, aboutStyle(about), tr("关于"), front);
     QPushButton *minimise = makeButton(
         minimiseLeft, styles::threeStateSprite(QLatin1String("btn-min.png"), buttonSize),
-        tr("最小化"), this);
+        tr("最小化"), front);
     QPushButton *close = makeButton(
         closeLeft, styles::threeStateSprite(QLatin1String("btn-close.png"), buttonSize), tr("关闭"),
-        this);
+        front);
     connect(m_about, &QPushButton::clicked, this, &TitleBar::aboutClicked);
     connect(minimise, &QPushButton::clicked, this, &TitleBar::minimiseClicked);
     connect(close, &QPushButton::clicked, this, &TitleBar::closeClicked);

@@ -10,11 +10,12 @@ constexpr qreal surfaceBlurRadius = 8;
 
 } // namespace
 
-void addSurfaceShadow(QWidget *widget)
+QGraphicsDropShadowEffect *addSurfaceShadow(QWidget *widget)
 {
     auto *shadow = new QGraphicsDropShadowEffect(widget);
     shadow->setOffset(0, 0);
     shadow->setColor(QColor(QStringLiteral("#DCDCDC")));
     shadow->setBlurRadius(surfaceBlurRadius);
     widget->setGraphicsEffect(shadow);
+    return shadow;
 }

@@ -1,0 +1,29 @@
+#include "ui/mainwindow/processwatch.h"
+
+#include "service/systemcommand.h"
+
+QByteArray taskList(int limitMs)
+{
+    SystemCommand command(QStringLiteral("tasklist"));
+    if (!command.finishedWithin(limitMs)) {
+        return {};
+    }
+    QByteArray output = command.output();
+    const int end = output.indexOf('\0');
+    if (end >= 0) {
+        output.truncate(end);
+    }
+    return output;
+}
+
+bool isListed(const QByteArray &taskList, const QString &executable)
+{
+    return !executable.isEmpty() && taskList.contains(executable.toLocal8Bit());
+}
+
+bool watchedProgramRuns(const WatchedPrograms &programs, bool startedByVdiClient, int limitMs)
+{
+    const QByteArray list = taskList(limitMs); // one list for both, so one wait
+    return isListed(list, programs.vdiClient)
+        || (!startedByVdiClient && isListed(list, programs.launcher));
+}
