@@ -57,6 +57,9 @@ function(miravel_add_test name)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
+    if(WIN32)
+        math(EXPR arg_TIMEOUT "3 * ${arg_TIMEOUT}") # under Wine
+    endif()
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE miravel_options Qt5::Test ${arg_LINK})
     miravel_bare_file_names(${name})
@@ -66,6 +69,14 @@ function(miravel_add_test name)
     if(arg_THREADED)
         set_tests_properties(${name} PROPERTIES LABELS threaded)
     endif()
+endfunction()
+
+# miravel_not_on_windows(<test> <reason>): a test that the Windows build does not have. The list is
+# printed with the results there.
+set(MIRAVEL_NOT_ON_WINDOWS_FILE "${CMAKE_BINARY_DIR}/not-on-windows.txt")
+file(WRITE "${MIRAVEL_NOT_ON_WINDOWS_FILE}" "")
+function(miravel_not_on_windows name reason)
+    file(APPEND "${MIRAVEL_NOT_ON_WINDOWS_FILE}" "    ${name}: ${reason}\n")
 endfunction()
 
 # The fixed font, locale and platform that make pixel and text results the same on every machine.
@@ -92,6 +103,9 @@ function(miravel_add_python_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "ENVIRONMENT")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 300)
+    endif()
+    if(WIN32)
+        math(EXPR arg_TIMEOUT "3 * ${arg_TIMEOUT}") # under Wine
     endif()
     # The system's own interpreter first: the imaging library is installed for that one.
     find_program(MIRAVEL_PYTHON python3 HINTS /usr/bin NO_CMAKE_ENVIRONMENT_PATH REQUIRED)

@@ -15,6 +15,7 @@ packages=(
     wine     # runs the result
     wine64
     xvfb
+    locales  # the users' locale
 )
 if [[ ${1:-} == --sdk ]]; then
     packages+=(

@@ -34,5 +34,6 @@ failed=0
 ctest --preset windows -j"${MIRAVEL_TEST_JOBS:-$(nproc)}" --no-tests=error \
     --output-junit "$results" --test-output-size-passed 1048576 "$@" || failed=1
 /usr/bin/python3 scripts/check_results.py "$results" || failed=1
+echo "tests that do not run on Windows:"
 cat build/windows/not-on-windows.txt
 exit "$failed"

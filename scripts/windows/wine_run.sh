@@ -23,4 +23,11 @@ for name in $(compgen -e QT_ || true); do
     wine_environment+=("WINE$name=${!name}")
 done
 
-exec env "${wine_environment[@]}" wine "$@"
+# The first program starts Wine's own services, which keep its output open after it has ended:
+# whoever reads a pipe to its end would wait for them.
+output=$(mktemp)
+trap 'rm -f "$output"' EXIT
+status=0
+env "${wine_environment[@]}" wine "$@" >"$output" 2>&1 || status=$?
+cat "$output"
+exit "$status"

@@ -6,7 +6,7 @@ import os
 import shutil
 import subprocess
 from pathlib import Path
-from typing import Mapping
+from typing import Mapping, Sequence
 
 from .project import SOURCE
 
@@ -39,6 +39,10 @@ class WinePrefix:
         shutil.copytree(_TEMPLATE / "dosdevices", self._path / "dosdevices", symlinks=True)
         (self._path / "drive_c").symlink_to(_TEMPLATE / "drive_c")
 
+    def command(self, program: Path, arguments: Sequence[str]) -> list[str]:
+        """The command that starts a Windows program."""
+        return ["wine", str(program), *arguments]
+
     def environment(self, base: Mapping[str, str]) -> dict[str, str]:
         """base as the programs in this prefix get it."""
         # Wine keeps these to itself unless they come with a prefix.
@@ -62,6 +66,7 @@ class WinePrefix:
         self.run("reg", "add", key, "/v", name, "/t", "REG_SZ", "/d", value, "/f")
 
     def stop(self) -> None:
-        """Ends every program in the prefix."""
-        subprocess.run(["wineserver", "--kill"], env=self.environment(os.environ), check=False,
-                       capture_output=True, timeout=_TOOL_S)
+        """Ends every program in the prefix and waits until nothing of it is left."""
+        for what in ("--kill", "--wait"):
+            subprocess.run(["wineserver", what], env=self.environment(os.environ), check=False,
+                           capture_output=True, timeout=_TOOL_S)
