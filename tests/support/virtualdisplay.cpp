@@ -2,6 +2,7 @@
 
 #include <QDeadlineTimer>
 #include <QProcessEnvironment>
+#include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QThread>
 
@@ -9,6 +10,11 @@ namespace {
 
 constexpr int patienceMs = 20'000; // only a failing test waits that long
 constexpr unsigned long pollMs = 20;
+
+// Display numbers, above those that people and their sessions use.
+constexpr int firstNumber = 100;
+constexpr int endOfNumbers = 10'000;
+constexpr int attempts = 20;
 
 } // namespace
 
@@ -30,16 +36,27 @@ QString VirtualDisplay::missingTools()
 
 bool VirtualDisplay::start()
 {
-    m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    // The server picks a free number, prints it and then takes clients. Without -noreset it would
-    // begin anew, and refuse whoever connects meanwhile, each time its last client leaves.
-    m_server.start(QStringLiteral("Xvfb"),
-                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
-                    QStringLiteral("-screen"), QStringLiteral("0"), QStringLiteral("1280x1024x24"),
-                    QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-    const QString number = m_server.nextLine(patienceMs);
-    m_name = number.isEmpty() ? QString() : QLatin1Char(':') + number;
+    for (int attempt = 0; attempt < attempts && m_name.isEmpty(); ++attempt) {
+        startServer(QRandomGenerator::global()->bounded(firstNumber, endOfNumbers));
+    }
     return !m_name.isEmpty();
+}
+
+void VirtualDisplay::startServer(int number)
+{
+    m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    // The server would also pick a number itself, but then take over one that is in use; one that
+    // it is given it locks, or ends at once. It prints the number when it takes clients. Without
+    // -noreset it would begin anew, and refuse whoever connects meanwhile, each time its last
+    // client leaves.
+    const QString name = QLatin1Char(':') + QString::number(number);
+    m_server.start(QStringLiteral("Xvfb"), {name, QStringLiteral("-displayfd"), QStringLiteral("1"),
+                                            QStringLiteral("-noreset"), QStringLiteral("-screen"),
+                                            QStringLiteral("0"), QStringLiteral("1280x1024x24"),
+                                            QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    if (!m_server.nextLine(patienceMs).isEmpty()) {
+        m_name = name;
+    }
 }
 
 bool VirtualDisplay::startWindowManager()

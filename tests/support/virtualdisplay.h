@@ -34,6 +34,7 @@ public:
     [[nodiscard]] QString waitForWindow(qint64 pid) const;
 
 private:
+    void startServer(int number);
     [[nodiscard]] QProcessEnvironment environment() const;
 
     ChildProcess m_server;

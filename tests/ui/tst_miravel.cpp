@@ -35,6 +35,7 @@ private slots:
     void titleBar_places();
     void inputPanel_places();
     void inputBox_takesTypingStyleWithTheFirstTick();
+    void inputBox_hasTheFocusAtStart();
     void savedAnimations_areRemovedAtStart();
     void centredOnTheScreen();
     void returnSends_shiftReturnToo();
@@ -230,6 +231,11 @@ void TestMiravel::inputBox_takesTypingStyleWithTheFirstTick()
                             "215);color:rgb(29,38,51);font:14px Microsoft YaHei;border:none;}"));
     QCOMPARE(input()->palette().color(QPalette::Text), QColor(29, 38, 51));
     QCOMPARE(input()->palette().color(QPalette::PlaceholderText), QColor(168, 178, 191));
+}
+
+void TestMiravel::inputBox_hasTheFocusAtStart()
+{
+    QCOMPARE(m_window->focusWidget(), input());
 }
 
 void TestMiravel::savedAnimations_areRemovedAtStart()

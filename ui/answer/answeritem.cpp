@@ -34,27 +34,32 @@ QLabel *makeSeparator(QWidget *bubble)
 
 } // namespace
 
-AnswerItem::AnswerItem(const QString &title, const QString &reply,
-                       QVector<ConversationPicture> &pictures, bool hasRecommends,
-                       ConversationList *list)
+AnswerItem::AnswerItem(FrameOnly /*frame*/, const QString &title, const QString &reply,
+                       QVector<ConversationPicture> &pictures, ConversationList *list)
     : ConversationItem(Speaker::AssistantAnswer, list)
     , m_bubble(addBubble())
     , m_title(makeTitle(title, m_bubble))
     , m_separator(makeSeparator(m_bubble))
     , m_content(new AnswerContent(reply, title, pictures, m_bubble))
-    , m_openBar(new FoldBar(QLatin1String("btn-open.png"), tr("展开"),
-                            hasRecommends ? openBarLinesWithBox : barLines, m_bubble))
-    , m_retractBar(new FoldBar(QLatin1String("btn-retract.png"), tr("收起"),
-                               hasRecommends ? retractBarLinesWithBox : barLines, m_bubble))
     , m_titleTerm(m_title->height() - 1 + titleMargin)
 {
+}
+
+void AnswerItem::makeBars()
+{
+    // Most answers are never folded, and a conversation holds thousands of them.
+    const bool hasBox = m_box != nullptr;
+    m_openBar = new FoldBar(QLatin1String("btn-open.png"), tr("展开"),
+                            hasBox ? openBarLinesWithBox : barLines, m_bubble);
+    m_retractBar = new FoldBar(QLatin1String("btn-retract.png"), tr("收起"),
+                               hasBox ? retractBarLinesWithBox : barLines, m_bubble);
     connect(m_openBar, &FoldBar::clicked, this, &AnswerItem::openRequested);
     connect(m_retractBar, &FoldBar::clicked, this, &AnswerItem::retractRequested);
 }
 
 AnswerItem::AnswerItem(const QString &title, const QString &reply,
                        QVector<ConversationPicture> &pictures, ConversationList *list)
-    : AnswerItem(title, reply, pictures, false, list)
+    : AnswerItem(FrameOnly(), title, reply, pictures, list)
 {
     setFoldState(initialFoldState(m_content->contentHeight()));
 }
@@ -62,7 +67,7 @@ AnswerItem::AnswerItem(const QString &title, const QString &reply,
 AnswerItem::AnswerItem(const QString &title, const QString &reply,
                        QVector<ConversationPicture> &pictures, const QJsonArray &recommends,
                        QLabel *measure, ConversationList *list)
-    : AnswerItem(title, reply, pictures, true, list)
+    : AnswerItem(FrameOnly(), title, reply, pictures, list)
 {
     m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);
     setFoldState(initialFoldState(m_content->contentHeight()));
@@ -76,8 +81,13 @@ void AnswerItem::setFoldState(FoldState fold)
     m_separator->setGeometry(places.titleSeparator);
     m_content->setGeometry(places.content);
     m_bubble->setGeometry(places.bubble);
-    m_openBar->placeAt(places.openBar);
-    m_retractBar->placeAt(places.retractBar);
+    if (fold != FoldState::Unfolded && m_openBar == nullptr) {
+        makeBars();
+    }
+    if (m_openBar != nullptr) {
+        m_openBar->placeAt(places.openBar);
+        m_retractBar->placeAt(places.retractBar);
+    }
     if (m_box != nullptr) {
         m_box->setGeometry(places.recommendBox);
     }

@@ -45,15 +45,21 @@ signals:
     void retractRequested();
 
 private:
-    AnswerItem(const QString &title, const QString &reply, QVector<ConversationPicture> &pictures,
-               bool hasRecommends, ConversationList *list);
+    /// Marks the constructor of what both kinds of answer have.
+    struct FrameOnly
+    {
+    };
+    AnswerItem(FrameOnly frame, const QString &title, const QString &reply,
+               QVector<ConversationPicture> &pictures, ConversationList *list);
+
+    void makeBars();
 
     QWidget *m_bubble;
     QLabel *m_title;
     QLabel *m_separator;
     AnswerContent *m_content;
-    FoldBar *m_openBar;
-    FoldBar *m_retractBar;
+    FoldBar *m_openBar = nullptr; ///< this and the next only once the answer is folded
+    FoldBar *m_retractBar = nullptr;
     RecommendBox *m_box = nullptr;
     int m_titleTerm; ///< px that the title takes in the places of all that lies below it
 };

@@ -47,7 +47,7 @@ void addPicture(QWidget *parent, const QRect &place, const QString &style)
 } // namespace
 
 ConversationItem::ConversationItem(Speaker speaker, ConversationList *list)
-    : QWidget(list->viewport())
+    : QWidget(list->sheet())
     , m_speaker(speaker)
     , m_list(list)
 {

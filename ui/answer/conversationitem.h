@@ -21,7 +21,7 @@ public:
         AssistantAnswer,
     };
 
-    /// An item of no height yet, made inside the viewport of \a list so that its texts are measured
+    /// An item of no height yet, made on the sheet of \a list so that its texts are measured
     /// in their final style. It joins the list with appendTo().
     ConversationItem(Speaker speaker, ConversationList *list);
 

@@ -2,26 +2,197 @@
 
 #include "ui/style/styles.h"
 
+#include <QResizeEvent>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <memory>
+
+namespace {
+
+constexpr int wheelStep = 20; ///< px of a line; the wheel moves three at a notch
+
+} // namespace
 
 ConversationList::ConversationList(QWidget *parent)
     : QListWidget(parent)
+    , m_sheet(new QWidget(viewport()))
 {
     setContentsMargins(0, 0, 0, 0);
     setStyleSheet(QStringLiteral("QListWidget{background-color:white;}"));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setSelectionMode(QAbstractItemView::NoSelection);
     verticalScrollBar()->setStyleSheet(styles::thinScrollBar());
+    verticalScrollBar()->setSingleStep(wheelStep);
 }
 
 QListWidgetItem *ConversationList::append(QWidget *widget)
 {
     auto item = std::make_unique<QListWidgetItem>();
-    // Known before the item joins the list, so that the list is laid out once.
     item->setSizeHint(widget->size());
     addItem(item.get());
     setItemWidget(item.get(), widget);
+    // The list has put it on its viewport, where it would have to be moved with every scroll.
+    widget->setParent(m_sheet);
+    layOutFrom(count() - 1);
+    widget->show();
     return item.release(); // owned by the list since addItem()
+}
+
+void ConversationList::layOutFrom(int first)
+{
+    m_tops.resize(static_cast<std::size_t>(count()) + 1);
+    for (int row = first; row < count(); ++row) {
+        const auto at = static_cast<std::size_t>(row);
+        if (QWidget *widget = itemWidget(item(row))) {
+            widget->move(0, m_tops[at]);
+        }
+        m_tops[at + 1] = m_tops[at] + item(row)->sizeHint().height();
+    }
+    m_sheet->resize(viewport()->width(), std::max(contentHeight(), viewport()->height()));
+    updateGeometries();
+}
+
+void ConversationList::rowsInserted(const QModelIndex &parent, int start, int end)
+{
+    Q_UNUSED(parent)
+    Q_UNUSED(end)
+    layOutFrom(start);
+}
+
+void ConversationList::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                                   const QVector<int> &roles)
+{
+    QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
+    const auto at = static_cast<std::size_t>(topLeft.row());
+    const bool oneOfSameHeight
+        = topLeft.row() == bottomRight.row() && at + 1 < m_tops.size()
+       && m_tops[at + 1] - m_tops[at] == item(topLeft.row())->sizeHint().height();
+    if (!oneOfSameHeight) {
+        layOutFrom(topLeft.row());
+    }
+}
+
+void ConversationList::doItemsLayout()
+{
+    // Positions are always up to date; the stock list's own layout is left out.
+    QAbstractItemView::doItemsLayout();
+}
+
+void ConversationList::updateGeometries()
+{
+    const int page = viewport()->height();
+    verticalScrollBar()->setPageStep(page);
+    verticalScrollBar()->setRange(0, std::max(0, contentHeight() - page));
+}
+
+void ConversationList::updateEditorGeometries()
+{
+    // The item widgets lie on the sheet, where layOutFrom() places them.
+}
+
+void ConversationList::scrollContentsBy(int dx, int dy)
+{
+    Q_UNUSED(dx)
+    Q_UNUSED(dy)
+    m_sheet->move(0, -verticalOffset());
+}
+
+void ConversationList::resizeEvent(QResizeEvent *event)
+{
+    QAbstractItemView::resizeEvent(event);
+    m_sheet->resize(viewport()->width(), std::max(contentHeight(), viewport()->height()));
+}
+
+void ConversationList::paintEvent(QPaintEvent *event)
+{
+    Q_UNUSED(event) // the item widgets show everything
+}
+
+int ConversationList::verticalOffset() const
+{
+    return verticalScrollBar()->value();
+}
+
+int ConversationList::horizontalOffset() const
+{
+    return 0;
+}
+
+QRect ConversationList::visualRect(const QModelIndex &index) const
+{
+    const auto at = static_cast<std::size_t>(index.row());
+    if (!index.isValid() || at + 1 >= m_tops.size()) {
+        return {};
+    }
+    const int width = index.data(Qt::SizeHintRole).toSize().width();
+    return {0, m_tops[at] - verticalOffset(), width, m_tops[at + 1] - m_tops[at]};
+}
+
+QModelIndex ConversationList::indexAt(const QPoint &point) const
+{
+    const int y = point.y() + verticalOffset();
+    if (y < 0 || y >= contentHeight()) {
+        return {};
+    }
+    const auto next = std::upper_bound(m_tops.begin(), m_tops.end(), y);
+    return model()->index(static_cast<int>(next - m_tops.begin()) - 1, 0);
+}
+
+void ConversationList::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    const QRect place = visualRect(index);
+    const int above = place.top();
+    const int below = place.bottom() + 1 - viewport()->height();
+    int move = 0;
+    if (hint == PositionAtTop || (hint == EnsureVisible && above < 0)) {
+        move = above;
+    } else if (hint == PositionAtBottom || (hint == EnsureVisible && below > 0)) {
+        move = below;
+    } else if (hint == PositionAtCenter) {
+        move = (above + below) / 2;
+    }
+    verticalScrollBar()->setValue(verticalOffset() + move);
+}
+
+QModelIndex ConversationList::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    Q_UNUSED(modifiers)
+    // Entries cannot be selected: the keys scroll instead.
+    switch (action) {
+    case MoveUp:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub);
+        break;
+    case MoveDown:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+        break;
+    case MovePageUp:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepSub);
+        break;
+    case MovePageDown:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+        break;
+    case MoveHome:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMinimum);
+        break;
+    case MoveEnd:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMaximum);
+        break;
+    default:
+        break;
+    }
+    return {};
+}
+
+void ConversationList::setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command)
+{
+    Q_UNUSED(rect)
+    Q_UNUSED(command)
+}
+
+QRegion ConversationList::visualRegionForSelection(const QItemSelection &selection) const
+{
+    Q_UNUSED(selection)
+    return {};
 }

@@ -2,20 +2,29 @@
 
 #include "app/apppaths.h"
 #include "app/logstream.h"
+#include "ui/answer/answercontent.h"
 #include "ui/answer/answeritem.h"
 #include "ui/answer/conversationlist.h"
+#include "ui/answer/copymenu.h"
+#include "ui/answer/linkguard.h"
 #include "ui/answer/messagebubble.h"
+#include "ui/answer/picturerow.h"
 #include "ui/answer/questionbubble.h"
 #include "ui/answer/recommendbox.h"
 #include "ui/answer/recommendonlyitem.h"
 #include "ui/style/shadow.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QCursor>
 #include <QGraphicsDropShadowEffect>
 #include <QGridLayout>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
+#include <QPushButton>
 #include <QSettings>
+#include <QTextEdit>
 
 namespace {
 
@@ -58,6 +67,7 @@ QARegion::QARegion(QWidget *parent)
     m_measureLabel->setTextFormat(Qt::PlainText);
     m_measureLabel->setStyleSheet(QStringLiteral("QLabel{font:14px Microsoft YaHei;}"));
     m_measureLabel->hide();
+    new LinkGuard(this);
     readUserName();
 }
 
@@ -163,6 +173,7 @@ void QARegion::isGetResponse()
 void QARegion::addQuestionBubble(const QString &text)
 {
     auto *bubble = new QuestionBubble(text, m_list);
+    addCopyMenu(bubble->label(), QuestionMenu);
     bubble->appendToList();
     scrollToBottom();
 }
@@ -170,6 +181,7 @@ void QARegion::addQuestionBubble(const QString &text)
 void QARegion::addRobotMessage(const QString &text)
 {
     auto *bubble = new MessageBubble(text, m_list);
+    addCopyMenu(bubble->label(), MessageMenu);
     bubble->appendToList();
 }
 
@@ -199,6 +211,11 @@ void QARegion::showAnswerWithRecommends(const QString &title, const QString &rep
 void QARegion::addAnswer(AnswerItem *answer)
 {
     m_answers.append(answer);
+    addCopyMenu(answer->titleLabel(), TitleMenu);
+    for (QLabel *paragraph : answer->content()->paragraphs()) {
+        addCopyMenu(paragraph, ParagraphMenu);
+    }
+    addPictureMenus(*answer);
     answer->appendToList();
     scrollToBottom();
 }
@@ -242,6 +259,71 @@ void QARegion::FoldToOpen_answer(int answer)
 void QARegion::OpenToFold_answer(int answer)
 {
     m_answers.at(answer)->setFoldState(FoldState::Folded);
+}
+
+void QARegion::addCopyMenu(QLabel *label, MenuKind kind)
+{
+    const int num = m_labels[kind].size();
+    m_labels[kind].append(label);
+    connect(label, &QWidget::customContextMenuRequested, this,
+            [this, num, kind] { qaRightHitMenu_show(num, kind); });
+}
+
+void QARegion::addPictureMenus(const AnswerItem &answer)
+{
+    const QVector<PictureRow *> &rows = answer.content()->pictureRows();
+    int num = m_pictures.size() - rows.size();
+    for (const PictureRow *row : rows) {
+        connect(row->button(), &QWidget::customContextMenuRequested, this,
+                [this, num] { qaRightHitMenu_show(num, PictureMenu); });
+        ++num;
+    }
+}
+
+void QARegion::qaRightHitMenu_show(int num, int type)
+{
+    const bool enabled = type == PictureMenu || !selectedText(num, type).isEmpty();
+    m_rightHitMenu = new CopyMenu(enabled, this);
+    connect(m_rightHitMenu, &CopyMenu::copyRequested, this,
+            [this, num, type] { qaRightHitMenu_copySlots(num, type); });
+    m_rightHitMenu->move(QCursor::pos());
+    m_rightHitMenu->show();
+}
+
+void QARegion::qaRightHitMenu_copySlots(int num, int type)
+{
+    if (type == PictureMenu) {
+        copyPicture(num);
+    } else {
+        // Line and paragraph separators of the label become line ends.
+        QTextEdit text(this);
+        text.setPlainText(selectedText(num, type));
+        QApplication::clipboard()->setText(text.toPlainText());
+    }
+    if (m_rightHitMenu != nullptr) {
+        m_rightHitMenu->close(); // which deletes it
+    }
+}
+
+QString QARegion::selectedText(int num, int type) const
+{
+    if (type < ParagraphMenu || type > MessageMenu || num < 0 || num >= m_labels[type].size()) {
+        return {};
+    }
+    const QLabel *label = m_labels[type].at(num);
+    return label == nullptr ? QString() : label->selectedText();
+}
+
+void QARegion::copyPicture(int num) const
+{
+    if (num < 0 || num >= m_pictures.size()) {
+        return;
+    }
+    if (m_pictures.at(num).animated) {
+        QApplication::clipboard()->setImage(QImage(animationFile(num)));
+    } else {
+        QApplication::clipboard()->setPixmap(m_pictures.at(num).pixmap);
+    }
 }
 
 void QARegion::scrollToBottom()

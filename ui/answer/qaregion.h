@@ -5,11 +5,13 @@
 #include "ui/answer/inlinepicture.h"
 
 #include <QJsonArray>
+#include <QPointer>
 #include <QVector>
 #include <QWidget>
 
 class AnswerItem;
 class ConversationList;
+class CopyMenu;
 class QLabel;
 class RecommendBox;
 
@@ -21,6 +23,15 @@ class QARegion : public QWidget
     Q_DISABLE_COPY(QARegion)
 
 public:
+    /// What a copy menu belongs to, and the number by which its kind is known.
+    enum MenuKind {
+        ParagraphMenu = 0,
+        PictureMenu = 1,
+        QuestionMenu = 2,
+        TitleMenu = 3,
+        MessageMenu = 4,
+    };
+
     explicit QARegion(QWidget *parent = nullptr);
 
     /// Asks the service one question and shows its answer. Returns when the answer has come or its
@@ -80,10 +91,20 @@ public slots:
     void Miss_RecomSend(QString question, QString source, QString originalQuestion,
                         qint64 questionId);
 
+    /// Shows the copy menu of text or picture number \a num of the MenuKind \a type at the mouse.
+    void qaRightHitMenu_show(int num, int type);
+
+    /// Copies that text's selection, or that picture, to the clipboard and closes the menu.
+    void qaRightHitMenu_copySlots(int num, int type);
+
 private:
     void readUserName();
     void showResult(const QString &question, const QJsonObject &result);
     void addAnswer(AnswerItem *answer);
+    void addCopyMenu(QLabel *label, MenuKind kind);
+    void addPictureMenus(const AnswerItem &answer);
+    [[nodiscard]] QString selectedText(int num, int type) const;
+    void copyPicture(int num) const;
     void connectBox(RecommendBox *box, const QString &question);
     void checkEmptyReply(const QString &reply);
 
@@ -92,6 +113,8 @@ private:
     ConversationList *m_list = nullptr;
     QLabel *m_measureLabel = nullptr; ///< hidden; recommendations are measured in it
     QString m_userName;
-    QVector<ConversationPicture> m_pictures; ///< of all answers, in the order shown
-    QVector<AnswerItem *> m_answers;         ///< in the order shown; owned by the list
+    QVector<ConversationPicture> m_pictures;             ///< of all answers, in the order shown
+    QVector<QPointer<QLabel>> m_labels[MessageMenu + 1]; ///< the texts of each MenuKind
+    QPointer<CopyMenu> m_rightHitMenu;
+    QVector<AnswerItem *> m_answers; ///< in the order shown; owned by the list
 };

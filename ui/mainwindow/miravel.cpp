@@ -97,6 +97,7 @@ void Miravel::buildInput()
 {
     m_inputPanel = new InputPanel(m_inner);
     m_inputPanel->input()->installEventFilter(this);
+    m_inputPanel->input()->setFocus(); // the user types at once
     connect(m_inputPanel, &InputPanel::sendClicked, this, &Miravel::send_messages);
     connect(&m_associationTick, &QTimer::timeout, this, &Miravel::showAssociation);
     m_associationTick.start(associationTickMs);
