@@ -57,7 +57,6 @@ class AwkwardMomentTest(DesktopTest):
         assistant.ask(NEXT)
         assistant.wait_for_log("send messages when not logged in, isGetHotQuests:false. "
                                "netHotWork:false")
-        assistant.wait_for_bubbles((QUESTION, ANSWER), "the explanation")
         self.close_cleanly(assistant)
 
 
