@@ -1,7 +1,7 @@
 # The front door. Each target is one script or one preset; see docs/development.md.
 
 .DEFAULT_GOAL := build
-.PHONY: run test build sanitize format format-check tidy
+.PHONY: run windows test-windows test build sanitize format format-check tidy
 
 # Builds what is needed and opens the assistant on the demo service (on a screen in memory without a
 # display).
@@ -15,6 +15,14 @@ test:
 # The release build; the program is build/release/bin/Miravel.
 build:
 	scripts/build.sh release
+
+# The folder that goes to a Windows machine: build/windows/bin.
+windows:
+	scripts/windows/build.sh
+
+# The tests and the real program under Wine.
+test-windows:
+	scripts/windows/test.sh
 
 # Every test under ASan and UBSan, the threaded ones under TSan.
 sanitize:

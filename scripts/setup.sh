@@ -2,6 +2,7 @@
 # Installs what the build, the tests and `make run` need on Debian 12, and only what is missing.
 # Quick and silent when nothing is: the other commands start with it.
 set -euo pipefail
+source "$(dirname "$0")/packages.sh"
 
 # One package a line, each with what needs it.
 packages=(
@@ -26,27 +27,4 @@ packages=(
     clang-tidy         # make tidy
 )
 
-missing=()
-states=$(dpkg-query -W -f='${Package}:${db:Status-Status}\n' "${packages[@]}" 2>/dev/null || true)
-for package in "${packages[@]}"; do
-    [[ $'\n'$states$'\n' == *$'\n'"$package:installed"$'\n'* ]] || missing+=("$package")
-done
-if [[ ${#missing[@]} -eq 0 ]]; then
-    exit 0
-fi
-
-as_root=()
-if [[ $(id -u) -ne 0 ]]; then
-    if ! command -v sudo >/dev/null; then
-        echo "setup: these packages are missing: ${missing[*]}" >&2
-        echo "setup: install them as root, or install sudo and try again" >&2
-        exit 1
-    fi
-    as_root=(sudo)
-fi
-
-echo "setup: installing ${missing[*]}"
-# Another installation may be under way: its lock is waited for.
-apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -y -q -o DPkg::Lock::Timeout=300)
-"${apt[@]}" update
-"${apt[@]}" install --no-install-recommends "${missing[@]}"
+install_missing_packages "${packages[@]}"

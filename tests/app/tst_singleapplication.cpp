@@ -22,6 +22,13 @@ constexpr int dataWaitMs = 1000;   // how long the first copy waits for data
 
 const QString helper = QStringLiteral(MIRAVEL_SINGLECOPY);
 
+#ifdef Q_OS_WIN
+constexpr bool namesAreFiles = false; // but pipes, which end with their process
+#else
+constexpr bool namesAreFiles = true;
+#endif
+const char *const namesAreNoFiles = "Local names are no files on this system.";
+
 /// One running copy of the helper program.
 class Copy : public ChildProcess
 {
@@ -44,7 +51,8 @@ public:
 
 } // namespace
 
-/// Copies of a program in separate processes. Each test has a private folder for local names.
+/// Copies of a program in separate processes. Each test has a private folder for local names and,
+/// where names are no files, a program name of its own.
 class TestSingleApplication : public QObject
 {
     Q_OBJECT
@@ -75,24 +83,26 @@ private slots:
 
 private:
     [[nodiscard]] QString names() const { return m_folder->filePath(QStringLiteral("names")); }
+    /// The name under which a QLocalSocket reaches the first copy; its path where it is a file.
     [[nodiscard]] QString namePath() const
     {
-        return names() + QLatin1Char('/') + QFileInfo(helper).fileName();
+        const QString name = QFileInfo(m_program).fileName();
+        return namesAreFiles ? names() + QLatin1Char('/') + name : name;
     }
     /// A copy of the helper's file as \a relativePath under the test's folder.
     QString copyOfHelper(const QString &relativePath);
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_program;
 };
 
 void TestSingleApplication::init()
 {
-#ifdef Q_OS_WIN
-    QSKIP("Local names are not files here, so a test cannot have its own.");
-#endif
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
     QVERIFY(QDir().mkpath(names()));
+    m_program = copyOfHelper(QFileInfo(m_folder->path()).fileName() + QStringLiteral(".exe"));
+    QVERIFY(!m_program.isEmpty());
 }
 
 QString TestSingleApplication::copyOfHelper(const QString &relativePath)
@@ -104,17 +114,17 @@ QString TestSingleApplication::copyOfHelper(const QString &relativePath)
 
 void TestSingleApplication::firstCopy_isNotRunningElsewhere()
 {
-    Copy first(helper, names());
+    Copy first(m_program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
-    QVERIFY(QFile::exists(namePath()));
+    QCOMPARE(QFile::exists(namePath()), namesAreFiles);
     QVERIFY(first.end());
 }
 
 void TestSingleApplication::secondCopy_findsTheFirstAndEnds()
 {
-    Copy first(helper, names());
+    Copy first(m_program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
-    Copy second(helper, names());
+    Copy second(m_program, names());
     QCOMPARE(second.nextLine(), QStringLiteral("running"));
     QVERIFY(second.endsWith(0));
     QVERIFY(first.end());
@@ -123,12 +133,12 @@ void TestSingleApplication::secondCopy_findsTheFirstAndEnds()
 void TestSingleApplication::everyFurtherCopy_findsTheFirst()
 {
     constexpr int furtherCopies = 5;
-    Copy first(helper, names());
+    Copy first(m_program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     std::vector<std::unique_ptr<Copy>> further;
     further.reserve(furtherCopies);
     for (int i = 0; i < furtherCopies; ++i) {
-        further.push_back(std::make_unique<Copy>(helper, names()));
+        further.push_back(std::make_unique<Copy>(m_program, names()));
     }
     for (const auto &copy : further) {
         QCOMPARE(copy->nextLine(), QStringLiteral("running"));
@@ -138,9 +148,10 @@ void TestSingleApplication::everyFurtherCopy_findsTheFirst()
 
 void TestSingleApplication::sameFileNameInAnotherFolder_isTheSameProgram()
 {
-    const QString elsewhere = copyOfHelper(QStringLiteral("other/") + QFileInfo(helper).fileName());
+    const QString elsewhere
+        = copyOfHelper(QStringLiteral("other/") + QFileInfo(m_program).fileName());
     QVERIFY(!elsewhere.isEmpty());
-    Copy first(helper, names());
+    Copy first(m_program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     Copy second(elsewhere, names());
     QCOMPARE(second.nextLine(), QStringLiteral("running"));
@@ -148,22 +159,23 @@ void TestSingleApplication::sameFileNameInAnotherFolder_isTheSameProgram()
 
 void TestSingleApplication::otherFileName_isAnotherProgram()
 {
-    const QString renamed = copyOfHelper(QStringLiteral("other.exe"));
+    const QString name = QStringLiteral("other-") + QFileInfo(m_program).fileName();
+    const QString renamed = copyOfHelper(name);
     QVERIFY(!renamed.isEmpty());
-    Copy first(helper, names());
+    Copy first(m_program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     Copy other(renamed, names());
     QCOMPARE(other.nextLine(), QStringLiteral("first"));
-    QVERIFY(QFile::exists(names() + QStringLiteral("/other.exe")));
+    QCOMPARE(QFile::exists(names() + QLatin1Char('/') + name), namesAreFiles);
 }
 
 void TestSingleApplication::firstCopyEnded_nextOneIsFirst()
 {
-    Copy first(helper, names());
+    Copy first(m_program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     QVERIFY(first.end());
     QVERIFY(!QFile::exists(namePath()));
-    Copy next(helper, names());
+    Copy next(m_program, names());
     QCOMPARE(next.nextLine(), QStringLiteral("first"));
 }
 
@@ -185,9 +197,9 @@ void TestSingleApplication::secondCopy_bringsTheWindowToTheFront()
 {
     QFETCH(QString, state);
     QFETCH(QStringList, events);
-    Copy first(helper, names(), state);
+    Copy first(m_program, names(), state);
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
-    Copy second(helper, names());
+    Copy second(m_program, names());
     QCOMPARE(second.nextLine(), QStringLiteral("running"));
     for (const QString &event : events) {
         QCOMPARE(first.nextLine(), event);
@@ -197,7 +209,7 @@ void TestSingleApplication::secondCopy_bringsTheWindowToTheFront()
 
 void TestSingleApplication::secondCopyBeforeTheWindowIsSet_changesNothing()
 {
-    Copy first(helper, names());
+    Copy first(m_program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     QLocalSocket socket;
     socket.connectToServer(namePath());
@@ -209,7 +221,7 @@ void TestSingleApplication::secondCopyBeforeTheWindowIsSet_changesNothing()
 
 void TestSingleApplication::secondCopyAfterTheWindowIsGone_changesNothing()
 {
-    Copy first(helper, names(), QStringLiteral("gone"));
+    Copy first(m_program, names(), QStringLiteral("gone"));
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     QLocalSocket socket;
     socket.connectToServer(namePath());
@@ -221,7 +233,7 @@ void TestSingleApplication::secondCopyAfterTheWindowIsGone_changesNothing()
 
 void TestSingleApplication::otherSideThatSendsData_isNotWaitedFor()
 {
-    Copy first(helper, names(), QStringLiteral("minimised"));
+    Copy first(m_program, names(), QStringLiteral("minimised"));
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     QLocalSocket socket;
     socket.connectToServer(namePath());
@@ -233,7 +245,7 @@ void TestSingleApplication::otherSideThatSendsData_isNotWaitedFor()
 
 void TestSingleApplication::otherSideThatStaysSilent_isLeftAfterOneSecond()
 {
-    Copy first(helper, names(), QStringLiteral("minimised"));
+    Copy first(m_program, names(), QStringLiteral("minimised"));
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
     QElapsedTimer time;
     time.start();
@@ -248,14 +260,14 @@ void TestSingleApplication::otherSideThatStaysSilent_isLeftAfterOneSecond()
 
 void TestSingleApplication::staleNameOfACrashedCopy_isTakenOver()
 {
-    Copy crashed(helper, names());
+    Copy crashed(m_program, names());
     QCOMPARE(crashed.nextLine(), QStringLiteral("first"));
     crashed.crash();
-    QVERIFY(QFile::exists(namePath()));
+    QCOMPARE(QFile::exists(namePath()), namesAreFiles);
 
-    Copy next(helper, names());
+    Copy next(m_program, names());
     QCOMPARE(next.nextLine(), QStringLiteral("first"));
-    Copy third(helper, names());
+    Copy third(m_program, names());
     QCOMPARE(third.nextLine(), QStringLiteral("running"));
 }
 
@@ -265,7 +277,7 @@ void TestSingleApplication::copyThatDoesNotAccept_isTakenOver()
     if (!canSuspendProcesses()) {
         QSKIP("A process cannot be suspended here.");
     }
-    Copy hung(helper, names());
+    Copy hung(m_program, names());
     QCOMPARE(hung.nextLine(), QStringLiteral("first"));
     QVERIFY(suspendProcess(hung.processId()));
     // The system itself accepts connections until the waiting room is full.
@@ -280,10 +292,10 @@ void TestSingleApplication::copyThatDoesNotAccept_isTakenOver()
 
     QElapsedTimer time;
     time.start();
-    Copy next(helper, names());
+    Copy next(m_program, names());
     QCOMPARE(next.nextLine(), QStringLiteral("first"));
     QVERIFY2(time.elapsed() >= connectWaitMs, qPrintable(QString::number(time.elapsed())));
-    Copy third(helper, names());
+    Copy third(m_program, names());
     QCOMPARE(third.nextLine(), QStringLiteral("running"));
     QVERIFY(resumeProcess(hung.processId()));
 }
@@ -298,6 +310,9 @@ void TestSingleApplication::fileInPlaceOfTheName_isKeptAndTheCopyRunsUnguarded_d
 
 void TestSingleApplication::fileInPlaceOfTheName_isKeptAndTheCopyRunsUnguarded()
 {
+    if (!namesAreFiles) {
+        QSKIP(namesAreNoFiles);
+    }
     QFETCH(QString, kind);
     const QString target = m_folder->filePath(QStringLiteral("precious.txt"));
     QFile file(kind == QLatin1String("file") ? namePath() : target);
@@ -309,9 +324,9 @@ void TestSingleApplication::fileInPlaceOfTheName_isKeptAndTheCopyRunsUnguarded()
         QVERIFY(QFile::link(target, namePath()));
     }
 
-    Copy first(helper, names());
+    Copy first(m_program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
-    Copy second(helper, names());
+    Copy second(m_program, names());
     QCOMPARE(second.nextLine(), QStringLiteral("first"));
     QVERIFY(first.end());
     QVERIFY(second.end());
@@ -324,7 +339,11 @@ void TestSingleApplication::fileInPlaceOfTheName_isKeptAndTheCopyRunsUnguarded()
 
 void TestSingleApplication::ownExecutableInPlaceOfTheName_isKept()
 {
-    const QString program = copyOfHelper(QStringLiteral("names/") + QFileInfo(helper).fileName());
+    if (!namesAreFiles) {
+        QSKIP(namesAreNoFiles);
+    }
+    const QString program
+        = copyOfHelper(QStringLiteral("names/") + QFileInfo(m_program).fileName());
     QVERIFY(!program.isEmpty());
     Copy first(program, names());
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
@@ -336,16 +355,19 @@ void TestSingleApplication::ownExecutableInPlaceOfTheName_isKept()
 
 void TestSingleApplication::nameTooLongForTheSystem_runsUnguarded()
 {
+    if (!namesAreFiles) {
+        QSKIP(namesAreNoFiles);
+    }
     constexpr int moreThanASocketPath = 120;
     const QString deep = m_folder->filePath(QString(moreThanASocketPath, QLatin1Char('d')));
     QVERIFY(QDir().mkpath(deep));
-    Copy first(helper, deep);
+    Copy first(m_program, deep);
     QCOMPARE(first.nextLine(), QStringLiteral("first"));
-    Copy second(helper, deep);
+    Copy second(m_program, deep);
     QCOMPARE(second.nextLine(), QStringLiteral("first"));
     QVERIFY(first.end());
     QVERIFY(second.end());
-    QVERIFY(!QFile::exists(deep + QLatin1Char('/') + QFileInfo(helper).fileName()));
+    QVERIFY(!QFile::exists(deep + QLatin1Char('/') + QFileInfo(m_program).fileName()));
 }
 
 QTEST_GUILESS_MAIN(TestSingleApplication)

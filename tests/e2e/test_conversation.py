@@ -10,6 +10,7 @@ import unittest
 from desktop import conversation
 from desktop.conversation import QUESTION
 from desktop.installation import LOOPBACK, SECRET, encoded, free_port
+from desktop.project import GATEWAY_LIBRARY_NAME
 from desktop.testcase import DesktopTest
 
 QUESTION_TEXT = "客户端的服务器地址怎么填"
@@ -52,8 +53,8 @@ class ConversationTest(DesktopTest):
         assistant.ask(QUESTION_TEXT)
         assistant.wait_for_answer(QUESTION_TEXT)
         self.close_cleanly(assistant)
-        whole = assistant.log.path.read_text(encoding="utf-8")
-        self.assertEqual([], re.findall(r"^(?:Warning|Critical|Fatal):.*$", whole, re.MULTILINE))
+        self.assertEqual([], re.findall(r"^(?:Warning|Critical|Fatal):.*$", assistant.log.whole(),
+                                        re.MULTILINE))
 
     def test_send_button_sends_like_the_return_key(self) -> None:
         service = self.start_service()
@@ -128,9 +129,9 @@ class ConversationTest(DesktopTest):
         service = self.start_service()
         self.installation.use_service(free_port())
         shutil.copy(os.environ["MIRAVEL_GATEWAY_LIBRARY"],
-                    self.installation.program.parent / "libKorVpnTool.so")
+                    self.installation.program.parent / GATEWAY_LIBRARY_NAME)
         calls = self.folder / "gateway-calls.txt"
-        assistant = self.start_greeted({"MIRAVEL_TEST_GATEWAY_ADDRESS": LOOPBACK,
+        assistant = self.start_greeted({"MIRAVEL_TEST_GATEWAY_ADDRESS": "=" + LOOPBACK,
                                         "MIRAVEL_TEST_GATEWAY_PORT": str(service.http_port),
                                         "MIRAVEL_TEST_GATEWAY_CALLS": str(calls)})
         service.log.mark()

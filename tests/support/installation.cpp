@@ -78,7 +78,13 @@ QString Installation::programFolder() const
 
 QString Installation::programPath() const
 {
-    return programFolder() + QLatin1Char('/') + QFileInfo(builtProgram()).fileName();
+#ifdef Q_OS_WIN
+    // Local names are pipes of the whole system there, and come from the program's file name.
+    const QString name = QFileInfo(m_root.path()).fileName() + QStringLiteral(".exe");
+#else
+    const QString name = QFileInfo(builtProgram()).fileName();
+#endif
+    return programFolder() + QLatin1Char('/') + name;
 }
 
 QString Installation::layoutFolder(const QString &name) const

@@ -1,7 +1,8 @@
 // Stands in for the VPN client's library in tests. The environment tells it what to answer:
-// MIRAVEL_TEST_GATEWAY_ADDRESS (unset: no gateway is selected), MIRAVEL_TEST_GATEWAY_PORT, and
-// MIRAVEL_TEST_GATEWAY_CALLS, a file to which every call is appended. Like the real one it is not
-// made for several threads at once; it reports when that happens.
+// MIRAVEL_TEST_GATEWAY_ADDRESS ("=" and the address; unset: no gateway is selected),
+// MIRAVEL_TEST_GATEWAY_PORT, and MIRAVEL_TEST_GATEWAY_CALLS, a file to which every call is
+// appended. Like the real one it is not made for several threads at once; it reports when that
+// happens.
 
 #include <atomic>
 #include <cstdint>
@@ -65,6 +66,6 @@ extern "C" const void *DoGetSelectedKorInfoBlock(const char *text, int first, in
     const auto port = static_cast<std::int32_t>(std::atoi(portText ? portText : "0"));
     std::memset(record, '#', sizeof record); // nothing but the two fields means anything
     std::memcpy(record, &port, sizeof port);
-    std::snprintf(record + addressOffset, sizeof record - addressOffset, "%s", address);
+    std::snprintf(record + addressOffset, sizeof record - addressOffset, "%s", address + 1);
     return record;
 }

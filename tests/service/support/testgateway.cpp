@@ -19,7 +19,7 @@ TestGateway::TestGateway()
 TestGateway::TestGateway(const QByteArray &address, int port)
     : TestGateway()
 {
-    qputenv(addressVariable, address);
+    qputenv(addressVariable, '=' + address); // never empty: Windows has no empty variables
     qputenv(portVariable, QByteArray::number(port));
 }
 

@@ -18,6 +18,7 @@ from .display import Display
 from .installation import Installation
 from .person import Person
 from .project import BUILD, base_environment
+from .runner import Runner, runner_for
 from .waiting import NotSeen, wait_until
 
 TITLE = "Miravel"
@@ -35,8 +36,10 @@ class Assistant:
 
     def __init__(self, installation: Installation, display: Display, *,
                  arguments: tuple[str, ...] = ("--Type=vdi",),
-                 environment: Mapping[str, str] | None = None) -> None:
-        """Starts the program. environment is added to what every program of ours gets."""
+                 environment: Mapping[str, str] | None = None,
+                 prepare: Callable[[Runner], None] | None = None) -> None:
+        """Starts the program. environment is added to what every program of ours gets; prepare is
+        called before the start."""
         self.installation = installation
         self.log = installation.log
         self._display = display
@@ -48,7 +51,12 @@ class Assistant:
         self.person = Person(display.name, folder)
         env = {**base_environment(), "DISPLAY": display.name, "TMPDIR": str(folder),
                "XDG_RUNTIME_DIR": str(folder), **(environment or {})}
-        self.process = Child([installation.program, *arguments], env=env,
+        self._runner = runner_for(folder)
+        if prepare is not None:
+            prepare(self._runner)
+        self._command = self._runner.command(installation.program, arguments)
+        self._env = self._runner.environment(env)
+        self.process = Child(self._command, env=self._env,
                              output=installation.root / "log/output.txt")
 
     def __enter__(self) -> Assistant:
@@ -57,6 +65,7 @@ class Assistant:
     def __exit__(self, kind: type[BaseException] | None, error: BaseException | None,
                  trace: TracebackType | None) -> None:
         self.process.stop()
+        self._runner.stop()
         self.person.__exit__(None, None, None)
         self._private.cleanup()
 
@@ -64,11 +73,21 @@ class Assistant:
     def alive(self) -> bool:
         return self.process.alive
 
+    def start_again(self) -> int:
+        """Starts a second copy, as a person clicks the icon again, and waits for its end; its exit
+        status."""
+        with Child(self._command, env=self._env, output=None) as second:
+            return second.wait()
+
     def look(self) -> Image.Image:
         """The window as the screen shows it."""
         left, top = self._corner()
         width, height = WINDOW_SIZE
         return self._display.shot().crop((left, top, left + width, top + height))
+
+    def size(self) -> tuple[int, int]:
+        """Width and height of the window in px."""
+        return self.person.size(self.person.windows(TITLE)[0])
 
     def wait_for_window(self) -> None:
         self._until(lambda: bool(self.person.windows(TITLE)), "the window")

@@ -8,7 +8,9 @@ from pathlib import Path
 from types import TracebackType
 from typing import IO, Mapping, Sequence
 
-STOP_S = 10.0
+from .project import SLOWNESS
+
+STOP_S = 10.0 * SLOWNESS
 """How long a process may take to end after it was asked to."""
 
 

@@ -8,7 +8,7 @@ import socket
 from pathlib import Path
 
 from .programlog import ProgramLog
-from .project import LOCAL_LIBRARY, PROGRAM
+from .project import LOCAL_LIBRARY, LOG_ENCODING, ON_WINE, PROGRAM
 from .settings import Settings
 
 LOOPBACK = "127.0.0.1"
@@ -66,6 +66,9 @@ class Installation:
         self.root = root
         self.program = root / "Miravel" / PROGRAM.name
         self.program.parent.mkdir(parents=True, exist_ok=True)
+        if ON_WINE:
+            # Nothing else than what goes to a Windows machine may be found.
+            shutil.copytree(PROGRAM.parent, self.program.parent, dirs_exist_ok=True)
         # A copy, because the program takes its real path for the place of its installation.
         fresh = self.program.with_suffix(".new")
         shutil.copy2(PROGRAM, fresh)
@@ -75,7 +78,7 @@ class Installation:
         (root / "log").mkdir(exist_ok=True)
         log = root / "log/Miravel.log"
         log.unlink(missing_ok=True)
-        self.log = ProgramLog(log)
+        self.log = ProgramLog(log, LOG_ENCODING)
         self.settings = Settings(root / "config/Miravel.ini", default_settings())
         self.client_settings = Settings(root / "config/CommonTerminal.ini",
                                         {"LoginMode/loginstate": "1", "RemLastUser/lastuser": USER})

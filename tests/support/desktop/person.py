@@ -34,10 +34,13 @@ class Person:
 
     def position(self, window: str) -> tuple[int, int]:
         """Where a window's upper left corner is on the screen; (-1, -1) when it has gone."""
-        values = dict(line.split("=", 1) for line in
-                      self._tool("xdotool", "getwindowgeometry", "--shell", window).splitlines()
-                      if "=" in line)
+        values = self._geometry(window)
         return int(values.get("X", -1)), int(values.get("Y", -1))
+
+    def size(self, window: str) -> tuple[int, int]:
+        """A window's width and height; (-1, -1) when it has gone."""
+        values = self._geometry(window)
+        return int(values.get("WIDTH", -1)), int(values.get("HEIGHT", -1))
 
     def point(self, x: int, y: int) -> None:
         """Moves the pointer to a place on the screen."""
@@ -68,6 +71,10 @@ class Person:
         if self._clipboard is not None:
             self._clipboard.stop()
             self._clipboard = None
+
+    def _geometry(self, window: str) -> dict[str, str]:
+        lines = self._tool("xdotool", "getwindowgeometry", "--shell", window).splitlines()
+        return dict(line.split("=", 1) for line in lines if "=" in line)
 
     def _tool(self, *command: str) -> str:
         """A short-lived tool's output. A tool that finds nothing exits non-zero; that is no error

@@ -10,8 +10,9 @@ from .waiting import PATIENCE_S, wait_until
 class ProgramLog:
     """Reads from a mark on, so that a test sees only what came after its own action."""
 
-    def __init__(self, path: Path) -> None:
+    def __init__(self, path: Path, encoding: str = "utf-8") -> None:
         self.path = path
+        self._encoding = encoding
         self._mark = 0
 
     def text(self) -> str:
@@ -22,7 +23,11 @@ class ProgramLog:
             return ""
         if len(data) < self._mark:
             self._mark = 0  # the file was moved to its backup and begun anew
-        return data[self._mark:].decode("utf-8", errors="replace")
+        return data[self._mark:].decode(self._encoding, errors="replace")
+
+    def whole(self) -> str:
+        """Everything in the file, whatever was marked."""
+        return self.path.read_bytes().decode(self._encoding)
 
     def mark(self) -> None:
         """From now on only what is written later counts."""

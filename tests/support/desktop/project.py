@@ -8,8 +8,14 @@ from pathlib import Path
 SOURCE = Path(__file__).resolve().parents[3]
 BUILD = Path(os.environ.get("MIRAVEL_BUILD_DIR", SOURCE / "build/release")).resolve()
 
-PROGRAM = BUILD / "bin/Miravel"
-DEMO_SERVICE = BUILD / "bin/demoservice"
+# The Windows build runs under Wine; the service it talks to is this system's.
+ON_WINE = (BUILD / "bin/Miravel.exe").exists()
+PROGRAM = BUILD / ("bin/Miravel.exe" if ON_WINE else "bin/Miravel")
+DEMO_SERVICE = (SOURCE / "build/release" if ON_WINE else BUILD) / "bin/demoservice"
+GATEWAY_LIBRARY_NAME = "KorVpnTool.dll" if ON_WINE else "libKorVpnTool.so"
+# The program writes its log in the encoding of its system.
+LOG_ENCODING = "gbk" if ON_WINE else "utf-8"
+SLOWNESS = 3 if ON_WINE else 1
 KNOWLEDGE = SOURCE / "tools/demoservice/knowledge.json"
 LOCAL_LIBRARY = SOURCE / "resources/LocalQA"
 FONTS = SOURCE / "tests/support/fonts.conf"

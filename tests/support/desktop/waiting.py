@@ -5,9 +5,11 @@ from __future__ import annotations
 import time
 from typing import Callable, TypeVar
 
+from .project import SLOWNESS
+
 Result = TypeVar("Result")
 
-PATIENCE_S = 20.0
+PATIENCE_S = 20.0 * SLOWNESS
 """How long anything may take that normally takes well under a second: a slow machine with a
 sanitizer build must still pass."""
 

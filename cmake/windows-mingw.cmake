@@ -1,0 +1,37 @@
+# Tool chain file: Debian's mingw-w64 and the libraries at build/windows-sdk, which
+# scripts/windows/sdk.sh puts there.
+
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+
+set(triplet x86_64-w64-mingw32)
+# The posix flavour: the other one has no std::thread and no std::mutex.
+set(CMAKE_C_COMPILER ${triplet}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${triplet}-g++-posix)
+set(CMAKE_RC_COMPILER ${triplet}-windres)
+
+get_filename_component(MIRAVEL_WINDOWS_LIBRARIES "${CMAKE_CURRENT_LIST_DIR}/../build/windows-sdk"
+                       ABSOLUTE)
+if(NOT EXISTS "${MIRAVEL_WINDOWS_LIBRARIES}/qt5")
+    message(FATAL_ERROR "no tool chain at ${MIRAVEL_WINDOWS_LIBRARIES}: run scripts/windows/sdk.sh")
+endif()
+
+# Programs run here and come from here; headers and libraries never do.
+set(CMAKE_FIND_ROOT_PATH "${MIRAVEL_WINDOWS_LIBRARIES}/qt5" "${MIRAVEL_WINDOWS_LIBRARIES}/openssl"
+                         /usr/${triplet})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+
+# In lib64, where CMake does not look; these are the names that its module asks for.
+set(LIB_EAY "${MIRAVEL_WINDOWS_LIBRARIES}/openssl/lib64/libcrypto.dll.a"
+    CACHE FILEPATH "")
+set(SSL_EAY "${MIRAVEL_WINDOWS_LIBRARIES}/openssl/lib64/libssl.dll.a" CACHE FILEPATH "")
+
+# What is shipped carries no symbols.
+set(CMAKE_EXE_LINKER_FLAGS_RELEASE_INIT "-s")
+set(CMAKE_MODULE_LINKER_FLAGS_RELEASE_INIT "-s")
+
+# Built test programs run through Wine; the wrapper finds their libraries.
+set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../scripts/windows/wine_run.sh")

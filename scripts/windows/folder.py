@@ -1,0 +1,167 @@
+#!/usr/bin/env python3
+"""Completes and checks the folder that goes to a Windows machine.
+
+Usage: folder.py complete <folder>   adds what Miravel.exe there needs, removes all else
+       folder.py check <folder>      fails when a library is missing or is not needed
+
+Libraries come from build/windows-sdk and from the compiler. What a program or library needs is
+read from it with objdump; what is only loaded at run time is listed here.
+"""
+
+import re
+import shutil
+import subprocess
+import sys
+from pathlib import Path
+
+PROJECT = Path(__file__).resolve().parents[2]
+SDK = PROJECT / "build" / "windows-sdk"
+TRIPLET = "x86_64-w64-mingw32"
+PROGRAM = "Miravel.exe"
+
+# Loaded by name at run time. No bearer plugin: it polls the wireless card for nothing here.
+PLUGINS = [
+    "platforms/qwindows.dll",
+    "imageformats/qgif.dll",
+    "imageformats/qico.dll",
+    "imageformats/qjpeg.dll",
+    "styles/qwindowsvistastyle.dll",
+]
+RUN_TIME_LIBRARIES = ["libssl-3-x64.dll", "libcrypto-3-x64.dll"]
+
+# Part of every Windows since 7.
+SYSTEM = {
+    name.lower() + ".dll"
+    for name in """advapi32 authz bcrypt comctl32 comdlg32 crypt32 d3d11 dnsapi dwmapi dwrite dxgi gdi32 imm32
+    iphlpapi kernel32 mpr msvcrt netapi32 ntdll ole32 oleaut32 rpcrt4 secur32 setupapi shell32
+    shlwapi user32 userenv uxtheme version winmm winspool ws2_32 wtsapi32""".split()
+} | {"winspool.drv"}
+
+
+def compiler_folders():
+    """Where the compiler keeps its run-time libraries."""
+    compiler = f"{TRIPLET}-g++-posix"
+    for name in ("libstdc++-6.dll", "libwinpthread-1.dll"):
+        found = subprocess.run([compiler, f"-print-file-name={name}"], check=True,
+                               capture_output=True, text=True).stdout.strip()
+        if "/" in found:
+            yield Path(found).resolve().parent
+    yield Path("/usr") / TRIPLET / "lib"
+
+
+def imports(binary):
+    """Names of the libraries that the binary is linked to, as written in it."""
+    text = subprocess.run([f"{TRIPLET}-objdump", "-p", str(binary)], check=True,
+                          capture_output=True, text=True).stdout
+    return re.findall(r"DLL Name: (\S+)", text)
+
+
+def is_system(name):
+    return name.lower() in SYSTEM or name.lower().startswith("api-ms-win-")
+
+
+def find_library(name, folders):
+    for folder in folders:
+        if (folder / name).exists():
+            return folder / name
+    sys.exit(f"windows folder: {name} is nowhere among the tool chain's libraries")
+
+
+def place(source, target):
+    """Copies a library without its symbols, unless the same one is there."""
+    if target.exists() and target.stat().st_mtime >= source.stat().st_mtime:
+        return
+    target.parent.mkdir(parents=True, exist_ok=True)
+    subprocess.run([f"{TRIPLET}-strip", "--strip-unneeded", "-o", str(target), str(source)],
+                   check=True)
+
+
+def complete(folder):
+    folders = [SDK / "qt5/bin", SDK / "openssl/bin", *compiler_folders()]
+    plugins = SDK / "qt5/plugins"
+    wanted = {PROGRAM}
+    waiting = [folder / PROGRAM]
+    for name in PLUGINS:
+        place(plugins / name, folder / name)
+        waiting.append(folder / name)
+        wanted.add(name)
+    names = list(RUN_TIME_LIBRARIES)
+    while waiting or names:
+        if waiting:
+            names += [name for name in imports(waiting.pop()) if not is_system(name)]
+            continue
+        name = names.pop()
+        if name not in wanted:
+            wanted.add(name)
+            place(find_library(name, folders), folder / name)
+            waiting.append(folder / name)
+    for path in sorted(folder.rglob("*"), reverse=True):
+        if path.is_dir():
+            if not any(path.iterdir()):
+                path.rmdir()
+        elif path.relative_to(folder).as_posix() not in wanted:
+            path.unlink()
+
+
+def header(binary):
+    return subprocess.run([f"{TRIPLET}-objdump", "-p", str(binary)], check=True,
+                          capture_output=True, text=True).stdout
+
+
+def problems(folder):
+    """One line for each thing that is wrong with the folder."""
+    files = {path.relative_to(folder).as_posix(): path
+             for path in folder.rglob("*") if path.is_file()}
+    for name in [PROGRAM, *PLUGINS, *RUN_TIME_LIBRARIES]:
+        if name not in files:
+            yield f"{name} is missing"
+    needed = {PROGRAM, *PLUGINS, *RUN_TIME_LIBRARIES}
+    beside_program = {name for name in files if "/" not in name}
+    for name, path in files.items():
+        if not name.lower().endswith((".exe", ".dll")):
+            yield f"{name} does not belong there"
+            continue
+        for library in imports(path):
+            if library in beside_program:
+                needed.add(library)
+            elif not is_system(library):
+                yield f"{name} needs {library}, which is missing"
+    for name in sorted(set(files) - needed):
+        yield f"{name} is there but nothing needs it"
+    if PROGRAM in files:
+        text = header(files[PROGRAM])
+        if "(Windows GUI)" not in text:
+            yield f"{PROGRAM} would open a console"
+        stack = re.search(r"SizeOfStackReserve\s+([0-9a-f]+)", text)
+        if not stack or int(stack[1], 16) < 8 << 20:
+            yield f"{PROGRAM} reserves less than 8 MiB of stack"
+        for section in (".rsrc",):
+            if section not in subprocess.run([f"{TRIPLET}-objdump", "-h", str(files[PROGRAM])],
+                                             check=True, capture_output=True, text=True).stdout:
+                yield f"{PROGRAM} has no icon and version"
+
+
+def check(folder):
+    found = list(problems(folder))
+    for problem in found:
+        print(f"windows folder: {problem}", file=sys.stderr)
+    if found:
+        sys.exit(1)
+    files = [path for path in folder.rglob("*") if path.is_file()]
+    size = sum(path.stat().st_size for path in files) / (1 << 20)
+    print(f"windows folder: {len(files)} files, {size:.1f} MiB, none missing, none unneeded: {folder}")
+
+
+def main():
+    if len(sys.argv) != 3 or sys.argv[1] not in ("complete", "check"):
+        sys.exit(__doc__)
+    folder = Path(sys.argv[2]).resolve()
+    if not (folder / PROGRAM).exists():
+        sys.exit(f"windows folder: no {PROGRAM} in {folder}")
+    if sys.argv[1] == "complete":
+        complete(folder)
+    check(folder)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Builds for Windows and runs the tests under Wine: test.sh [CTEST-ARGUMENT...]
+# Ends with what passed, what was skipped inside the tests, and which tests do not run there.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+
+scripts/windows/build.sh all
+scripts/build.sh release demoservice # the service that the Windows program talks to
+scripts/windows/wine_prefix.sh
+source scripts/windows/wine_environment.sh
+
+# One display for everything, and one Wine server kept between the programs. Both end with this
+# script; only the project's own prefix is touched.
+display_file=$(mktemp)
+Xvfb -displayfd 3 -noreset -screen 0 1280x1024x24 -nolisten tcp 3>"$display_file" 2>/dev/null &
+display=$!
+end() {
+    kill "$display" 2>/dev/null || true
+    env "${wine_environment[@]}" wineserver --kill 2>/dev/null || true
+    rm -f "$display_file"
+}
+trap end EXIT
+until [[ -s $display_file ]]; do
+    kill -0 "$display"
+    sleep 0.1
+done
+DISPLAY=:$(<"$display_file")
+export DISPLAY
+env "${wine_environment[@]}" wineserver --persistent
+
+results=$PWD/build/windows/test-results.xml
+rm -f "$results"
+failed=0
+ctest --preset windows -j"${MIRAVEL_TEST_JOBS:-$(nproc)}" --no-tests=error \
+    --output-junit "$results" --test-output-size-passed 1048576 "$@" || failed=1
+/usr/bin/python3 scripts/check_results.py "$results" || failed=1
+echo "tests that do not run on Windows:"
+cat build/windows/not-on-windows.txt
+exit "$failed"

@@ -1,0 +1,107 @@
+"""What is different on Windows, with the real program: the registry, the named pipe, the code page,
+backslashes, and the picture that its window gives."""
+
+from __future__ import annotations
+
+import os
+import shutil
+import unittest
+from pathlib import Path
+
+from desktop.assistant import Assistant
+from desktop.conversation import WINDOW_SIZE
+from desktop.installation import USER
+from desktop.programlog import ProgramLog
+from desktop.project import BUILD, LOG_ENCODING
+from desktop.runner import Runner
+from desktop.testcase import DesktopTest
+
+QUESTION_TEXT = "客户端的服务器地址怎么填"
+LOGON_KEY = r"HKLM\Software\VDAgent\LogonInfo"
+REGISTRY_USER = "云桌面用户"
+SCREENSHOTS = BUILD / "screenshots"
+
+
+class WindowsTest(DesktopTest):
+    def test_answered_question_is_saved_as_a_picture(self) -> None:
+        service = self.start_service()
+        assistant = self.start_greeted()
+        assistant.ask(QUESTION_TEXT)
+        assistant.wait_for_answer(QUESTION_TEXT)
+        SCREENSHOTS.mkdir(exist_ok=True)
+        assistant.look().save(SCREENSHOTS / "wine-answer.png")
+        self.assertIn(f"accountId={USER!r}".replace("'", '"'), self.last_question(service))
+        self.close_cleanly(assistant)
+
+    def test_user_name_of_a_shortcut_start_comes_from_the_registry(self) -> None:
+        service = self.start_service()
+        self.lay_out_for_shortcut()
+
+        def prepare(runner: Runner) -> None:
+            runner.set_registry_text(LOGON_KEY, "iRAIUser", REGISTRY_USER)
+        assistant = self.enterContext(Assistant(self.installation, self.display, arguments=(),
+                                                prepare=prepare))
+        assistant.wait_for_greeting()
+        assistant.ask(QUESTION_TEXT)
+        assistant.wait_for_answer(QUESTION_TEXT)
+        self.assertIn(f'accountId="{REGISTRY_USER}"', self.last_question(service))
+        self.close_cleanly(assistant)
+
+    def test_shortcut_start_without_the_registry_value_has_no_user_name(self) -> None:
+        service = self.start_service()
+        self.lay_out_for_shortcut()
+        assistant = self.enterContext(Assistant(self.installation, self.display, arguments=()))
+        assistant.wait_for_greeting()
+        assistant.ask(QUESTION_TEXT)
+        assistant.wait_for_answer(QUESTION_TEXT)
+        self.assertIn('accountId=""', self.last_question(service))
+        self.close_cleanly(assistant)
+
+    def test_second_start_ends_and_leaves_the_first_answering(self) -> None:
+        self.start_service()
+        assistant = self.start_greeted()
+        self.assertEqual(0, assistant.start_again())
+        self.assertEqual(2, assistant.log.whole().count("Caller Type: vdi"))
+        assistant.ask(QUESTION_TEXT)
+        assistant.wait_for_answer(QUESTION_TEXT)
+        self.close_cleanly(assistant)
+
+    def test_log_is_written_in_the_code_page_with_windows_line_ends(self) -> None:
+        self.start_service()
+        assistant = self.start_greeted()
+        assistant.ask(QUESTION_TEXT)
+        assistant.wait_for_answer(QUESTION_TEXT)
+        self.close_cleanly(assistant)
+        data = assistant.log.path.read_bytes()
+        self.assertIn(f"question:{QUESTION_TEXT}".encode("gbk"), data)
+        self.assertNotIn(QUESTION_TEXT.encode("utf-8"), data)
+        self.assertEqual(data.count(b"\n"), data.count(b"\r\n"))
+        self.assertRegex(data.decode("gbk"), r"\[[-0-9]+ [:0-9]+ main\.cpp  line: \d+\]: Caller Type")
+
+    def test_scale_factor_of_the_caller_leaves_the_size(self) -> None:
+        self.start_service()
+        assistant = self.start_greeted({"QT_SCALE_FACTOR": "2", "QT_QPA_PLATFORM": "nonexistent"})
+        self.assertEqual(WINDOW_SIZE, assistant.size())
+        self.close_cleanly(assistant)
+
+    def test_program_started_by_a_path_with_backslashes(self) -> None:
+        self.start_service()
+        self.installation.program = Path("Z:" + str(self.installation.program).replace("/", "\\"))
+        assistant = self.start_greeted()
+        self.close_cleanly(assistant)
+
+    def lay_out_for_shortcut(self) -> None:
+        """Moves configuration and log into the program's folder."""
+        folder = self.installation.program.parent
+        shutil.copytree(self.installation.root / "config", folder / "config")
+        os.remove(self.installation.root / "config/Miravel.ini")
+        (folder / "log").mkdir()
+        self.installation.log = ProgramLog(folder / "log/Miravel.log", LOG_ENCODING)
+
+    def last_question(self, service) -> str:
+        """The service's line about the last question that it was asked."""
+        return [line for line in service.log.text().splitlines() if "call=ask" in line][-1]
+
+
+if __name__ == "__main__":
+    unittest.main()
