@@ -1,6 +1,7 @@
 #include "service/serviceendpoint.h"
 
 #include <mutex>
+#include <utility>
 
 namespace {
 
@@ -26,9 +27,9 @@ ServiceEndpoint resolvedEndpoint()
     return guarded.endpoint;
 }
 
-void setResolvedEndpoint(const ServiceEndpoint &endpoint)
+void setResolvedEndpoint(ServiceEndpoint endpoint)
 {
     GuardedEndpoint &guarded = guardedEndpoint();
     const std::lock_guard<std::mutex> lock(guarded.mutex);
-    guarded.endpoint = endpoint;
+    std::swap(guarded.endpoint, endpoint); // the old texts are freed outside of the lock
 }

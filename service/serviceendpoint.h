@@ -18,4 +18,4 @@ struct ServiceEndpoint
 
 /// Replaces the process-wide resolved endpoint, both halves at once, so that no reader ever sees
 /// the address of one resolution with the port of another. Any thread.
-void setResolvedEndpoint(const ServiceEndpoint &endpoint);
+void setResolvedEndpoint(ServiceEndpoint endpoint);

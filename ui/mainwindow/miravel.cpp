@@ -4,7 +4,10 @@
 #include "app/logstream.h"
 #include "service/hotqueststhread.h"
 #include "ui/answer/qaregion.h"
+#include "ui/mainwindow/hotpaging.h"
+#include "ui/mainwindow/hotquestionscolumn.h"
 #include "ui/mainwindow/inputpanel.h"
+#include "ui/mainwindow/loadingoverlay.h"
 #include "ui/mainwindow/titlebar.h"
 
 #include <QDir>
@@ -23,6 +26,7 @@ constexpr QRect regionPlace(2, 58, 646, 490);
 
 constexpr int associationTickMs = 1000;
 constexpr int loginPollMs = 60000;
+constexpr int hotRefreshMs = 1800000;
 constexpr unsigned long workerStopMs = 2000;
 
 const char *boolText(bool value)
@@ -42,6 +46,7 @@ Miravel::Miravel(QWidget *parent)
     m_region->setGeometry(regionPlace);
     buildInput();
     delete_gif();
+    connect(&m_hotRefresh, &QTimer::timeout, this, &Miravel::refreshHotQuestionsTimer);
     centreOnScreen();
     raise();
     activateWindow();
@@ -49,13 +54,19 @@ Miravel::Miravel(QWidget *parent)
 
 Miravel::~Miravel()
 {
-    if (m_hotWorker.isNull()) {
+    stopHotWorker(m_hotWorker);
+    stopHotWorker(m_refreshWorker);
+}
+
+void Miravel::stopHotWorker(const QPointer<HotQuestsThread> &worker)
+{
+    if (worker.isNull()) {
         return;
     }
-    m_hotWorker->disconnect(this);
-    m_hotWorker->quit(); // ends the waits inside the worker as well
-    if (m_hotWorker->wait(workerStopMs)) {
-        delete m_hotWorker;
+    worker->disconnect(this);
+    worker->quit(); // ends the waits inside the worker as well
+    if (worker->wait(workerStopMs)) {
+        delete worker;
     }
     // A worker that still runs is left alone: destroying a running thread would abort the program.
 }
@@ -125,6 +136,7 @@ void Miravel::startForVdiClient()
     startedByVdiClient = true;
     panelReady = true;
     buildHotQuestions();
+    m_hotRefresh.start(hotRefreshMs);
 }
 
 void Miravel::startForLauncher()
@@ -164,10 +176,16 @@ void Miravel::switchToOnlineMode()
     startedByVdiClient = false;
     panelReady = true;
     buildHotQuestions();
+    m_hotRefresh.start(hotRefreshMs);
 }
 
 void Miravel::buildHotQuestions()
 {
+    delete m_hotColumn;
+    m_hotColumn = new HotQuestionsColumn(m_inner);
+    connect(m_hotColumn, &HotQuestionsColumn::questionClicked, this, &Miravel::hotRecom_list_click);
+    connect(m_hotColumn, &HotQuestionsColumn::nextPageRequested, this, &Miravel::showNextHotPage);
+    m_hotColumn->show();
     if (getIDP) {
         getHotQuestion_thread_right();
     } else {
@@ -177,16 +195,30 @@ void Miravel::buildHotQuestions()
 
 void Miravel::getHotQuestion_thread_right()
 {
+    m_overlay = std::make_unique<LoadingOverlay>(m_hotColumn, m_inner);
     LOG_INFO() << "begin to start qthread for get hot questions";
-    // No owner: the worker outlives a window that goes, and deletes itself when it has finished.
-    m_hotWorker = new HotQuestsThread(this);
-    connect(m_hotWorker, &HotQuestsThread::hotQuests_signal, this, &Miravel::getHotQuestion_right);
-    connect(m_hotWorker, &HotQuestsThread::finished, m_hotWorker, &QObject::deleteLater);
-    m_hotWorker->start();
+    m_hotWorker = startHotWorker(&Miravel::getHotQuestion_right);
+}
+
+void Miravel::refreshHotQuestionsTimer()
+{
+    LOG_INFO() << "refresh hot questions timer by a new qthread";
+    m_refreshWorker = startHotWorker(&Miravel::refreshHotQuestions);
+}
+
+HotQuestsThread *Miravel::startHotWorker(void (Miravel::*result)(const QJsonArray &))
+{
+    // No owner: a worker outlives a window that goes, and deletes itself when it has finished.
+    auto *worker = new HotQuestsThread(this);
+    connect(worker, &HotQuestsThread::hotQuests_signal, this, result);
+    connect(worker, &HotQuestsThread::finished, worker, &QObject::deleteLater);
+    worker->start();
+    return worker;
 }
 
 void Miravel::getHotQuestion_right(const QJsonArray &hotQuestions)
 {
+    m_overlay.reset();
     isGetHotQuests = true;
     if (hotQuestions.isEmpty()) {
         LOG_WARNING() << "Network problem! failed to get hot issues.";
@@ -198,16 +230,107 @@ void Miravel::getHotQuestion_right(const QJsonArray &hotQuestions)
     }
     LOG_INFO() << "Get hot issues successfully! hot_questions_num: (%d)" << hotQuestions.size();
     m_region->addRobotMessage(tr("您好，我是Miravel，请简要描述您的问题或错误提示!"));
+    showServiceQuestions(hotQuestions);
     emit rightRegionSuccess();
+}
+
+void Miravel::refreshHotQuestions(const QJsonArray &hotQuestions)
+{
+    if (!m_refreshWorker.isNull()) {
+        m_refreshWorker->quit();
+        m_refreshWorker->wait(); // it has sent its result and is about to end
+    }
+    if (hotQuestions.isEmpty()) {
+        LOG_WARNING() << "failed to get hot issues";
+        if (getIDP) {
+            m_region->addRobotMessage(tr("热门问题刷新失败，您可在“热门问答”区域查看常见问题。"));
+            m_region->scrollToBottom();
+            showLocalQA();
+            LOG_INFO() << "before hot issues online, now refresh LocalQA";
+        }
+        return;
+    }
+    LOG_INFO() << "Get hot issues successfully, refresh";
+    if (!getIDP) {
+        m_region->addRobotMessage(tr("热门问题刷新成功。"));
+        m_region->scrollToBottom();
+    }
+    netHotWork = false;
+    getIDP = true;
+    showServiceQuestions(hotQuestions);
+}
+
+void Miravel::showServiceQuestions(const QJsonArray &hotQuestions)
+{
+    m_hotQuestions = hotQuestions;
+    hotPage = 0;
+    m_hotColumn->setNextPageVisible(true);
+    m_hotColumn->showServicePage(m_hotQuestions, hotPage);
+}
+
+void Miravel::showNextHotPage()
+{
+    if (!getIDP) {
+        switchHotQuestionLocation_change();
+        return;
+    }
+    hotPage = nextServicePage(hotPage, m_hotQuestions.size());
+    m_hotColumn->showServicePage(m_hotQuestions, hotPage);
 }
 
 void Miravel::switchHotQuestionLocation_show()
 {
+    LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)"
+               << questLocation.size() - 1 << "netHotWork：" << boolText(netHotWork);
     const QString explanation = netHotWork
                                   ? tr("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
                                        "您可在“热门问答”区域查看常见问题。")
                                   : notLoggedInText();
     m_region->addRobotMessage(explanation);
+    hotPage = 0;
+    if (questLocation.size() > 1) {
+        m_hotColumn->setNextPageVisible(true);
+        m_hotColumn->showLocalPage(questLocation, hotPage);
+        emit rightRegionSuccess();
+    }
+}
+
+void Miravel::showLocalQA()
+{
+    getIDP = false;
+    panelReady = true;
+    LOG_INFO() << "questLocation size" << questLocation.size() - 1;
+    hotPage = 0;
+    m_hotColumn->setNextPageVisible(true);
+    m_hotColumn->showLocalPage(questLocation, hotPage);
+}
+
+void Miravel::switchHotQuestionLocation_change()
+{
+    hotPage = nextLocalPage(hotPage, questLocation.size());
+    m_hotColumn->showLocalPage(questLocation, hotPage);
+}
+
+void Miravel::hotRecom_list_click(QString question, qint64 questionId)
+{
+    LOG_INFO() << "hotRecom click."
+               << "question: " << question << "questionId: " << questionId;
+    LOG_INFO() << "getIDP: " << boolText(getIDP);
+    if (getIDP) {
+        m_region->Miss_RecomSend(question, QStringLiteral("hotquestion"), QString(), questionId);
+        return;
+    }
+    const int place = getLocationQuest_Num(question);
+    LOG_INFO() << "locatNum: " << place;
+    if (place >= 0) {
+        m_region->addQuestionBubble(question);
+        m_region->showAnswer(question, answerLocation.at(place));
+    }
+}
+
+int Miravel::getLocationQuest_Num(QString question)
+{
+    return questLocation.indexOf(question);
 }
 
 QString Miravel::notLoggedInText()

@@ -1,14 +1,18 @@
 #pragma once
 
+#include <QJsonArray>
 #include <QPoint>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
 
+#include <memory>
+
+class HotQuestionsColumn;
 class HotQuestsThread;
 class InputPanel;
+class LoadingOverlay;
 class QARegion;
-class QJsonArray;
 class TitleBar;
 
 /// The program's only top-level window: a frameless chat window of 920 x 640 px. It decides whether
@@ -50,15 +54,27 @@ public slots:
     /// Sends what is typed, as far as it is not blank, and empties the input box.
     void send_messages();
 
+    /// A hot question was clicked: it is asked, or answered from the local library.
+    void hotRecom_list_click(QString question, qint64 questionId);
+
+    /// The place of \a question in the local library, or -1.
+    [[nodiscard]] int getLocationQuest_Num(QString question);
+
     /// Runs once a second while the user may be typing.
     void showAssociation();
 
     /// Gives the input box its typing style.
     void TextInput_color();
 
+    /// Shows the next page of the local questions.
+    void switchHotQuestionLocation_change();
+
     /// Reads from the client's settings whether the desktop is logged in.
     void JudgeUser_ifLogined_ByConfig();
     void about_clicked();
+
+    /// Fetches the hot questions anew; runs every 30 minutes.
+    void refreshHotQuestionsTimer();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -75,7 +91,13 @@ private:
     void buildHotQuestions();
     void getHotQuestion_thread_right();
     void getHotQuestion_right(const QJsonArray &hotQuestions);
+    void refreshHotQuestions(const QJsonArray &hotQuestions);
     void switchHotQuestionLocation_show();
+    void showLocalQA();
+    void showServiceQuestions(const QJsonArray &hotQuestions);
+    void showNextHotPage();
+    [[nodiscard]] HotQuestsThread *startHotWorker(void (Miravel::*result)(const QJsonArray &));
+    void stopHotWorker(const QPointer<HotQuestsThread> &worker);
     [[nodiscard]] static QString notLoggedInText();
 
     /// Answers \a question, or says why it cannot be asked yet. The two texts begin the log line.
@@ -91,12 +113,20 @@ private:
     bool loggedIn = false;      ///< a login check has found the desktop logged in
     bool menuOpen = false;      ///< the input box's own context menu is showing
     QString lastInputText;
+    int hotPage = 0;                       ///< where the page of hot questions that is shown begins
+    QJsonArray m_hotQuestions;             ///< the service's, that the next page is taken from
+    QStringList questLocation{QString()};  ///< questions of the local library, from index 1 on
+    QStringList answerLocation{QString()}; ///< their answers, at the same indices
     QPoint m_dragOffset;
 
     QWidget *m_inner = nullptr;
     QARegion *m_region = nullptr;
     InputPanel *m_inputPanel = nullptr;
+    HotQuestionsColumn *m_hotColumn = nullptr;
+    std::unique_ptr<LoadingOverlay> m_overlay;
     QPointer<HotQuestsThread> m_hotWorker;
+    QPointer<HotQuestsThread> m_refreshWorker;
     QTimer m_associationTick;
     QTimer m_loginPoll;
+    QTimer m_hotRefresh;
 };

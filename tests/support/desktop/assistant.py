@@ -120,6 +120,14 @@ class Assistant:
         self._until(lambda: self.log.has("send messages"), f"the sending of {question!r}")
         self.rest()
 
+    def ask_by_click(self, x: int, y: int) -> None:
+        """Asks the question that stands at a place in the window."""
+        self.log.mark()
+        self.rest()
+        self._before = self.look()
+        self.click(x, y)
+        self.rest()
+
     def wait_for_bubbles(self, kinds: tuple[str, ...], what: str) -> list[Bubble]:
         """Waits until the newest bubbles in view are of these kinds, from top to bottom, each with
         text in it; gives all in view."""

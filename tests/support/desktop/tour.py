@@ -13,6 +13,13 @@ PLAIN = ("怎样进入和退出全屏", "Hit question, But no Recommend!")
 RICH = ("如何登录云桌面", "Hit question, and have Recommends!")
 UNKNOWN = ("今天食堂有什么好吃的", "No hits and no recommendation questions!")
 
+# The eighth row of the hot questions, in px from the window's upper left corner, and its text.
+HOT_ROW = (760, 344)
+HOT_QUESTION = "云桌面连接不上怎么办？"
+# The first row of the recommendations below the answer that was asked for last.
+RECOMMENDED_ROW = (160, 284)
+RECOMMENDED = "忘记登录密码怎么办？"
+
 
 class Tour:
     """Does what a person would do, in order; stops with NotSeen at the first thing missing."""
@@ -32,7 +39,9 @@ class Tour:
         self._save("greeting")
         self._ask(*PLAIN, "answer")
         self._ask(*RICH, "rich-answer")
+        self._click(RECOMMENDED_ROW, RECOMMENDED, "recommend", "recommendation")
         self._ask(*UNKNOWN, "unknown-question")
+        self._click(HOT_ROW, HOT_QUESTION, "hotquestion", "hot-question")
         self._close()
 
     def _ask(self, question: str, logged: str, picture: str) -> None:
@@ -42,6 +51,16 @@ class Tour:
         self._assistant.wait_for_log(f"Ask_And_Answer question:{question}", logged)
         self._service.log.wait_for("call=ask", "verdict=accepted", "signature=good",
                                    f'question="{question}"')
+        self._save(picture)
+
+    def _click(self, place: tuple[int, int], question: str, source: str, picture: str) -> None:
+        """A question that is asked by a click on it."""
+        self._service.log.mark()
+        self._assistant.ask_by_click(*place)
+        self._assistant.wait_for_answer(question)
+        self._assistant.wait_for_log(f"Ask_And_Answer question:{question}", "nSize_Recom:")
+        self._service.log.wait_for("call=ask", "verdict=accepted", "signature=good",
+                                   f'question="{question}"', f'source="{source}"')
         self._save(picture)
 
     def _save(self, name: str) -> None:

@@ -1,0 +1,177 @@
+#include "ui/mainwindow/hotquestionscolumn.h"
+
+#include "ui/mainwindow/hotpaging.h"
+#include "ui/style/shadow.h"
+#include "ui/style/styles.h"
+
+#include <QJsonArray>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+
+#include <memory>
+
+namespace {
+
+constexpr QRect columnPlace(648, 58, 272, 582);
+constexpr QRect markPlace(24, 24, 4, 18);
+constexpr QRect headingPlace(36, 23, 56, 19);
+constexpr QRect nextPagePlace(192, 26, 56, 14);
+constexpr QRect framePlace(24, 53, 224, 496);
+constexpr QRect listPlace(0, 8, 224, 480);
+
+constexpr QSize rowSize(224, 30);
+constexpr QRect rowButtonPlace(16, 7, 192, 16);
+
+// The rows that carry the icon, and how their texts and those of the others are cut.
+constexpr int iconRows = 3;
+constexpr QSize iconSize(22, 12);
+constexpr int iconTop = 2;
+constexpr int iconGap = 12;
+constexpr int iconLastLeft = 170;
+constexpr int iconFreeWidth = 160;
+constexpr int iconRowWidth = 168;
+constexpr int rowLimit = 190;
+constexpr int rowElidedWidth = 184;
+
+constexpr QLatin1String rowButtonStyle(
+    "QPushButton{color:rgb(29,38,51);font:12px Microsoft YaHei;text-align: left;border:none;}");
+constexpr QLatin1String nextPageStyle(
+    "QPushButton{background:url(:/Images/btn-switch.png) no-repeat;margin-left: 0px;margin-top:0px;"
+    "text-align: right bottom; padding-right: 0px;  padding-bottom: -1px;color:rgb(51,47,29);}"
+    "QPushButton:hover{background:url(:/Images/btn-switch-hover.png) no-repeat;color:rgb(41,100,"
+    "245);}QPushButton:pressed{background:url(:/Images/btn-switch-pressed.png) no-repeat;color:rgb("
+    "37,90,219);}QPushButton{background-color: transparent;border:none;font:12px Microsoft YaHei;}");
+
+QFontMetrics rowMetrics(QWidget *parent)
+{
+    QLabel measure(parent);
+    measure.setStyleSheet(QStringLiteral("QLabel{font:12px Microsoft YaHei;}"));
+    measure.ensurePolished();
+    return measure.fontMetrics();
+}
+
+void addIcon(QPushButton *button, int textWidth)
+{
+    auto *icon = new QLabel(button);
+    icon->setStyleSheet(QStringLiteral("QLabel{border-image: url(:/Images/icon-hot.png);}"));
+    const int left = textWidth < iconFreeWidth ? textWidth + iconGap : iconLastLeft;
+    icon->setGeometry(QRect(QPoint(left, iconTop), iconSize));
+    icon->setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+/// As it must be given to a button for an ampersand to be seen.
+QString buttonText(QString text)
+{
+    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+} // namespace
+
+QPushButton *makeNextPageButton(QWidget *parent)
+{
+    auto *button = new QPushButton(HotQuestionsColumn::tr("换一换"), parent);
+    button->setGeometry(nextPagePlace);
+    button->setStyleSheet(nextPageStyle);
+    button->setCursor(Qt::PointingHandCursor);
+    return button;
+}
+
+HotQuestionsColumn::HotQuestionsColumn(QWidget *parent)
+    : QWidget(parent)
+{
+    setGeometry(columnPlace);
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(
+        QStringLiteral("QWidget{background-color:rgb(240, 241, 245);border-left:1px solid "
+                       "rgb(208, 210, 217);}"));
+    auto *mark = new QLabel(this);
+    mark->setGeometry(markPlace);
+    mark->setStyleSheet(QStringLiteral("QLabel{background-color:rgb(41, 100, 245);border:none;}"));
+    auto *heading = new QLabel(tr("热门问答"), this);
+    heading->setGeometry(headingPlace);
+    heading->setStyleSheet(QStringLiteral(
+        "QLabel{color:rgb(29, 38, 51);font:bold 14px Microsoft YaHei;border:none;}"));
+
+    auto *frame = new QFrame(this);
+    frame->setGeometry(framePlace);
+    frame->setStyleSheet(QStringLiteral("QFrame{background-color:white;border:1px solid rgb(238, "
+                                        "240, 244);}"));
+    addSurfaceShadow(frame);
+    m_list = new QListWidget(frame);
+    m_list->setGeometry(listPlace);
+    // The column's border is for itself alone.
+    m_list->setStyleSheet(styles::plainList + QLatin1String("QWidget{border:none;}"));
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_list->setSelectionMode(QAbstractItemView::NoSelection);
+    m_list->setFocusPolicy(Qt::NoFocus); // its buttons take the focus
+    m_nextPage = makeNextPageButton(this);
+    m_nextPage->hide();
+    connect(m_nextPage, &QPushButton::clicked, this, &HotQuestionsColumn::nextPageRequested);
+}
+
+void HotQuestionsColumn::showServicePage(const QJsonArray &questions, int start)
+{
+    m_list->clear();
+    for (int row = 0; row < hotRowsPerPage; ++row) {
+        fillRow(addRow(), row + 1, readSuggestedQuestion(questions.at(start + row)));
+    }
+}
+
+void HotQuestionsColumn::showLocalPage(const QStringList &entries, int start)
+{
+    m_list->clear();
+    for (int row = 0; row < hotRowsPerPage; ++row) {
+        QWidget *widget = addRow();
+        const int entry = start + row + 1;
+        if (entry >= entries.size()) {
+            return;
+        }
+        fillRow(widget, row + 1, {entries.at(entry), 0});
+    }
+}
+
+void HotQuestionsColumn::setNextPageVisible(bool visible)
+{
+    m_nextPage->setVisible(visible);
+}
+
+QWidget *HotQuestionsColumn::addRow()
+{
+    auto *row = new QWidget(m_list->viewport());
+    row->setStyleSheet(styles::whiteItem);
+    row->setFixedSize(rowSize);
+    auto item = std::make_unique<QListWidgetItem>();
+    item->setSizeHint(rowSize);
+    m_list->addItem(item.get());
+    m_list->setItemWidget(item.release(), row); // owned by the list since addItem()
+    return row;
+}
+
+void HotQuestionsColumn::fillRow(QWidget *row, int number, const SuggestedQuestion &question)
+{
+    const QString text = QString::number(number) + QLatin1String(". ") + question.text;
+    const QFontMetrics metrics = rowMetrics(row);
+    const int width = metrics.horizontalAdvance(text);
+    const bool hasIcon = number <= iconRows;
+    auto *button = new QPushButton(row);
+    button->setFlat(true);
+    button->setGeometry(rowButtonPlace);
+    button->setStyleSheet(rowButtonStyle);
+    button->setCursor(Qt::PointingHandCursor);
+    button->setAccessibleName(question.text);
+    if (width > (hasIcon ? iconRowWidth : rowLimit)) {
+        const int limit = hasIcon ? iconRowWidth : rowElidedWidth;
+        button->setText(buttonText(metrics.elidedText(text, Qt::ElideRight, limit)));
+        button->setToolTip(question.text);
+    } else {
+        button->setText(buttonText(text));
+    }
+    if (hasIcon && !question.text.isEmpty()) {
+        addIcon(button, width);
+    }
+    connect(button, &QPushButton::clicked, this,
+            [this, question] { emit questionClicked(question.text, question.id); });
+    button->show();
+}
