@@ -216,6 +216,9 @@ void TestCopyMenu::animatedPicture_isCopiedAsTheFirstFrameOfItsFile()
 
 void TestCopyMenu::animatedPictureWithoutFile_copiesAnEmptyPicture()
 {
+#ifdef Q_OS_WIN
+    QSKIP("The file of a picture that plays cannot be removed on this system.");
+#endif
     const QByteArray gif = QByteArray::fromHex("47494638396101000100800000ff0000ffffff"
                                                "2c00000000010001000002024401003b");
     m_region->showAnswer(QStringLiteral("t"), pictureTag(gif, "gif"));
