@@ -29,7 +29,7 @@ const QLatin1String successMarker("\"errorCode\":\"0\"");
 
 ServiceEndpoint chooseTarget(bool configFallback, const ServiceEndpoint &configured)
 {
-    const ServiceEndpoint resolved = resolvedEndpoint();
+    ServiceEndpoint resolved = resolvedEndpoint();
     if (!fallsBackToConfigured(configFallback, resolved)) {
         return resolved;
     }
