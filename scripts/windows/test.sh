@@ -5,7 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 
 scripts/windows/build.sh all
-scripts/build.sh release demoservice # the service that the Windows program talks to
+# This system's program, to compare with, and the service that both talk to.
+scripts/build.sh release Miravel demoservice
 scripts/windows/wine_prefix.sh
 source scripts/windows/wine_environment.sh
 
