@@ -92,6 +92,7 @@ private slots:
     void licenceFileMissing_thenThere_opens();
     void licenceFileEmpty_opensEmpty();
     void licenceFileOfFiveMegabytes_opens();
+    void licenceFileOfOneEndlessWord_opens();
     void licenceTags_areRendered();
     void licenceText_isReadInTheSystemsCodePage();
     void licenceScript_neitherRunsNorShows();
@@ -546,6 +547,18 @@ void TestAboutDialog::licenceFileOfFiveMegabytes_opens()
     const QString shown = view(openLicence())->toPlainText();
     QVERIFY(shown.startsWith(QLatin1String("begin")));
     QVERIFY(shown.endsWith(QLatin1String("end")));
+}
+
+void TestAboutDialog::licenceFileOfOneEndlessWord_opens()
+{
+    const QByteArray word(1024 * 1024, 'x');
+    writeLicence(word);
+    openAbout();
+    // Laid out in one piece it would take minutes: the test program would not come to its end.
+    OpenSouLicense *licence = openLicence();
+    QVERIFY(QTest::qWaitForWindowExposed(licence));
+    QVERIFY(view(licence)->toPlainText().remove(QChar(0x200b)) == QLatin1String(word));
+    QCOMPARE(view(licence)->horizontalScrollBar()->maximum(), 0);
 }
 
 void TestAboutDialog::licenceTags_areRendered()
