@@ -17,6 +17,28 @@ constexpr QLatin1String
               "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background:white;}"
               "QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height:0px;}");
 
+constexpr int longestWord = 1000;
+constexpr QChar zeroWidthSpace(0x200b);
+constexpr QChar firstCjk(0x2e80);
+
+/// Lets lines break inside words that no person wrote: laying out a word takes time with the square
+/// of its length, so one of a megabyte would freeze the program. CJK text breaks anywhere as it is.
+QString withBreaksInEndlessWords(const QString &text)
+{
+    QString result;
+    result.reserve(text.size() + text.size() / longestWord);
+    int length = 0;
+    for (const QChar character : text) {
+        length = character.isSpace() || character >= firstCjk ? 0 : length + 1;
+        result.append(character);
+        if (length == longestWord) {
+            result.append(zeroWidthSpace);
+            length = 0;
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 OpenSouLicense::OpenSouLicense(QWidget *parent)
@@ -51,7 +73,7 @@ void OpenSouLicense::connectButtons()
 
 void OpenSouLicense::showText(const QString &text)
 {
-    ui->textView->setHtml(text);
+    ui->textView->setHtml(withBreaksInEndlessWords(text));
     ui->textView->setTextInteractionFlags(Qt::TextSelectableByMouse);
 }
 

@@ -69,9 +69,10 @@ QPixmap scaledPicture(const QPixmap &original, const QSize &box, const QSize &vi
     if (original.isNull()) {
         return original;
     }
+    // At least a pixel each way: scaling a thin picture into no width would give nothing.
     const QSize full = original.size().scaled(box, Qt::KeepAspectRatio).expandedTo({1, 1});
     if (static_cast<qint64>(full.width()) * full.height() <= mostPixels) {
-        return original.scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation);
+        return original.scaled(full, Qt::IgnoreAspectRatio, Qt::FastTransformation);
     }
     const QSize part = full.boundedTo(visible);
     return original.copy(sourceOfMiddle(original.size(), full, part))
