@@ -9,10 +9,15 @@
 #include "service/requesttarget.h"
 #include "service/signedrequest.h"
 
+#include <QList>
 #include <QMetaEnum>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
+#include <QNetworkSession>
+#include <QPair>
+#include <QSharedPointer>
+#include <QSslError>
 #include <QSslSocket>
 #include <QTcpSocket>
 #include <QUrl>
@@ -27,9 +32,24 @@ constexpr int connectTimeoutMs = 1000;
 
 const QLatin1String successMarker("\"errorCode\":\"0\"");
 
+/// The toolkit registers these types with a thread's first request, and warns when the first
+/// requests of two threads meet there.
+void registerReplyTypes()
+{
+    static const int last = [] {
+        qRegisterMetaType<QList<QPair<QByteArray, QByteArray>>>();
+        QT_WARNING_PUSH
+        QT_WARNING_DISABLE_DEPRECATED // nothing of ours uses a session, but every request makes one
+        qRegisterMetaType<QSharedPointer<QNetworkSession>>();
+        QT_WARNING_POP
+        return qRegisterMetaType<QList<QSslError>>();
+    }();
+    Q_UNUSED(last)
+}
+
 ServiceEndpoint chooseTarget(bool configFallback, const ServiceEndpoint &configured)
 {
-    const ServiceEndpoint resolved = resolvedEndpoint();
+    ServiceEndpoint resolved = resolvedEndpoint();
     if (!fallsBackToConfigured(configFallback, resolved)) {
         return resolved;
     }
@@ -73,6 +93,7 @@ httpsRequest::httpsRequest(QWidget *parent)
     : QWidget(parent)
     , configPath(miravelConfigPath())
 {
+    registerReplyTypes();
 }
 
 int httpsRequest::SendHttpsRequest(const QString &urlPath, int httpMode, int timeoutMs,

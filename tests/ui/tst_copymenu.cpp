@@ -221,8 +221,9 @@ void TestCopyMenu::animatedPictureWithoutFile_copiesAnEmptyPicture()
 #endif
     const QByteArray gif = QByteArray::fromHex("47494638396101000100800000ff0000ffffff"
                                                "2c00000000010001000002024401003b");
+    QVERIFY(QDir().mkpath(QStringLiteral("gif/0.gif"))); // a folder, so it cannot be written
+    QTest::ignoreMessage(QtWarningMsg, "open file fail");
     m_region->showAnswer(QStringLiteral("t"), pictureTag(gif, "gif"));
-    QVERIFY(QFile::remove(QStringLiteral("gif/0.gif")));
     m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
     QVERIFY(QApplication::clipboard()->image().isNull());
 }

@@ -12,6 +12,7 @@
 #include "ui/answer/questionbubble.h"
 #include "ui/answer/recommendbox.h"
 #include "ui/answer/recommendonlyitem.h"
+#include "ui/preview/imagedisplay.h"
 #include "ui/style/shadow.h"
 
 #include <QApplication>
@@ -70,6 +71,8 @@ QARegion::QARegion(QWidget *parent)
     new LinkGuard(this);
     readUserName();
 }
+
+QARegion::~QARegion() = default;
 
 void QARegion::readUserName()
 {
@@ -215,7 +218,7 @@ void QARegion::addAnswer(AnswerItem *answer)
     for (QLabel *paragraph : answer->content()->paragraphs()) {
         addCopyMenu(paragraph, ParagraphMenu);
     }
-    addPictureMenus(*answer);
+    connectPictures(*answer);
     answer->appendToList();
     scrollToBottom();
 }
@@ -269,14 +272,47 @@ void QARegion::addCopyMenu(QLabel *label, MenuKind kind)
             [this, num, kind] { qaRightHitMenu_show(num, kind); });
 }
 
-void QARegion::addPictureMenus(const AnswerItem &answer)
+void QARegion::connectPictures(const AnswerItem &answer)
 {
     const QVector<PictureRow *> &rows = answer.content()->pictureRows();
     int num = m_pictures.size() - rows.size();
     for (const PictureRow *row : rows) {
         connect(row->button(), &QWidget::customContextMenuRequested, this,
                 [this, num] { qaRightHitMenu_show(num, PictureMenu); });
+        connect(row->button(), &QPushButton::clicked, this, [this, num] { picture_preview(num); });
         ++num;
+    }
+}
+
+ImageDisplay *QARegion::preview() const
+{
+    return imagePreview.get();
+}
+
+void QARegion::picture_preview(int k)
+{
+    const ConversationPicture &picture = m_pictures.at(k);
+    imagePreview = std::make_unique<ImageDisplay>();
+    imagePreview->PreviewWin(picture.pixmap, picture.title, picture.animated, k);
+    connect(imagePreview.get(), &ImageDisplay::previousImage_signal, this,
+            &QARegion::changeToPreviousImg);
+    connect(imagePreview.get(), &ImageDisplay::nextImage_signal, this, &QARegion::changeToNextImg);
+    imagePreview->show();
+    imagePreview->setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+void QARegion::changeToPreviousImg(int k)
+{
+    const ConversationPicture &picture = m_pictures.at(k);
+    imagePreview->changeImage(picture.pixmap, picture.title, picture.animated, k);
+}
+
+void QARegion::changeToNextImg(int k)
+{
+    if (k < m_pictures.size()) {
+        changeToPreviousImg(k);
+    } else {
+        imagePreview->setCurrentIndex(m_pictures.size() - 1);
     }
 }
 

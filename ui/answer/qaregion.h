@@ -9,9 +9,12 @@
 #include <QVector>
 #include <QWidget>
 
+#include <memory>
+
 class AnswerItem;
 class ConversationList;
 class CopyMenu;
+class ImageDisplay;
 class QLabel;
 class RecommendBox;
 
@@ -33,6 +36,9 @@ public:
     };
 
     explicit QARegion(QWidget *parent = nullptr);
+
+    /// Takes the preview window along.
+    ~QARegion() override;
 
     /// Asks the service one question and shows its answer. Returns when the answer has come or its
     /// time is over, at most 800 s; the window stays responsive while it waits.
@@ -74,6 +80,9 @@ public:
 
     void scrollToBottom();
 
+    /// The open preview window; null when there is none.
+    [[nodiscard]] ImageDisplay *preview() const;
+
 signals:
     void beginGetAskAndAnswer(QString question);
 
@@ -91,6 +100,15 @@ public slots:
     void Miss_RecomSend(QString question, QString source, QString originalQuestion,
                         qint64 questionId);
 
+    /// Opens the preview on picture \a k, in place of one that is open.
+    void picture_preview(int k);
+
+    /// Hands picture \a k to the preview, which never asks for one below 0.
+    void changeToPreviousImg(int k);
+
+    /// Hands picture \a k to the preview; past the last picture it stays where it is.
+    void changeToNextImg(int k);
+
     /// Shows the copy menu of text or picture number \a num of the MenuKind \a type at the mouse.
     void qaRightHitMenu_show(int num, int type);
 
@@ -102,7 +120,7 @@ private:
     void showResult(const QString &question, const QJsonObject &result);
     void addAnswer(AnswerItem *answer);
     void addCopyMenu(QLabel *label, MenuKind kind);
-    void addPictureMenus(const AnswerItem &answer);
+    void connectPictures(const AnswerItem &answer);
     [[nodiscard]] QString selectedText(int num, int type) const;
     void copyPicture(int num) const;
     void connectBox(RecommendBox *box, const QString &question);
@@ -116,5 +134,6 @@ private:
     QVector<ConversationPicture> m_pictures;             ///< of all answers, in the order shown
     QVector<QPointer<QLabel>> m_labels[MessageMenu + 1]; ///< the texts of each MenuKind
     QPointer<CopyMenu> m_rightHitMenu;
+    std::unique_ptr<ImageDisplay> imagePreview;
     QVector<AnswerItem *> m_answers; ///< in the order shown; owned by the list
 };

@@ -4,6 +4,7 @@
 #include "app/logstream.h"
 #include "service/hotqueststhread.h"
 #include "ui/answer/qaregion.h"
+#include "ui/dialogs/aboutdialog.h"
 #include "ui/mainwindow/hotpaging.h"
 #include "ui/mainwindow/hotquestionscolumn.h"
 #include "ui/mainwindow/inputpanel.h"
@@ -389,6 +390,10 @@ void Miravel::min_windows()
 void Miravel::about_clicked()
 {
     LOG_DEBUG() << "click to about btn";
+    auto *dialog = new AboutDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setModal(true);
+    dialog->show();
 }
 
 bool Miravel::eventFilter(QObject *watched, QEvent *event)

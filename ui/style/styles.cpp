@@ -18,14 +18,20 @@ QString thinScrollBar(int verticalPadding)
         .arg(verticalPadding);
 }
 
-QString threeStateSprite(QLatin1String image, int rowHeight)
+QString spriteRow(QLatin1String image, int row, int rows, int rowHeight)
 {
     // The numbers cut the strip from above and below, so that one row is left.
-    return QStringLiteral(
-               "QPushButton{border-image:url(:/Images/%1) 0 0 %3 0;border:none;}"
-               "QPushButton:hover{border-image:url(:/Images/%1) %2 0 %2 0;border:none;}"
-               "QPushButton:pressed{border-image:url(:/Images/%1) %3 0 0 0;border:none;}")
-        .arg(image, QString::number(rowHeight), QString::number(2 * rowHeight));
+    return QStringLiteral("border-image:url(:/Images/%1) %2 0 %3 0;")
+        .arg(image, QString::number(row * rowHeight),
+             QString::number((rows - 1 - row) * rowHeight));
+}
+
+QString threeStateSprite(QLatin1String image, int rowHeight)
+{
+    constexpr int rows = 3;
+    return QStringLiteral("QPushButton{%1border:none;}QPushButton:hover{%2}QPushButton:pressed{%3}")
+        .arg(spriteRow(image, 0, rows, rowHeight), spriteRow(image, 1, rows, rowHeight),
+             spriteRow(image, 2, rows, rowHeight));
 }
 
 } // namespace styles

@@ -43,12 +43,22 @@ inline constexpr QLatin1String
               "background-color:transparent;}QListWidget::Item:hover{border:none;background-color:"
               "transparent;}QListWidget::Item:selected{border:none;background-color:transparent;}");
 
+/// The blue button of the program with white bold text of 12 px.
+inline constexpr QLatin1String blueButton(
+    "QPushButton{background-color:rgb(42, 100, 244);color:white;font:bold 12px Microsoft YaHei;"
+    "border:none;}QPushButton:hover{background-color:rgb(51, 109, 255);}QPushButton:pressed{"
+    "background-color:rgb(38, 95, 237);}QPushButton:checked{background-color:rgb(143, 155, 182);}");
+
 /// A button that is seen only by its cursor.
 inline constexpr QLatin1String flatButton("QPushButton{background-color:transparent;border:none;}");
 
 /// A thin vertical scroll bar: 14 px with a right margin of 10 px, only its handle visible.
 /// \a verticalPadding px stay free above and below the handle's way.
 [[nodiscard]] QString thinScrollBar(int verticalPadding = 0);
+
+/// The declaration that draws row \a row, counted from 0, of a strip of \a rows rows of
+/// \a rowHeight px. The strip is \a image below ":/Images/".
+[[nodiscard]] QString spriteRow(QLatin1String image, int row, int rows, int rowHeight);
 
 /// A button drawn from a strip of three rows of \a rowHeight px: normal, hover and pressed. The
 /// strip is \a image below ":/Images/".

@@ -1,0 +1,418 @@
+#include "ui/preview/imagedisplay.h"
+
+#include "app/logstream.h"
+#include "ui/preview/nativeresize.h"
+#include "ui/preview/picturearea.h"
+#include "ui/preview/picturezoom.h"
+#include "ui/preview/previewtitlebar.h"
+#include "ui/preview/previewtoolbar.h"
+#include "ui/preview/resizeborder.h"
+
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QScreen>
+#include <QShortcut>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace {
+
+constexpr QSize normalSize(920, 646);
+constexpr int frameWidth = 2;
+constexpr int resizeBorderWidth = 4;
+
+/// What the window adds to the height of its picture area.
+constexpr int heightAroundPicture = 128;
+
+QString animationFile(int number)
+{
+    return QStringLiteral("gif/%1.gif").arg(number);
+}
+
+} // namespace
+
+ImageDisplay::ImageDisplay(QWidget *parent)
+    : QWidget(parent)
+{
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint
+                   | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
+    setAttribute(Qt::WA_StyledBackground);
+    setMouseTracking(true);
+    buildForm();
+    connectForm();
+    setFocusPolicy(Qt::ClickFocus); // no button looks chosen before Tab is pressed
+    setFocus();
+}
+
+void ImageDisplay::buildForm()
+{
+    setObjectName(QStringLiteral("ImageDisplay"));
+    setWindowTitle(tr("图片预览"));
+    setStyleSheet(QStringLiteral(
+        "QWidget{background-color:rgb(244, 245, 248);border:2px solid rgb(230,231,235);}"));
+    m_titleBar = new PreviewTitleBar(this);
+    m_area = new PictureArea(this);
+    m_toolBar = new PreviewToolBar(this);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(frameWidth, frameWidth, frameWidth, frameWidth);
+    layout->setSpacing(0);
+    layout->addWidget(m_titleBar);
+    layout->addWidget(m_area, 1);
+    layout->addWidget(m_toolBar);
+}
+
+void ImageDisplay::connectForm()
+{
+    const auto onClick = [this](QPushButton *button, void (ImageDisplay::*slot)()) {
+        connect(button, &QPushButton::clicked, this, slot);
+    };
+    onClick(m_titleBar->minimiseButton(), &ImageDisplay::min_windows_Imag);
+    onClick(m_titleBar->maximiseButton(), &ImageDisplay::max_windows_Imag);
+    onClick(m_titleBar->closeButton(), &ImageDisplay::close_windows_Imag);
+    onClick(m_toolBar->previousButton(), &ImageDisplay::previousImage_clicked);
+    onClick(m_toolBar->nextButton(), &ImageDisplay::nextImage_clicked);
+    onClick(m_toolBar->oneToOneButton(), &ImageDisplay::oneToOneSize_clicked);
+    onClick(m_toolBar->fitButton(), &ImageDisplay::MaxPicWind_clicked);
+    onClick(m_toolBar->zoomInButton(), &ImageDisplay::magnifier_clicked);
+    onClick(m_toolBar->zoomOutButton(), &ImageDisplay::narrow_clicked);
+
+    const auto onKey = [this](Qt::Key key, void (ImageDisplay::*slot)()) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, slot);
+    };
+    onKey(Qt::Key_Escape, &ImageDisplay::close_windows_Imag);
+    onKey(Qt::Key_Left, &ImageDisplay::previousImage_clicked);
+    onKey(Qt::Key_Right, &ImageDisplay::nextImage_clicked);
+}
+
+void ImageDisplay::PreviewWin(const QPixmap &picture, const QString &title, bool isAnimated,
+                              int number)
+{
+    setPicture(picture, title, isAnimated, number);
+    PreviewWin_initial();
+}
+
+void ImageDisplay::PreviewWin_initial()
+{
+    borderWidth = resizeBorderWidth;
+    limitSystemResize(this, smallestDraggedSize);
+    resize(normalSize);
+    const QRect desktop = screen()->geometry();
+    move(desktop.center() - rect().center());
+    if (isGif) {
+        LOG_DEBUG() << "PreviewWin_initial gif";
+        playAnimation();
+    } else {
+        LOG_DEBUG() << "PreviewWin_initial png";
+        showStill();
+    }
+}
+
+void ImageDisplay::changeImage(const QPixmap &picture, const QString &title, bool isAnimated,
+                               int number)
+{
+    setPicture(picture, title, isAnimated, number);
+    if (isGif) {
+        changeImage_gif(number);
+    } else {
+        showStill();
+    }
+}
+
+void ImageDisplay::changeImage_gif(int n)
+{
+    LOG_DEBUG() << "changeImage_gif";
+    isGif = true;
+    index = n;
+    playAnimation();
+}
+
+void ImageDisplay::setPicture(const QPixmap &picture, const QString &title, bool animated,
+                              int number)
+{
+    original = picture;
+    isGif = animated;
+    index = number;
+    resetStill();
+    m_titleBar->setPictureTitle(title);
+}
+
+void ImageDisplay::resetStill()
+{
+    zoomAction = NoZoom;
+    scale = 1.0F;
+    current = original;
+    originalWidth = original.width();
+    originalHeight = original.height();
+}
+
+void ImageDisplay::showStill()
+{
+    m_toolBar->setAnimated(false);
+    m_area->setScaled(false);
+    m_area->showPicture(current);
+    scaleIfLargerThanDesktop();
+}
+
+void ImageDisplay::playAnimation()
+{
+    m_toolBar->setAnimated(true);
+    m_area->setScaled(false);
+    const QString file = animationFile(index);
+    if (!m_area->playMovie(file)) {
+        LOG_WARNING() << "animated picture cannot be played: " << file;
+        m_area->showPicture(original);
+    }
+    scaleIfLargerThanDesktop();
+}
+
+void ImageDisplay::scaleIfLargerThanDesktop()
+{
+    if (exceedsDesktop({originalWidth, originalHeight}, screen()->size())) {
+        LOG_DEBUG() << "source_pic width or height is bigger then desktop";
+        m_area->setScaled(true);
+    }
+}
+
+void ImageDisplay::min_windows_Imag()
+{
+    showMinimized();
+}
+
+void ImageDisplay::max_windows_Imag()
+{
+    if (maximised) {
+        MaxToNormal();
+        maximised = false;
+        return;
+    }
+    if (isGif) {
+        m_area->setScaled(false);
+    }
+    savedPos = pos();
+    maximised = true;
+    showMaximized();
+    if (exceedsDesktop({originalWidth, originalHeight}, screen()->size())) {
+        m_area->setScaled(true);
+    }
+}
+
+void ImageDisplay::MaxToNormal()
+{
+    showNormal();
+    move(savedPos);
+    resize(normalSize);
+    if (isGif) {
+        m_area->setScaled(false);
+        resize(originalWidth, originalHeight + heightAroundPicture);
+    }
+}
+
+void ImageDisplay::close_windows_Imag()
+{
+    close();
+}
+
+void ImageDisplay::magnifier_clicked()
+{
+    zoomAction = ZoomIn;
+    update();
+}
+
+void ImageDisplay::narrow_clicked()
+{
+    zoomAction = ZoomOut;
+    update();
+}
+
+void ImageDisplay::oneToOneSize_clicked()
+{
+    m_area->setScaled(false);
+    if (!isGif) {
+        resetStill();
+        m_area->showPicture(current);
+        return;
+    }
+    if (!maximised) {
+        savedPos = pos();
+        maximised = true;
+    }
+    showMaximized();
+}
+
+void ImageDisplay::MaxPicWind_clicked()
+{
+    if (original.isNull()) {
+        return;
+    }
+    const PictureFit fit = fitToArea(original.size(), m_area->size());
+    current = scaledPicture(original, fit.box, screen()->size());
+    scale = fit.ratio; // the next zoom step starts from here
+    zoomAction = NoZoom;
+    m_area->showPicture(current);
+    // A picture of about the area's proportions still exceeds its other side.
+    m_area->setScaled(current.width() > m_area->width() || current.height() > m_area->height());
+}
+
+void ImageDisplay::nextImage_clicked()
+{
+    // No upper bound: only the owner of the pictures knows how many there are.
+    ++index;
+    emit nextImage_signal(index);
+}
+
+void ImageDisplay::previousImage_clicked()
+{
+    if (index > 0) {
+        --index;
+        emit previousImage_signal(index);
+    }
+}
+
+void ImageDisplay::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+    if (!isGif) {
+        ImageZooming_operation(width(), height());
+        m_area->showPicture(current);
+    }
+}
+
+void ImageDisplay::ImageZooming_operation(int width, int height)
+{
+    Q_UNUSED(width)
+    Q_UNUSED(height)
+    if (zoomAction == ZoomOut) {
+        scale = scaleAfterZoomOut(scale);
+    } else if (zoomAction == ZoomIn) {
+        scale = scaleAfterZoomIn(scale);
+    } else {
+        return;
+    }
+    zoomAction = NoZoom;
+    current = scaledPicture(original, zoomedSize({originalWidth, originalHeight}, scale),
+                            screen()->size());
+    m_area->setScaled(false); // the scale says how large it is shown
+}
+
+void ImageDisplay::setTempGeometry(QRect &rect)
+{
+    if (rect.width() >= smallestDraggedSize.width()) {
+        return;
+    }
+    LOG_DEBUG() << "reach min width !" << rect.size() << geometry().size();
+    rect = withSmallestWidth(rect, rect.left() == geometry().left());
+}
+
+void ImageDisplay::setTempGeometry_03(QRect &rect)
+{
+    if (rect.height() >= smallestDraggedSize.height()) {
+        return;
+    }
+    LOG_DEBUG() << "reach min height!";
+    LOG_DEBUG() << "tempSize:" << rect.size();
+    LOG_DEBUG() << "currSize:" << geometry().size();
+    rect = withSmallestHeight(rect, rect.top() == geometry().top());
+}
+
+bool ImageDisplay::isOnTitleBar(const QPoint &position) const
+{
+    return m_titleBar->geometry().contains(position);
+}
+
+void ImageDisplay::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || maximised) {
+        return;
+    }
+    const ResizeZone zone = resizeZoneAt(event->pos(), size(), borderWidth);
+    if (zone != ResizeZone::None) {
+        // Where the window system has no hit test of its own, it is asked to resize.
+        windowHandle()->startSystemResize(edgesOf(zone));
+    } else if (isOnTitleBar(event->pos())) {
+        m_dragOffset = event->globalPos() - pos();
+    }
+}
+
+void ImageDisplay::mouseReleaseEvent(QMouseEvent *event)
+{
+    Q_UNUSED(event)
+    m_dragOffset.reset();
+}
+
+void ImageDisplay::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && isOnTitleBar(event->pos())) {
+        m_dragOffset.reset();
+        max_windows_Imag();
+    }
+}
+
+void ImageDisplay::mouseMoveEvent(QMouseEvent *event)
+{
+    if (event->buttons() == Qt::LeftButton && m_dragOffset && !maximised) {
+        move(event->globalPos() - *m_dragOffset);
+    } else if (event->buttons() == Qt::NoButton) {
+        const ResizeZone zone
+            = maximised ? ResizeZone::None : resizeZoneAt(event->pos(), size(), borderWidth);
+        setCursor(cursorOf(zone));
+    }
+}
+
+void ImageDisplay::wheelEvent(QWheelEvent *event)
+{
+    const QPoint turned = event->angleDelta();
+    const int delta = turned.y() != 0 ? turned.y() : turned.x();
+    zoomAction = delta < 1 ? ZoomOut : ZoomIn;
+    update();
+    event->accept();
+}
+
+bool ImageDisplay::nativeEvent(const QByteArray &eventType, void *message, long *result)
+{
+    const NativeResizeRequest request = readNativeResizeRequest(eventType, message);
+    if (request.kind == NativeResizeRequest::Kind::HitTest && !maximised) {
+        const ResizeZone zone = resizeZoneAt(mapFromGlobal(request.cursor), size(), borderWidth);
+        if (zone != ResizeZone::None) {
+            *result = static_cast<long>(zone);
+            return true;
+        }
+    } else if (request.kind == NativeResizeRequest::Kind::Sizing) {
+        QRect allowed = request.proposed;
+        setTempGeometry(allowed);
+        setTempGeometry_03(allowed);
+        writeProposedGeometry(message, allowed);
+        *result = 1; // dealt with
+        return true;
+    }
+    return QWidget::nativeEvent(eventType, message, result);
+}
+
+bool ImageDisplay::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Show:
+        m_area->setMoviePaused(false);
+        break;
+    case QEvent::Hide:
+        m_area->setMoviePaused(true);
+        break;
+    case QEvent::WindowStateChange:
+        windowStateChanged();
+        break;
+    default:
+        break;
+    }
+    return QWidget::event(event);
+}
+
+void ImageDisplay::windowStateChanged()
+{
+    // The window system can maximise and restore the window as well.
+    if (isMaximized() && !maximised) {
+        savedPos = normalGeometry().topLeft();
+    }
+    maximised = isMaximized();
+    m_titleBar->setMaximised(maximised);
+    m_dragOffset.reset();
+}

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <QPixmap>
+#include <QPoint>
+#include <QWidget>
+
+#include <optional>
+
+class PictureArea;
+class PreviewTitleBar;
+class PreviewToolBar;
+
+/// The frameless window that shows a picture of the conversation large. A still picture is zoomed
+/// in steps of ten percent, an animated one plays from its file "gif/<index>.gif". The list of
+/// pictures is the caller's: paging only reports which picture is wanted. Lives on the GUI thread.
+class ImageDisplay : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(ImageDisplay)
+
+public:
+    explicit ImageDisplay(QWidget *parent = nullptr);
+
+    /// Shows the first picture, once, before the window is shown: number \a number of the
+    /// conversation, which belongs to the answer \a title. \a picture may be null. Runs
+    /// PreviewWin_initial() itself.
+    void PreviewWin(const QPixmap &picture, const QString &title, bool isAnimated, int number);
+
+    /// Shows another picture, with the same four values; a still one at scale 1.0.
+    void changeImage(const QPixmap &picture, const QString &title, bool isAnimated, int number);
+
+    /// Plays "gif/<n>.gif" and lets the tools take their state for animated pictures. When the file
+    /// is gone, what was handed over with changeImage() is shown in its place, with a warning.
+    void changeImage_gif(int n);
+
+    /// Says which picture of the conversation is the current one; shows nothing new.
+    void setCurrentIndex(int number) { index = number; }
+
+    [[nodiscard]] int currentIndex() const { return index; }
+
+    /// Keeps the geometry that dragging an edge proposes at least 600 px wide.
+    void setTempGeometry(QRect &rect);
+
+    /// Keeps the geometry that dragging an edge proposes at least 400 px high.
+    void setTempGeometry_03(QRect &rect);
+
+signals:
+    /// The picture before the current one is wanted; never below 0.
+    void previousImage_signal(int number);
+
+    /// The picture after the current one is wanted; the receiver knows whether there is one.
+    void nextImage_signal(int number);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    // paintEvent() is one of the slots below.
+    bool nativeEvent(const QByteArray &eventType, void *message, long *result) override;
+    bool event(QEvent *event) override;
+
+private slots:
+    void min_windows_Imag();
+    void max_windows_Imag();
+    void MaxToNormal();
+    void close_windows_Imag();
+    void magnifier_clicked();
+    void narrow_clicked();
+    void oneToOneSize_clicked();
+    void MaxPicWind_clicked();
+    void nextImage_clicked();
+    void previousImage_clicked();
+    void paintEvent(QPaintEvent *event) override;
+
+    /// Carries out the waiting zoom step. The window's size, though handed over, has no say in it.
+    void ImageZooming_operation(int width, int height);
+
+private:
+    enum ZoomAction {
+        NoZoom = 0,
+        ZoomOut = 1,
+        ZoomIn = 2,
+    };
+
+    void buildForm();
+    void connectForm();
+    void PreviewWin_initial();
+    void setPicture(const QPixmap &picture, const QString &title, bool animated, int number);
+    void showStill();
+    void playAnimation();
+    void scaleIfLargerThanDesktop();
+    void resetStill();
+    void windowStateChanged();
+    [[nodiscard]] bool isOnTitleBar(const QPoint &position) const;
+
+    QPixmap original;       ///< as handed over
+    int originalWidth = 0;  ///< px
+    int originalHeight = 0; ///< px
+    QPixmap current;        ///< as displayed
+    float scale = 1.0F;
+    int zoomAction = NoZoom; ///< carried out by the next paint
+    bool isGif = false;
+    int index = 0; ///< of the picture in the conversation
+    bool maximised = false;
+    QPoint savedPos;     ///< of the window before it was maximised
+    int borderWidth = 0; ///< of the invisible resize border, px
+
+    std::optional<QPoint> m_dragOffset; ///< of the cursor in the window while that is dragged
+    PreviewTitleBar *m_titleBar = nullptr;
+    PictureArea *m_area = nullptr;
+    PreviewToolBar *m_toolBar = nullptr;
+};

@@ -1,0 +1,42 @@
+#include "ui/preview/nativeresize.h"
+
+#include <windows.h>
+#include <windowsx.h>
+
+static_assert(WM_NCHITTEST == 132, "the number of the hit test message");
+
+NativeResizeRequest readNativeResizeRequest(const QByteArray &eventType, void *message)
+{
+    NativeResizeRequest request;
+    if (eventType != "windows_generic_MSG") {
+        return request;
+    }
+    const auto *native = static_cast<const MSG *>(message);
+    if (native->message == WM_NCHITTEST) {
+        // Both halves are signed: screens may lie left of and above the first one.
+        request.kind = NativeResizeRequest::Kind::HitTest;
+        request.cursor = QPoint(GET_X_LPARAM(native->lParam), GET_Y_LPARAM(native->lParam));
+    } else if (native->message == WM_SIZING) {
+        const auto *rect = reinterpret_cast<const RECT *>(native->lParam);
+        request.kind = NativeResizeRequest::Kind::Sizing;
+        request.proposed = QRect(QPoint(rect->left, rect->top),
+                                 QSize(rect->right - rect->left, rect->bottom - rect->top));
+    }
+    return request;
+}
+
+void writeProposedGeometry(void *message, const QRect &geometry)
+{
+    auto *rect = reinterpret_cast<RECT *>(static_cast<MSG *>(message)->lParam);
+    rect->left = geometry.x();
+    rect->top = geometry.y();
+    rect->right = geometry.x() + geometry.width();
+    rect->bottom = geometry.y() + geometry.height();
+}
+
+void limitSystemResize(QWidget *window, const QSize &size)
+{
+    // The answer to each Sizing request does it.
+    Q_UNUSED(window)
+    Q_UNUSED(size)
+}
