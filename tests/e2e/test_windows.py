@@ -26,8 +26,14 @@ REGISTRY_USER = "云桌面用户"
 SCREENSHOTS = BUILD / "screenshots"
 # The two systems' font engines give lines of slightly different height.
 FONT_ENGINE_PX = 4
+WIDTH_PX = 1
 # Where the window shows pictures whose places no text moves: title bar, the robot's first portrait.
 PICTURES = ((1, 1, 919, 56), (22, 78, 70, 120))
+
+
+def gaps(bubbles: list[conversation.Bubble]) -> list[int]:
+    """What lies between each bubble and the next, in px."""
+    return [below.top - above.bottom for above, below in zip(bubbles, bubbles[1:])]
 
 
 class WindowsTest(DesktopTest):
@@ -43,9 +49,14 @@ class WindowsTest(DesktopTest):
         expected = conversation.bubbles(linux)
         found = conversation.bubbles(wine)
         self.assertEqual([bubble.kind for bubble in expected], [bubble.kind for bubble in found])
+        self.assertEqual(3, len(found))
+        self.assertEqual(expected[0].top, found[0].top)
+        self.assertEqual(gaps(expected), gaps(found))
         for one, other in zip(expected, found):
-            self.assertAlmostEqual(one.top, other.top, delta=FONT_ENGINE_PX)
-            self.assertAlmostEqual(one.bottom, other.bottom, delta=FONT_ENGINE_PX)
+            self.assertAlmostEqual(one.bottom - one.top, other.bottom - other.top,
+                                   delta=FONT_ENGINE_PX)
+        self.assertAlmostEqual(conversation.question_width(linux, expected[1]),
+                               conversation.question_width(wine, found[1]), delta=WIDTH_PX)
         for box in PICTURES:
             self.assertIsNone(ImageChops.difference(linux.crop(box), wine.crop(box)).getbbox(), box)
 
