@@ -1,5 +1,7 @@
 #include "service/pingoutput.h"
 
+#include <QStringList>
+
 namespace {
 
 /// The text between the positions, the last one excluded; all that follows \a from when \a to lies
@@ -30,10 +32,16 @@ int averageTime(const QString &output)
 
 bool pingAnswered(const QString &output)
 {
-    for (const QString &mark :
-         {QStringLiteral("TTL="), QStringLiteral("时间="), QStringLiteral("time=")}) {
-        if (output.contains(mark, Qt::CaseInsensitive)) {
-            return true;
+    static const QStringList marks{QStringLiteral("TTL="), QStringLiteral("时间="),
+                                   QStringLiteral("time=")};
+    // All end in "=", which is found many times faster than a text whose case is ignored.
+    for (int at = output.indexOf(QLatin1Char('=')); at >= 0;
+         at = output.indexOf(QLatin1Char('='), at + 1)) {
+        const QStringRef upToHere = output.leftRef(at + 1);
+        for (const QString &mark : marks) {
+            if (upToHere.endsWith(mark, Qt::CaseInsensitive)) {
+                return true;
+            }
         }
     }
     return false;

@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr qint64 maxOutputBytes = 256LL * 1024 * 1024;
 constexpr int goneMs = 1000; // a killed process needs but a moment
 
 int remainingMs(const QDeadlineTimer &deadline)
@@ -14,7 +13,9 @@ int remainingMs(const QDeadlineTimer &deadline)
 
 } // namespace
 
-SystemCommand::SystemCommand(const QString &program, const QStringList &arguments)
+SystemCommand::SystemCommand(const QString &program, const QStringList &arguments,
+                             qint64 maxOutputBytes)
+    : m_maxOutputBytes(maxOutputBytes)
 {
     m_process.setStandardErrorFile(QProcess::nullDevice());
     m_process.start(program, arguments, QIODevice::ReadWrite);
@@ -40,11 +41,11 @@ bool SystemCommand::finishedWithin(int limitMs)
 {
     const QDeadlineTimer deadline(qMax(limitMs, 0));
     while (m_process.state() != QProcess::NotRunning) {
-        if (deadline.hasExpired() || m_process.bytesAvailable() > maxOutputBytes) {
+        if (deadline.hasExpired() || m_process.bytesAvailable() > m_maxOutputBytes) {
             return false;
         }
-        // waitForFinished() never returns while a command keeps printing, so it is left to those
-        // that have closed their output, for which there is nothing to be read.
+        // waitForFinished() need not return while a command keeps printing, nor could the output be
+        // measured meanwhile: it is for those that have closed their output.
         if (!m_process.waitForReadyRead(remainingMs(deadline))) {
             m_process.waitForFinished(remainingMs(deadline));
         }

@@ -5,6 +5,7 @@
 namespace {
 
 constexpr int untouched = -7;
+constexpr int hundredMegabytes = 100'000'000;
 
 const QString windowsChinese
     = QStringLiteral("\r\n正在 Ping www.miravel.example [10.1.2.3] 具有 32 字节的数据:\r\n"
@@ -86,6 +87,7 @@ private slots:
     void loss_isReadBetweenBracketAndPercent_data();
     void loss_isReadBetweenBracketAndPercent();
     void noPlaceForTheLoss_leavesItUnparsed();
+    void hundredMegabytes_areRead();
 };
 
 void TestPingOutput::answer_isTold_data()
@@ -216,6 +218,15 @@ void TestPingOutput::noPlaceForTheLoss_leavesItUnparsed()
     QCOMPARE(summary.address, QStringLiteral("10.1.2.3"));
     QCOMPARE(summary.averageMs, 12);
     QCOMPARE(summary.lossPercent, untouched);
+}
+
+void TestPingOutput::hundredMegabytes_areRead()
+{
+    const QString output = QString(hundredMegabytes, u't') + windowsChinese;
+    QVERIFY(pingAnswered(output));
+    QVERIFY(!pingAnswered(QString(hundredMegabytes, u't')));
+    QCOMPARE(summaryOf(output).address, QStringLiteral("10.1.2.3"));
+    QCOMPARE(summaryOf(output).averageMs, 12);
 }
 
 QTEST_GUILESS_MAIN(TestPingOutput)

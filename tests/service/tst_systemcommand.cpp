@@ -11,9 +11,8 @@ namespace {
 
 constexpr int amplyMs = 20'000;
 constexpr int shortMs = 200;
-constexpr qint64 atOnceMs
-    = 5'000; // far below any patience of the toolkit, far above a slow machine
-constexpr int endless = 1'000'000; // MiB
+constexpr qint64 atOnceMs = 20'000; // below any patience of the toolkit, above a slow machine
+constexpr int endless = 1'000'000;  // MiB
 
 const QString command = QStringLiteral("standin");
 const QString key = QStringLiteral("default");
@@ -33,6 +32,7 @@ private slots:
     void missingCommand_neitherStartsNorKeepsWaiting();
     void commandThatReadsItsInput_endsWhenItIsClosed();
     void largeOutput_isKeptWhole();
+    void outputBeyondTheLimit_countsAsNeverFinishing();
     void hangingCommand_isWaitedForNoLongerThanAsked_data();
     void hangingCommand_isWaitedForNoLongerThanAsked();
     void outputBeforeTheHang_isThere();
@@ -108,6 +108,13 @@ void TestSystemCommand::largeOutput_isKeptWhole()
     const QByteArray output = run.output();
     QVERIFY(output.size() >= mebibytes * 1024 * 1024);
     QVERIFY(output.endsWith("end"));
+}
+
+void TestSystemCommand::outputBeyondTheLimit_countsAsNeverFinishing()
+{
+    m_folder->answer(key, "flood 8", "end");
+    SystemCommand run(command, {}, 1'000'000);
+    QVERIFY(!run.finishedWithin(amplyMs));
 }
 
 void TestSystemCommand::hangingCommand_isWaitedForNoLongerThanAsked_data()

@@ -11,7 +11,9 @@ namespace {
 
 constexpr int amplyMs = 60'000;
 constexpr int shortMs = 200;
-constexpr qint64 atOnceMs = 5'000; // far below the full patience, far above a slow machine
+constexpr qint64 atOnceMs = 20'000; // below the full patience, above a slow machine
+
+constexpr int hundredMegabytes = 100'000'000;
 
 const QString key = QStringLiteral("default");
 const WatchedPrograms programs{QStringLiteral("Velistra_VDI_Client.exe"),
@@ -49,6 +51,7 @@ private slots:
     void hangingCommand_givesNoList_data();
     void hangingCommand_givesNoList();
     void hundredMegabytes_areSearched();
+    void largeOutput_isReadToItsEnd();
 
 private:
     std::unique_ptr<StandInFolder> m_folder;
@@ -175,7 +178,14 @@ void TestProcessWatch::hangingCommand_givesNoList()
 
 void TestProcessWatch::hundredMegabytes_areSearched()
 {
-    m_folder->answer(key, "flood 100", line("Velistra_VDI_Client.exe"));
+    const QByteArray filler(hundredMegabytes, 'V');
+    QVERIFY(isListed(filler + line("Velistra.exe"), programs.launcher));
+    QVERIFY(!isListed(filler, programs.launcher));
+}
+
+void TestProcessWatch::largeOutput_isReadToItsEnd()
+{
+    m_folder->answer(key, "flood 8", line("Velistra_VDI_Client.exe"));
     QVERIFY(watchedProgramRuns(programs, true, amplyMs));
 }
 
