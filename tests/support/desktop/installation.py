@@ -8,7 +8,7 @@ import socket
 from pathlib import Path
 
 from .programlog import ProgramLog
-from .project import LOCAL_LIBRARY, LOG_ENCODING, ON_WINE, PROGRAM
+from .project import LICENCE_TEXT, LOCAL_LIBRARY, LOG_ENCODING, ON_WINE, PROGRAM
 from .settings import Settings
 
 LOOPBACK = "127.0.0.1"
@@ -79,6 +79,8 @@ class Installation:
         log = root / "log/Miravel.log"
         log.unlink(missing_ok=True)
         self.log = ProgramLog(log, LOG_ENCODING)
+        (root / "config").mkdir(exist_ok=True)
+        shutil.copy(LICENCE_TEXT, root / "config")
         self.settings = Settings(root / "config/Miravel.ini", default_settings())
         self.client_settings = Settings(root / "config/CommonTerminal.ini",
                                         {"LoginMode/loginstate": "1", "RemLastUser/lastuser": USER})

@@ -17,6 +17,7 @@ GATEWAY_LIBRARY_NAME = "KorVpnTool.dll" if ON_WINE else "libKorVpnTool.so"
 LOG_ENCODING = "gbk" if ON_WINE else "utf-8"
 SLOWNESS = 3 if ON_WINE else 1
 KNOWLEDGE = SOURCE / "tools/demoservice/knowledge.json"
+LICENCE_TEXT = SOURCE / "resources/OpenSourceLicense.txt"
 LOCAL_LIBRARY = SOURCE / "resources/LocalQA"
 FONTS = SOURCE / "tests/support/fonts.conf"
 
