@@ -459,6 +459,15 @@ bool Miravel::focusNextPrevChild(bool next)
     return true;
 }
 
+void Miravel::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        assoclose_windows();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
 void Miravel::mousePressEvent(QMouseEvent *event)
 {
     m_drag.press(*event);

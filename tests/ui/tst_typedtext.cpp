@@ -1,0 +1,6 @@
+#include <QTest>
+
+int main()
+{
+    return 0;
+}
