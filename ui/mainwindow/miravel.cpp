@@ -8,6 +8,7 @@
 #include "ui/mainwindow/hotpaging.h"
 #include "ui/mainwindow/hotquestionscolumn.h"
 #include "ui/mainwindow/inputpanel.h"
+#include "ui/mainwindow/itreport.h"
 #include "ui/mainwindow/loadingoverlay.h"
 #include "ui/mainwindow/titlebar.h"
 
@@ -51,6 +52,7 @@ Miravel::Miravel(QWidget *parent)
     centreOnScreen();
     raise();
     activateWindow();
+    connect(m_region, &QARegion::netproblem, this, &Miravel::refreshLocalQA);
 }
 
 Miravel::~Miravel()
@@ -150,6 +152,7 @@ void Miravel::startForLauncher()
     panelReady = true;
     getIDP = false;
     startedByVdiClient = false;
+    m_library.parseLocalQA();
     buildHotQuestions();
     connect(&m_loginPoll, &QTimer::timeout, this, &Miravel::JudgeUser_ifLogined_ByConfig);
     m_loginPoll.start(loginPollMs);
@@ -226,6 +229,7 @@ void Miravel::getHotQuestion_right(const QJsonArray &hotQuestions)
         netHotWork = true;
         getIDP = false;
         panelReady = true;
+        m_library.parseLocalQA();
         buildHotQuestions();
         return;
     }
@@ -281,17 +285,17 @@ void Miravel::showNextHotPage()
 
 void Miravel::switchHotQuestionLocation_show()
 {
-    LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)"
-               << questLocation.size() - 1 << "netHotWork：" << boolText(netHotWork);
+    LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)" << m_library.size()
+               << "netHotWork：" << boolText(netHotWork);
     const QString explanation = netHotWork
                                   ? tr("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
                                        "您可在“热门问答”区域查看常见问题。")
                                   : notLoggedInText();
     m_region->addRobotMessage(explanation);
     hotPage = 0;
-    if (questLocation.size() > 1) {
+    if (m_library.size() > 0) {
         m_hotColumn->setNextPageVisible(true);
-        m_hotColumn->showLocalPage(questLocation, hotPage);
+        m_hotColumn->showLocalPage(m_library.questLocation(), hotPage);
         emit rightRegionSuccess();
     }
 }
@@ -300,16 +304,39 @@ void Miravel::showLocalQA()
 {
     getIDP = false;
     panelReady = true;
-    LOG_INFO() << "questLocation size" << questLocation.size() - 1;
+    LOG_INFO() << "questLocation size" << m_library.size();
+    if (m_library.size() < 1) {
+        m_library.parseLocalQA();
+        LOG_INFO() << "parse localQuest. questLocation size" << m_library.size();
+    }
     hotPage = 0;
     m_hotColumn->setNextPageVisible(true);
-    m_hotColumn->showLocalPage(questLocation, hotPage);
+    m_hotColumn->showLocalPage(m_library.questLocation(), hotPage);
+}
+
+void Miravel::refreshLocalQA()
+{
+    LOG_INFO() << "get network problem signal";
+    if (!getIDP) {
+        return;
+    }
+    LOG_INFO() << "before getIDP = " << boolText(getIDP) << ", show LocalQA";
+    showLocalQA();
+}
+
+void Miravel::itReport_url()
+{
+    if (itReportHasSite(m_diagnosis)) {
+        openItReportSite(m_configPath);
+    } else {
+        m_region->addRobotMessage(callItSupportText());
+    }
 }
 
 void Miravel::switchHotQuestionLocation_change()
 {
-    hotPage = nextLocalPage(hotPage, questLocation.size());
-    m_hotColumn->showLocalPage(questLocation, hotPage);
+    hotPage = nextLocalPage(hotPage, m_library.questLocation().size());
+    m_hotColumn->showLocalPage(m_library.questLocation(), hotPage);
 }
 
 void Miravel::hotRecom_list_click(QString question, qint64 questionId)
@@ -325,13 +352,13 @@ void Miravel::hotRecom_list_click(QString question, qint64 questionId)
     LOG_INFO() << "locatNum: " << place;
     if (place >= 0) {
         m_region->addQuestionBubble(question);
-        m_region->showAnswer(question, answerLocation.at(place));
+        m_region->showAnswer(question, m_library.answerLocation().at(place));
     }
 }
 
 int Miravel::getLocationQuest_Num(QString question)
 {
-    return questLocation.indexOf(question);
+    return m_library.questLocation().indexOf(question);
 }
 
 QString Miravel::notLoggedInText()

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "service/netstatetestthread.h"
+#include "ui/mainwindow/locallibrary.h"
+
 #include <QJsonArray>
 #include <QPoint>
 #include <QPointer>
@@ -66,6 +69,10 @@ public slots:
     /// Gives the input box its typing style.
     void TextInput_color();
 
+    /// Sends the user to the IT department: to its site, or to its telephone from outside. May
+    /// block for up to five seconds.
+    void itReport_url();
+
     /// Shows the next page of the local questions.
     void switchHotQuestionLocation_change();
 
@@ -75,6 +82,10 @@ public slots:
 
     /// Fetches the hot questions anew; runs every 30 minutes.
     void refreshHotQuestionsTimer();
+
+    /// The service turned out to be unreachable: shows the local library unless it is shown
+    /// already.
+    void refreshLocalQA();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -113,10 +124,10 @@ private:
     bool loggedIn = false;      ///< a login check has found the desktop logged in
     bool menuOpen = false;      ///< the input box's own context menu is showing
     QString lastInputText;
-    int hotPage = 0;                       ///< where the page of hot questions that is shown begins
-    QJsonArray m_hotQuestions;             ///< the service's, that the next page is taken from
-    QStringList questLocation{QString()};  ///< questions of the local library, from index 1 on
-    QStringList answerLocation{QString()}; ///< their answers, at the same indices
+    int hotPage = 0;           ///< where the page of hot questions that is shown begins
+    QJsonArray m_hotQuestions; ///< the service's, that the next page is taken from
+    LocalLibrary m_library;
+    NetStateTestThread m_diagnosis;
     QPoint m_dragOffset;
 
     QWidget *m_inner = nullptr;
