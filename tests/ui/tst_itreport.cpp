@@ -8,6 +8,7 @@
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/miravel.h"
 
+#include <QAction>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
@@ -58,6 +59,7 @@ private slots:
     void noNetwork_namesTheTelephone();
     void missingPing_namesTheTelephone();
     void otherLayout_isProbedToo();
+    void helpEntryOfTheMenu_reports();
     void telephone_isNotScrolledTo();
     void siteIsReadAnewEachTime();
     void missingSite_isPassedToTheDesktopAsItIs();
@@ -197,6 +199,16 @@ void TestItReport::otherLayout_isProbedToo()
     m_window->itReport_url();
     QVERIFY(wasProbed());
     QCOMPARE(m_log->lines(), QStringList{insideLine});
+}
+
+void TestItReport::helpEntryOfTheMenu_reports()
+{
+    makeWindow(QString());
+    m_window->about_menuClicked();
+    auto *help = m_window->findChild<QAction *>(QStringLiteral("actHelp"));
+    QVERIFY(help);
+    help->trigger();
+    QCOMPARE(m_opened, QStringList{site});
 }
 
 void TestItReport::telephone_isNotScrolledTo()
