@@ -4,6 +4,7 @@
 #include "ui/answer/bubblelabel.h"
 #include "ui/answer/foldbar.h"
 #include "ui/answer/recommendbox.h"
+#include "ui/answer/textwrap.h"
 #include "ui/style/styles.h"
 
 #include <QLabel>
@@ -21,7 +22,7 @@ QLabel *makeTitle(const QString &title, QWidget *bubble)
 {
     QLabel *label = makeBubbleLabel(styles::bubbleBoldText, bubble);
     label->setOpenExternalLinks(true);
-    setWrappedText(label, title);
+    setWrappedText(label, shownPart(title));
     return label;
 }
 
@@ -43,6 +44,7 @@ AnswerItem::AnswerItem(FrameOnly /*frame*/, const QString &title, const QString 
     , m_content(new AnswerContent(reply, title, pictures, m_bubble))
     , m_titleTerm(m_title->height() - 1 + titleMargin)
 {
+    setAccessibleName(m_title->text());
 }
 
 void AnswerItem::makeBars()

@@ -70,6 +70,7 @@ void ConversationItem::setItemSize(const QSize &size)
 void ConversationItem::appendToList()
 {
     m_item = m_list->append(this);
+    m_item->setData(Qt::AccessibleTextRole, accessibleName());
 }
 
 QWidget *ConversationItem::addBubble()

@@ -21,6 +21,9 @@ public:
     /// Appends \a widget, a child of sheet(), as a new item of its size; the list owns both.
     QListWidgetItem *append(QWidget *widget);
 
+    /// Scrolls as far as needed to show \a widget, which lies inside an item widget.
+    void reveal(const QWidget *widget);
+
     QRect visualRect(const QModelIndex &index) const override;
     QModelIndex indexAt(const QPoint &point) const override;
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;

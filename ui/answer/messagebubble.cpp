@@ -21,6 +21,7 @@ MessageBubble::MessageBubble(const QString &text, ConversationList *list)
     , m_bubble(addBubble())
     , m_label(makeBubbleLabel(styles::bubbleBoldText, m_bubble))
 {
+    setAccessibleName(text);
     m_label->setText(text);
     m_label->adjustSize();
     if (m_label->width() > textMaxWidth) {

@@ -367,6 +367,13 @@ void QARegion::copyPicture(int num) const
     }
 }
 
+void QARegion::reveal(const QWidget *widget)
+{
+    if (m_list->sheet()->isAncestorOf(widget)) {
+        m_list->reveal(widget);
+    }
+}
+
 void QARegion::scrollToBottom()
 {
     m_list->scrollToBottom();

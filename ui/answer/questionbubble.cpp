@@ -18,11 +18,13 @@ constexpr QSize bubbleMargin(25, 22);
 
 } // namespace
 
-QuestionBubble::QuestionBubble(const QString &text, ConversationList *list)
+QuestionBubble::QuestionBubble(const QString &question, ConversationList *list)
     : ConversationItem(Speaker::User, list)
     , m_bubble(addBubble())
     , m_label(makeBubbleLabel(styles::bubbleText, m_bubble))
 {
+    const QString text = shownPart(question);
+    setAccessibleName(text);
     m_label->setTextFormat(Qt::PlainText);
     m_label->ensurePolished(); // or the metrics below are those of the application's font
     const QFontMetrics metrics = m_label->fontMetrics();
