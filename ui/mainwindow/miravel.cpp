@@ -2,6 +2,8 @@
 
 #include "app/apppaths.h"
 #include "app/logstream.h"
+#include "app/texttools.h"
+#include "localchannel/sysguardqueststhread.h"
 #include "service/hotqueststhread.h"
 #include "ui/answer/qaregion.h"
 #include "ui/dialogs/aboutdialog.h"
@@ -11,6 +13,7 @@
 #include "ui/mainwindow/loadingoverlay.h"
 #include "ui/mainwindow/titlebar.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QGridLayout>
 #include <QJsonArray>
@@ -51,12 +54,17 @@ Miravel::Miravel(QWidget *parent)
     centreOnScreen();
     raise();
     activateWindow();
+    listenSysguardMessage_thread();
 }
 
 Miravel::~Miravel()
 {
     stopHotWorker(m_hotWorker);
     stopHotWorker(m_refreshWorker);
+    m_guardThread->stop();
+    if (m_guardThread->wait(workerStopMs)) {
+        delete m_guardThread;
+    }
 }
 
 void Miravel::stopHotWorker(const QPointer<HotQuestsThread> &worker)
@@ -369,6 +377,32 @@ void Miravel::askOrExplain(const QString &question, const char *explainedLog, co
 void Miravel::showAssociation()
 {
     TextInput_color();
+}
+
+void Miravel::listenSysguardMessage_thread()
+{
+    LOG_INFO() << "begin to start qthread for listen sysguard message";
+    m_guardThread = new SysguardQuestsThread(this);
+    connect(this, &Miravel::rightRegionSuccess, m_guardThread,
+            &SysguardQuestsThread::rightRegionIniSuccess);
+    connect(m_guardThread, &SysguardQuestsThread::sysQuests_signal, this,
+            &Miravel::sendSysguardQuest);
+    // Queued: the next question is not asked inside the one that has just been dealt with, so any
+    // number of them needs no more stack than one.
+    connect(this, &Miravel::QAFinished, m_guardThread, &SysguardQuestsThread::QAFinishedNestQuest,
+            Qt::QueuedConnection);
+    connect(qApp, &QGuiApplication::lastWindowClosed, m_guardThread, &SysguardQuestsThread::stop);
+    m_guardThread->start();
+}
+
+void Miravel::sendSysguardQuest(QJsonObject obj)
+{
+    LOG_INFO() << "send Sysguard Quest: " << timeOfDay();
+    askOrExplain(throughLocalEncoding(obj.value(QLatin1String("question")).toString()),
+                 "send messages(Sysguard) when not logged in, isGetHotQuests:",
+                 "send messages(Sysguard) by idp qa request, isGetHotQuests:");
+    LOG_INFO() << "send QAFinished signal";
+    emit QAFinished();
 }
 
 void Miravel::TextInput_color()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QJsonArray>
+#include <QJsonObject>
 #include <QPoint>
 #include <QPointer>
 #include <QTimer>
@@ -13,6 +14,7 @@ class HotQuestsThread;
 class InputPanel;
 class LoadingOverlay;
 class QARegion;
+class SysguardQuestsThread;
 class TitleBar;
 
 /// The program's only top-level window: a frameless chat window of 920 x 640 px. It decides whether
@@ -25,7 +27,7 @@ class Miravel : public QWidget
 public:
     explicit Miravel(QWidget *parent = nullptr);
 
-    /// Waits at most 2 s for a fetch that still runs.
+    /// Waits at most 2 s for each thread that still runs.
     ~Miravel() override;
 
     /// Starts in online mode at once: the virtual-desktop client started the program.
@@ -76,6 +78,10 @@ public slots:
     /// Fetches the hot questions anew; runs every 30 minutes.
     void refreshHotQuestionsTimer();
 
+    /// Asks the question that the guard tool posted, in the user's stead, and reports by
+    /// QAFinished() when it has been dealt with.
+    void sendSysguardQuest(QJsonObject obj);
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -87,6 +93,7 @@ private:
     void buildTitleBar();
     void buildInput();
     void centreOnScreen();
+    void listenSysguardMessage_thread();
     void switchToOnlineMode();
     void buildHotQuestions();
     void getHotQuestion_thread_right();
@@ -126,6 +133,7 @@ private:
     std::unique_ptr<LoadingOverlay> m_overlay;
     QPointer<HotQuestsThread> m_hotWorker;
     QPointer<HotQuestsThread> m_refreshWorker;
+    SysguardQuestsThread *m_guardThread = nullptr; ///< deleted at the end, if it has ended by then
     QTimer m_associationTick;
     QTimer m_loginPoll;
     QTimer m_hotRefresh;
