@@ -13,6 +13,8 @@ namespace {
 /// What the guard tool may send ahead of its being read, in bytes.
 constexpr qint64 unreadLimit = 16 * 1024 * 1024;
 
+constexpr unsigned long endLimitMs = 2000;
+
 } // namespace
 
 SysguardQuestsThread::SysguardQuestsThread(QObject * /*parent*/)
@@ -119,4 +121,12 @@ void SysguardQuestsThread::handOver(const QJsonObject &question)
     ++m_handedOver;
     emit sysQuests_signal(question);
     --m_handedOver;
+}
+
+void SysguardQuestsEnd::operator()(SysguardQuestsThread *thread) const
+{
+    thread->stop();
+    if (thread->wait(endLimitMs)) {
+        delete thread;
+    }
 }

@@ -71,3 +71,10 @@ private:
     int m_handedOver = 0; ///< calls of handOver() that have not returned
     bool m_stopped = false;
 };
+
+/// Ends an owned channel: waits at most 2 s for the thread and deletes it. A thread that still runs
+/// is left alone, because destroying it would abort the program.
+struct SysguardQuestsEnd
+{
+    void operator()(SysguardQuestsThread *thread) const;
+};

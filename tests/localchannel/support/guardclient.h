@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QTcpSocket>
+#include <QVector>
 
 /// The acknowledgement as it stands on the wire.
 [[nodiscard]] QByteArray acknowledgementBytes();
@@ -37,3 +38,7 @@ private:
     QTcpSocket m_socket;
     QByteArray m_received;
 };
+
+/// Posts \a documents to \a port one after the other, each when the one before is acknowledged,
+/// from a thread of its own while this thread's event loop runs. Whether all were acknowledged.
+[[nodiscard]] bool postAll(quint16 port, const QVector<QByteArray> &documents);
