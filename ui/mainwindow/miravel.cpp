@@ -10,6 +10,7 @@
 #include "ui/mainwindow/focusorder.h"
 #include "ui/mainwindow/hotquestionscolumn.h"
 #include "ui/mainwindow/inputpanel.h"
+#include "ui/mainwindow/itreport.h"
 #include "ui/mainwindow/loadingoverlay.h"
 #include "ui/mainwindow/screens.h"
 #include "ui/mainwindow/screenwatch.h"
@@ -59,6 +60,7 @@ Miravel::Miravel(QWidget *parent)
     activateWindow();
     watchScreens();
     listenSysguardMessage_thread();
+    connect(m_form.region, &QARegion::netproblem, this, &Miravel::refreshLocalQA);
 }
 
 Miravel::~Miravel() = default;
@@ -168,6 +170,7 @@ void Miravel::switchToOfflineMode()
 {
     getIDP = false;
     panelReady = true;
+    m_library.parseLocalQA();
     buildHotQuestions();
 }
 
@@ -252,12 +255,12 @@ void Miravel::refreshHotQuestions(const QJsonArray &hotQuestions)
 
 void Miravel::switchHotQuestionLocation_show()
 {
-    LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)"
-               << questLocation.size() - 1 << "netHotWork：" << boolText(netHotWork);
+    LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)" << m_library.size()
+               << "netHotWork：" << boolText(netHotWork);
     m_form.region->addRobotMessage(netHotWork ? fixedmessages::noNetwork()
                                               : fixedmessages::notLoggedIn());
-    if (questLocation.size() > 1) {
-        m_hotColumn->showLocalQuestions(questLocation);
+    if (m_library.size() > 0) {
+        m_hotColumn->showLocalQuestions(m_library.questLocation());
         emit rightRegionSuccess();
     }
 }
@@ -266,8 +269,22 @@ void Miravel::showLocalQA()
 {
     getIDP = false;
     panelReady = true;
-    LOG_INFO() << "questLocation size" << questLocation.size() - 1;
-    m_hotColumn->showLocalQuestions(questLocation);
+    LOG_INFO() << "questLocation size" << m_library.size();
+    if (m_library.size() < 1) {
+        m_library.parseLocalQA();
+        LOG_INFO() << "parse localQuest. questLocation size" << m_library.size();
+    }
+    m_hotColumn->showLocalQuestions(m_library.questLocation());
+}
+
+void Miravel::refreshLocalQA()
+{
+    LOG_INFO() << "get network problem signal";
+    if (!getIDP) {
+        return;
+    }
+    LOG_INFO() << "before getIDP = " << boolText(getIDP) << ", show LocalQA";
+    showLocalQA();
 }
 
 void Miravel::switchHotQuestionLocation_change()
@@ -289,13 +306,13 @@ void Miravel::hotRecom_list_click(QString question, qint64 questionId)
     LOG_INFO() << "locatNum: " << place;
     if (place >= 0) {
         m_form.region->addQuestionBubble(question);
-        m_form.region->showAnswer(question, answerLocation.at(place));
+        m_form.region->showAnswer(question, m_library.answerLocation().at(place));
     }
 }
 
 int Miravel::getLocationQuest_Num(QString question)
 {
-    return questLocation.indexOf(question);
+    return m_library.questLocation().indexOf(question);
 }
 
 void Miravel::send_messages()
@@ -403,9 +420,19 @@ void Miravel::about_clicked()
 void Miravel::about_menuClicked()
 {
     auto *menu = new AboutMenu(this);
+    connect(menu, &AboutMenu::helpRequested, this, &Miravel::itReport_url);
     connect(menu, &AboutMenu::aboutRequested, this, &Miravel::about_clicked);
     m_form.titleBar->aboutButton()->setMenu(menu);
     menu->popup(QCursor::pos());
+}
+
+void Miravel::itReport_url()
+{
+    if (itReportHasSite(m_diagnosis)) {
+        openItReportSite(m_configPath);
+    } else {
+        m_form.region->addRobotMessage(callItSupportText());
+    }
 }
 
 void Miravel::inputEdit_rightMenu()

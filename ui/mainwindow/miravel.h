@@ -1,7 +1,9 @@
 #pragma once
 
 #include "localchannel/sysguardqueststhread.h"
+#include "service/netstatetestthread.h"
 #include "ui/mainwindow/hotfetch.h"
+#include "ui/mainwindow/locallibrary.h"
 #include "ui/mainwindow/processwatch.h"
 #include "ui/mainwindow/windowdrag.h"
 #include "ui/mainwindow/windowform.h"
@@ -78,6 +80,10 @@ public slots:
     /// window stays responsive.
     void showAssociation_process();
 
+    /// Sends the user to the IT department: to its site, or to its telephone from outside. May
+    /// block for up to five seconds.
+    void itReport_url();
+
     /// Shows the next page of the local questions.
     void switchHotQuestionLocation_change();
 
@@ -116,6 +122,10 @@ public slots:
     /// QAFinished() when it has been dealt with.
     void sendSysguardQuest(QJsonObject obj);
 
+    /// The service turned out to be unreachable: shows the local library unless it is shown
+    /// already.
+    void refreshLocalQA();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool focusNextPrevChild(bool next) override;
@@ -149,10 +159,10 @@ private:
     bool getIDP = false;             ///< questions and hot list come from the service
     bool startedByVdiClient = false; ///< only the client's process counts as the caller
     bool panelReady = false;
-    bool neverLoggedOut = true;            ///< no login check has found the desktop logged out
-    bool loggedIn = false;                 ///< a login check has found the desktop logged in
-    QStringList questLocation{QString()};  ///< questions of the local library, from index 1 on
-    QStringList answerLocation{QString()}; ///< their answers, at the same indices
+    bool neverLoggedOut = true; ///< no login check has found the desktop logged out
+    bool loggedIn = false;      ///< a login check has found the desktop logged in
+    LocalLibrary m_library;
+    NetStateTestThread m_diagnosis;
 
     WindowForm m_form;
     std::unique_ptr<Suggestions> m_suggestions;
