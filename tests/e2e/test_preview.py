@@ -5,6 +5,8 @@ from __future__ import annotations
 
 import unittest
 
+from PIL import Image
+
 from desktop import preview
 from desktop.assistant import Assistant
 from desktop.preview import Preview
@@ -30,12 +32,18 @@ ANIMATED_PLACE = (190, 150)
 
 ABOUT_BUTTON = (835, 29)
 ABOUT_TITLE = "关于"
+ABOUT_LOGO = (20, 20, 200, 150)
 LICENCE_BUTTON = (57, 211)
 ABOUT_CLOSE_BUTTON = (393, 37)
 LICENCE_TITLE = "开源许可"
+LICENCE_CONFIRM_BUTTON = (325, 455)
 
 
 class PreviewTest(DesktopTest):
+    def setUp(self) -> None:
+        super().setUp()
+        self.display.manage_windows()
+
     def test_still_picture_zoomed_fitted_and_closed(self) -> None:
         assistant, window = self.open_preview(STILL, STILL_PLACE)
         left, top, *size = window.place()
@@ -113,7 +121,6 @@ class PreviewTest(DesktopTest):
         self.keep("preview-small", window)
         self.close_preview(assistant, window)
 
-    @unittest.skipUnless(ON_WINE, "no window manager runs here that could maximise a window")
     def test_maximised_and_back(self) -> None:
         assistant, window = self.open_preview(STILL, STILL_PLACE)
         before = window.place()
@@ -131,12 +138,16 @@ class PreviewTest(DesktopTest):
         assistant.wait_for_log("click to about btn", "Current version = 1.0.0")
         self.wait_for_dialog(assistant, ABOUT_TITLE)
         self.keep_screen("about")
+        logo = self.picture_of(assistant, ABOUT_TITLE).crop(ABOUT_LOGO)
         self.click_in(assistant, ABOUT_TITLE, LICENCE_BUTTON)
         assistant.wait_for_log("Enter on_opensrclicense_clicked")
         self.wait_for_dialog(assistant, LICENCE_TITLE)
         self.keep_screen("licence")
-        assistant.person.press("Escape")
+        self.click_in(assistant, LICENCE_TITLE, LICENCE_CONFIRM_BUTTON)
         wait_until(lambda: not assistant.person.windows(LICENCE_TITLE), "the end of the licence")
+        assistant.rest()
+        wait_until(lambda: self.picture_of(assistant, ABOUT_TITLE).crop(ABOUT_LOGO) == logo,
+                   "About uncovered")
         self.click_in(assistant, ABOUT_TITLE, ABOUT_CLOSE_BUTTON)
         wait_until(lambda: not assistant.person.windows(ABOUT_TITLE), "the end of About")
         self.close_cleanly(assistant)
@@ -153,12 +164,16 @@ class PreviewTest(DesktopTest):
 
     def is_blank(self, assistant: Assistant, title: str) -> bool:
         """Whether the dialog's middle shows a single colour."""
+        picture = self.picture_of(assistant, title)
+        middle = picture.crop((20, 20, picture.width - 20, picture.height - 20))
+        return middle.getcolors(1) is not None
+
+    def picture_of(self, assistant: Assistant, title: str) -> Image.Image:
+        """What the screen shows where the dialog is."""
         window = assistant.person.windows(title)[0]
         left, top = assistant.person.position(window)
         width, height = assistant.person.size(window)
-        middle = self.display.shot().crop((left + 20, top + 20, left + width - 20,
-                                           top + height - 20))
-        return middle.getcolors(1) is not None
+        return self.display.shot().crop((left, top, left + width, top + height))
 
     def open_preview(self, question: str, place: tuple[int, int]) -> tuple[Assistant, Preview]:
         """The preview of a question's picture."""

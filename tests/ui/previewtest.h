@@ -2,6 +2,7 @@
 
 #include "ui/preview/imagedisplay.h"
 
+#include <QEvent>
 #include <QObject>
 #include <QPixmap>
 #include <QTemporaryDir>

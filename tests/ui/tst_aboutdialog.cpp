@@ -1,3 +1,4 @@
+#include "app/apppaths.h"
 #include "tests/service/support/logcapture.h"
 #include "tests/ui/dialogtest.h"
 #include "ui/dialogs/opensoulicense.h"
@@ -8,6 +9,7 @@
 #include <QFrame>
 #include <QImage>
 #include <QLabel>
+#include <QLayout>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
