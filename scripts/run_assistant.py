@@ -15,6 +15,7 @@ from desktop.assistant import Assistant
 from desktop.demoservice import DemoService
 from desktop.display import Display
 from desktop.installation import Installation
+from desktop.offlinetour import ARGUMENTS, LOGGED_OUT, OfflineTour
 from desktop.project import BUILD
 from desktop.tour import Tour
 from desktop.usersession import run_for_user
@@ -41,11 +42,16 @@ def display_reachable() -> bool:
 
 def take_tour(installation: Installation, service: DemoService) -> None:
     """Without a display: a screen in memory, and the pictures of what it showed."""
-    with Display(STAGE / "display") as display, Assistant(installation, display) as assistant:
-        tour = Tour(assistant, service, SCREENSHOTS)
-        tour.run()
-        for picture in tour.pictures:
-            print(os.path.relpath(picture))
+    with Display(STAGE / "display") as display:
+        with Assistant(installation, display) as assistant:
+            tour = Tour(assistant, service, SCREENSHOTS)
+            tour.run()
+        installation.client_settings.update(LOGGED_OUT)
+        with Assistant(installation, display, arguments=ARGUMENTS) as assistant:
+            offline = OfflineTour(assistant, SCREENSHOTS, len(tour.pictures) + 1)
+            offline.run()
+    for picture in tour.pictures + offline.pictures:
+        print(os.path.relpath(picture))
 
 
 def main() -> int:

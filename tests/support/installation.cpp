@@ -7,6 +7,8 @@
 #include <QLocalSocket>
 #include <QThread>
 
+#include <algorithm>
+
 namespace {
 
 constexpr unsigned long pollMs = 10;
@@ -56,9 +58,23 @@ bool Installation::install()
     if (!root.mkpath(runtime) || !QFile::setPermissions(runtime, ownerOnly)) {
         return false;
     }
+    if (!installLocalLibrary()) {
+        return false;
+    }
     m_environment.insert(QStringLiteral("TMPDIR"), path(QStringLiteral("tmp")));
     m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime);
     return QFile::copy(builtProgram(), programPath());
+}
+
+bool Installation::installLocalLibrary() const
+{
+    const QDir shipped(QStringLiteral(MIRAVEL_LOCAL_LIBRARY));
+    const QDir installed(programFolder() + QStringLiteral("/LocalQA"));
+    const QStringList names = shipped.entryList(QDir::Files);
+    return installed.mkpath(QStringLiteral("."))
+        && std::all_of(names.begin(), names.end(), [&](const QString &name) {
+               return QFile::copy(shipped.filePath(name), installed.filePath(name));
+           });
 }
 
 bool Installation::isValid() const

@@ -26,7 +26,7 @@ public:
     /// Only a failing test waits that long.
     static constexpr int patienceMs = 20'000;
 
-    /// Copies the program and makes empty "config" and "log" folders.
+    /// Copies the program with its local library and makes empty "config" and "log" folders.
     explicit Installation(Layout layout);
     ~Installation();
 
@@ -86,6 +86,7 @@ private:
     static void setIniKey(IniContent &content, const QString &key, const QString &value);
     [[nodiscard]] QString layoutFolder(const QString &name) const;
     bool install();
+    [[nodiscard]] bool installLocalLibrary() const;
 
     QTemporaryDir m_root;
     Layout m_layout;

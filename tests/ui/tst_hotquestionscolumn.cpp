@@ -134,11 +134,11 @@ void TestHotQuestionsColumn::form()
 void TestHotQuestionsColumn::tenServiceQuestions_makeSixteenRows()
 {
     HotQuestionsColumn column(nullptr);
-    column.showServicePage(questions(10), 0);
+    column.showServiceQuestions(questions(10));
     QCOMPARE(column.findChild<QListWidget *>()->count(), 16);
     QCOMPARE(button(column, 10)->text(), QStringLiteral("10. 问10"));
     QCOMPARE(button(column, 11)->text(), QStringLiteral("11. "));
-    column.showServicePage(QJsonArray(), 0);
+    column.showServiceQuestions(QJsonArray());
     QVERIFY(button(column, 1)->findChild<QLabel *>() == nullptr);
 }
 
@@ -149,7 +149,9 @@ void TestHotQuestionsColumn::localPage_endsWithAnEmptyRow()
         entries.append(QStringLiteral("本地%1").arg(i));
     }
     HotQuestionsColumn column(nullptr);
-    column.showLocalPage(entries, 32);
+    column.showLocalQuestions(entries);
+    column.showNextPage();
+    column.showNextPage();
     QCOMPARE(column.findChild<QListWidget *>()->count(), 8);
     QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地33"));
     QCOMPARE(button(column, 7)->text(), QStringLiteral("7. 本地39"));
@@ -159,14 +161,14 @@ void TestHotQuestionsColumn::localPage_endsWithAnEmptyRow()
 void TestHotQuestionsColumn::localListOfOneEntry_showsNoQuestion()
 {
     HotQuestionsColumn column(nullptr);
-    column.showLocalPage({QString()}, 0);
+    column.showLocalQuestions({QString()});
     QVERIFY(button(column, 1) == nullptr);
 }
 
 void TestHotQuestionsColumn::rowPlacesAndStyle()
 {
     HotQuestionsColumn column(nullptr);
-    column.showServicePage(questions(16), 0);
+    column.showServiceQuestions(questions(16));
     const auto *list = column.findChild<QListWidget *>();
     QCOMPARE(list->item(4)->sizeHint(), QSize(224, 30));
     QCOMPARE(row(column, 5)->size(), QSize(224, 30));
@@ -182,11 +184,11 @@ void TestHotQuestionsColumn::rowPlacesAndStyle()
 void TestHotQuestionsColumn::icon_followsAShortText_andStandsAtTheEndOfALongOne()
 {
     HotQuestionsColumn column(nullptr);
-    column.showServicePage(oneQuestion(QStringLiteral("短")), 0);
+    column.showServiceQuestions(oneQuestion(QStringLiteral("短")));
     button(column, 1)->ensurePolished();
     const int width = button(column, 1)->fontMetrics().horizontalAdvance(QStringLiteral("1. 短"));
     QCOMPARE(button(column, 1)->findChild<QLabel *>()->geometry(), QRect(width + 12, 2, 22, 12));
-    column.showServicePage(oneQuestion(QString(30, QChar(u'长'))), 0);
+    column.showServiceQuestions(oneQuestion(QString(30, QChar(u'长'))));
     QCOMPARE(button(column, 1)->findChild<QLabel *>()->geometry(), QRect(170, 2, 22, 12));
 }
 
@@ -198,7 +200,7 @@ void TestHotQuestionsColumn::longText_isElided_withAToolTip()
         array.append(QJsonObject{{QStringLiteral("question"), question}});
     }
     HotQuestionsColumn column(nullptr);
-    column.showServicePage(array, 0);
+    column.showServiceQuestions(array);
     button(column, 2)->ensurePolished();
     const QFontMetrics metrics = button(column, 2)->fontMetrics();
     QCOMPARE(button(column, 2)->text(),
@@ -212,7 +214,7 @@ void TestHotQuestionsColumn::longText_isElided_withAToolTip()
 void TestHotQuestionsColumn::ampersandAndMarkup_areShownAsTheyAre()
 {
     HotQuestionsColumn column(nullptr);
-    column.showServicePage(oneQuestion(QStringLiteral("A & <b>B</b>")), 0);
+    column.showServiceQuestions(oneQuestion(QStringLiteral("A & <b>B</b>")));
     QCOMPARE(button(column, 1)->text(), QStringLiteral("1. A && <b>B</b>"));
     QVERIFY(button(column, 1)->shortcut().isEmpty());
 }
@@ -220,7 +222,8 @@ void TestHotQuestionsColumn::ampersandAndMarkup_areShownAsTheyAre()
 void TestHotQuestionsColumn::click_saysQuestionAndId()
 {
     HotQuestionsColumn column(nullptr);
-    column.showServicePage(questions(40), 16);
+    column.showServiceQuestions(questions(40));
+    column.showNextPage();
     QSignalSpy clicked(&column, &HotQuestionsColumn::questionClicked);
     QTest::mouseClick(button(column, 2), Qt::LeftButton);
     QCOMPARE(clicked.count(), 1);

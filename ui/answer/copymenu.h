@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QMenu>
+#include "ui/style/shortcutmenu.h"
 
 /// The menu of a text or picture of the conversation, with the one item that copies it. Deletes
 /// itself when it closes.
-class CopyMenu : public QMenu
+class CopyMenu : public ShortcutMenu
 {
     Q_OBJECT
     Q_DISABLE_COPY(CopyMenu)

@@ -109,6 +109,11 @@ void QARegion::getAskAndAnswer_NoThread(const QString &question, const QString &
     checkEmptyReply(result.value(QLatin1String("reply")).toString());
 }
 
+QJsonArray QARegion::association_questions(const QString &text)
+{
+    return m_idp.association_questions(text);
+}
+
 void QARegion::showResult(const QString &question, const QJsonObject &result)
 {
     const QString standardQuestion = result.value(QLatin1String("standardQuestion")).toString();

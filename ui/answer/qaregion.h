@@ -45,6 +45,10 @@ public:
     void getAskAndAnswer_NoThread(const QString &question, const QString &source,
                                   const QString &originalQuestion, qint64 questionId);
 
+    /// The service's suggestions for the typed \a text, empty on any failure. Waits for them for at
+    /// most 0.4 s, in which the window stays responsive.
+    [[nodiscard]] QJsonArray association_questions(const QString &text);
+
     /// Appends the user's question and scrolls to it.
     void addQuestionBubble(const QString &text);
 

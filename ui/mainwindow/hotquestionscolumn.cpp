@@ -33,6 +33,7 @@ constexpr int iconFreeWidth = 160;
 constexpr int iconRowWidth = 168;
 constexpr int rowLimit = 190;
 constexpr int rowElidedWidth = 184;
+constexpr int mostMeasured = 4000; ///< characters; more never fit
 
 constexpr QLatin1String rowButtonStyle(
     "QPushButton{color:rgb(29,38,51);font:12px Microsoft YaHei;text-align: left;border:none;}");
@@ -60,9 +61,15 @@ void addIcon(QPushButton *button, int textWidth)
     icon->setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
-/// As it must be given to a button for an ampersand to be seen.
+/// As it must be given to a button for an ampersand to be seen, and one line to stay one.
 QString buttonText(QString text)
 {
+    for (QChar &character : text) {
+        if (character.category() == QChar::Other_Control || character == QChar::LineSeparator
+            || character == QChar::ParagraphSeparator) {
+            character = QLatin1Char(' ');
+        }
+    }
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
@@ -106,35 +113,61 @@ HotQuestionsColumn::HotQuestionsColumn(QWidget *parent)
     m_list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->setSelectionMode(QAbstractItemView::NoSelection);
     m_list->setFocusPolicy(Qt::NoFocus); // its buttons take the focus
+    m_list->setAccessibleName(tr("热门问答"));
     m_nextPage = makeNextPageButton(this);
     m_nextPage->hide();
-    connect(m_nextPage, &QPushButton::clicked, this, &HotQuestionsColumn::nextPageRequested);
+    connect(m_nextPage, &QPushButton::clicked, this, &HotQuestionsColumn::showNextPage);
 }
 
-void HotQuestionsColumn::showServicePage(const QJsonArray &questions, int start)
+void HotQuestionsColumn::showServiceQuestions(const QJsonArray &questions)
 {
+    m_questions = questions;
+    m_showsLocal = false;
+    showPage(0);
+}
+
+void HotQuestionsColumn::showLocalQuestions(const QStringList &entries)
+{
+    m_entries = entries;
+    m_showsLocal = true;
+    showPage(0);
+}
+
+void HotQuestionsColumn::showNextPage()
+{
+    showPage(m_showsLocal ? nextLocalPage(m_pageStart, m_entries.size())
+                          : nextServicePage(m_pageStart, m_questions.size()));
+}
+
+void HotQuestionsColumn::showPage(int start)
+{
+    m_pageStart = start;
     m_list->clear();
+    if (m_showsLocal) {
+        fillLocalPage();
+    } else {
+        fillServicePage();
+    }
+    m_nextPage->show();
+}
+
+void HotQuestionsColumn::fillServicePage()
+{
     for (int row = 0; row < hotRowsPerPage; ++row) {
-        fillRow(addRow(), row + 1, readSuggestedQuestion(questions.at(start + row)));
+        fillRow(addRow(), row + 1, readSuggestedQuestion(m_questions.at(m_pageStart + row)));
     }
 }
 
-void HotQuestionsColumn::showLocalPage(const QStringList &entries, int start)
+void HotQuestionsColumn::fillLocalPage()
 {
-    m_list->clear();
     for (int row = 0; row < hotRowsPerPage; ++row) {
         QWidget *widget = addRow();
-        const int entry = start + row + 1;
-        if (entry >= entries.size()) {
+        const int entry = m_pageStart + row + 1;
+        if (entry >= m_entries.size()) {
             return;
         }
-        fillRow(widget, row + 1, {entries.at(entry), 0});
+        fillRow(widget, row + 1, {m_entries.at(entry), 0});
     }
-}
-
-void HotQuestionsColumn::setNextPageVisible(bool visible)
-{
-    m_nextPage->setVisible(visible);
 }
 
 QWidget *HotQuestionsColumn::addRow()
@@ -151,7 +184,8 @@ QWidget *HotQuestionsColumn::addRow()
 
 void HotQuestionsColumn::fillRow(QWidget *row, int number, const SuggestedQuestion &question)
 {
-    const QString text = QString::number(number) + QLatin1String(". ") + question.text;
+    const QString text
+        = QString::number(number) + QLatin1String(". ") + question.text.left(mostMeasured);
     const QFontMetrics metrics = rowMetrics(row);
     const int width = metrics.horizontalAdvance(text);
     const bool hasIcon = number <= iconRows;
@@ -161,10 +195,13 @@ void HotQuestionsColumn::fillRow(QWidget *row, int number, const SuggestedQuesti
     button->setStyleSheet(rowButtonStyle);
     button->setCursor(Qt::PointingHandCursor);
     button->setAccessibleName(question.text);
+    if (question.text.isEmpty()) {
+        button->setFocusPolicy(Qt::NoFocus); // nothing is there
+    }
     if (width > (hasIcon ? iconRowWidth : rowLimit)) {
         const int limit = hasIcon ? iconRowWidth : rowElidedWidth;
         button->setText(buttonText(metrics.elidedText(text, Qt::ElideRight, limit)));
-        button->setToolTip(question.text);
+        button->setToolTip(plainToolTip(question.text));
     } else {
         button->setText(buttonText(text));
     }

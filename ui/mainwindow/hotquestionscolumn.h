@@ -2,10 +2,10 @@
 
 #include "ui/mainwindow/suggestedquestion.h"
 
-#include <QVector>
+#include <QJsonArray>
+#include <QStringList>
 #include <QWidget>
 
-class QJsonArray;
 class QListWidget;
 class QPushButton;
 
@@ -19,27 +19,33 @@ class HotQuestionsColumn : public QWidget
 public:
     explicit HotQuestionsColumn(QWidget *parent);
 
-    /// Shows the page of the service's \a questions that begins at \a start: always sixteen rows,
-    /// those beyond the last question without one.
-    void showServicePage(const QJsonArray &questions, int start);
+    /// Shows the first page of the service's \a questions. A page always has sixteen rows; those
+    /// beyond the last question have none.
+    void showServiceQuestions(const QJsonArray &questions);
 
-    /// Shows the page of the local library's \a entries that begins at \a start. The first entry is
-    /// no question. The row after the last question is left empty.
-    void showLocalPage(const QStringList &entries, int start);
+    /// Shows the first page of the local library's \a entries, the first of which is no question.
+    /// On the last page the row after the last question is left empty.
+    void showLocalQuestions(const QStringList &entries);
 
-    /// Shows or hides the button for the next page.
-    void setNextPageVisible(bool visible);
+    /// Shows the next page of what is shown; after the last the first comes again.
+    void showNextPage();
 
 signals:
     void questionClicked(const QString &question, qint64 questionId);
-    void nextPageRequested();
 
 private:
+    void showPage(int start);
+    void fillServicePage();
+    void fillLocalPage();
     [[nodiscard]] QWidget *addRow();
     void fillRow(QWidget *row, int number, const SuggestedQuestion &question);
 
     QListWidget *m_list;
     QPushButton *m_nextPage;
+    bool m_showsLocal = false; ///< which of the two lists is paged through
+    QJsonArray m_questions;
+    QStringList m_entries;
+    int m_pageStart = 0; ///< where the page that is shown begins
 };
 
 /// The button "换一换" of the column, at its place inside \a parent.

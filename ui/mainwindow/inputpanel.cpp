@@ -1,8 +1,13 @@
 #include "ui/mainwindow/inputpanel.h"
 
+#include "ui/mainwindow/inputmenu.h"
+
+#include <QCursor>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextEdit>
+#include <QTextLayout>
 
 namespace {
 
@@ -65,6 +70,7 @@ InputPanel::InputPanel(QWidget *parent)
                                  "border-left:1px solid rgb(244, 245, 248);"
                                  "border-bottom:1px solid rgb(244, 245, 248);}"));
     m_input = makeInput(this);
+    connect(m_input, &QWidget::customContextMenuRequested, this, &InputPanel::menuRequested);
 
     auto *send = new QPushButton(tr("发送"), this);
     send->setGeometry(sendPlace);
@@ -81,5 +87,49 @@ void InputPanel::applyTypingStyle()
     // Setting an equal text would parse it anew and repaint the box.
     if (m_input->styleSheet() != typingStyle) {
         setInputStyle(m_input, typingStyle);
+    }
+}
+
+bool InputPanel::isComposing() const
+{
+    const QTextLayout *layout = m_input->textCursor().block().layout();
+    return layout != nullptr && !layout->preeditAreaText().isEmpty();
+}
+
+void InputPanel::openMenu()
+{
+    closeMenu();
+    m_menuOpen = true; // before the box loses the focus to the menu
+    m_menu = new InputMenu(*m_input, this);
+    connect(m_menu, &InputMenu::cutRequested, this, &InputPanel::cutRequested);
+    connect(m_menu, &InputMenu::copyRequested, this, &InputPanel::copyRequested);
+    connect(m_menu, &InputMenu::pasteRequested, this, &InputPanel::pasteRequested);
+    connect(m_menu, &QMenu::aboutToHide, this, [this] { m_menuOpen = false; });
+    m_menu->popup(QCursor::pos());
+}
+
+void InputPanel::cut()
+{
+    m_input->cut();
+    closeMenu();
+}
+
+void InputPanel::copy()
+{
+    m_input->copy();
+    closeMenu();
+}
+
+void InputPanel::paste()
+{
+    m_input->paste();
+    closeMenu();
+}
+
+void InputPanel::closeMenu()
+{
+    m_menuOpen = false;
+    if (!m_menu.isNull()) {
+        m_menu->close(); // which deletes it
     }
 }

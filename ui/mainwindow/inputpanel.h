@@ -1,8 +1,9 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
-class QPushButton;
+class InputMenu;
 class QTextEdit;
 
 /// The panel below the conversation: the box in which the user types and the send button.
@@ -19,9 +20,31 @@ public:
     /// Gives the typed text its dark, regular look in place of the grey bold one of the start.
     void applyTypingStyle();
 
+    /// Whether an input method is composing a word in the box.
+    [[nodiscard]] bool isComposing() const;
+
+    /// Shows the context menu of the box at the mouse, in place of one that is open.
+    void openMenu();
+
+    /// Whether it is showing.
+    [[nodiscard]] bool isMenuOpen() const { return m_menuOpen; }
+
+    // What the menu offers; it closes with it.
+    void cut();
+    void copy();
+    void paste();
+
 signals:
     void sendClicked();
+    void menuRequested();
+    void cutRequested();
+    void copyRequested();
+    void pasteRequested();
 
 private:
+    void closeMenu();
+
     QTextEdit *m_input;
+    QPointer<InputMenu> m_menu;
+    bool m_menuOpen = false;
 };

@@ -47,6 +47,7 @@ LoadingOverlay::LoadingOverlay(QWidget *column, QWidget *window)
     , m_placeholderButton(makeNextPageButton(column))
     , m_veil(makeVeil(window))
 {
+    m_placeholderButton->setFocusPolicy(Qt::NoFocus); // it does nothing
     m_placeholder->show();
     m_placeholderButton->show();
     m_veil->show();

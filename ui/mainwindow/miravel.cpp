@@ -2,33 +2,34 @@
 
 #include "app/apppaths.h"
 #include "app/logstream.h"
-#include "service/hotqueststhread.h"
+#include "app/texttools.h"
 #include "ui/answer/qaregion.h"
 #include "ui/dialogs/aboutdialog.h"
-#include "ui/mainwindow/hotpaging.h"
+#include "ui/mainwindow/aboutmenu.h"
+#include "ui/mainwindow/fixedmessages.h"
+#include "ui/mainwindow/focusorder.h"
 #include "ui/mainwindow/hotquestionscolumn.h"
 #include "ui/mainwindow/inputpanel.h"
+#include "ui/mainwindow/itreport.h"
 #include "ui/mainwindow/loadingoverlay.h"
+#include "ui/mainwindow/screens.h"
+#include "ui/mainwindow/screenwatch.h"
+#include "ui/mainwindow/suggestions.h"
 #include "ui/mainwindow/titlebar.h"
+#include "ui/preview/imagedisplay.h"
 
+#include <QCursor>
 #include <QDir>
-#include <QGridLayout>
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QJsonArray>
 #include <QKeyEvent>
-#include <QMouseEvent>
+#include <QPushButton>
 #include <QScreen>
 #include <QSettings>
 #include <QTextEdit>
 
 namespace {
-
-constexpr QSize windowSize(920, 640);
-constexpr QRect regionPlace(2, 58, 646, 490);
-
-constexpr int associationTickMs = 1000;
-constexpr int loginPollMs = 60000;
-constexpr int hotRefreshMs = 1800000;
-constexpr unsigned long workerStopMs = 2000;
 
 const char *boolText(bool value)
 {
@@ -40,79 +41,74 @@ const char *boolText(bool value)
 Miravel::Miravel(QWidget *parent)
     : QWidget(parent)
     , m_configPath(miravelConfigPath())
+    , m_watchedPrograms{QStringLiteral("Velistra_VDI_Client.exe"), QStringLiteral("Velistra.exe")}
+    , m_form(buildWindowForm(*this, opensAboutMenu()))
+    , m_suggestions(
+          std::make_unique<Suggestions>(m_form.inputPanel->input(), m_form.region, m_form.inner))
+    , m_timers(this)
+    , m_drag(this)
 {
-    buildForm();
-    buildTitleBar();
-    m_region = new QARegion(m_inner);
-    m_region->setGeometry(regionPlace);
-    buildInput();
+    connectTitleBar();
+    connectTimers();
+    connectInput();
     delete_gif();
-    connect(&m_hotRefresh, &QTimer::timeout, this, &Miravel::refreshHotQuestionsTimer);
-    centreOnScreen();
+    connect(&m_firstFetch, &HotFetch::fetched, this, &Miravel::getHotQuestion_right);
+    connect(&m_refreshFetch, &HotFetch::fetched, this, &Miravel::refreshHotQuestions);
+    // The screen's origin is left out on purpose: the window opens on the primary screen.
+    move(centredPosition(screen()->geometry().size(), size()));
     raise();
     activateWindow();
+    watchScreens();
+    listenSysguardMessage_thread();
+    connect(m_form.region, &QARegion::netproblem, this, &Miravel::refreshLocalQA);
 }
 
-Miravel::~Miravel()
-{
-    stopHotWorker(m_hotWorker);
-    stopHotWorker(m_refreshWorker);
-}
+Miravel::~Miravel() = default;
 
-void Miravel::stopHotWorker(const QPointer<HotQuestsThread> &worker)
-{
-    if (worker.isNull()) {
-        return;
-    }
-    worker->disconnect(this);
-    worker->quit(); // ends the waits inside the worker as well
-    if (worker->wait(workerStopMs)) {
-        delete worker;
-    }
-    // A worker that still runs is left alone: destroying a running thread would abort the program.
-}
-
-void Miravel::buildForm()
-{
-    if (objectName().isEmpty()) {
-        setObjectName(QStringLiteral("Miravel"));
-    }
-    setFixedSize(windowSize);
-    auto *layout = new QGridLayout(this);
-    layout->setSpacing(0);
-    layout->setContentsMargins(0, 0, 0, 0);
-    m_inner = new QWidget(this);
-    m_inner->setFixedSize(windowSize);
-    layout->addWidget(m_inner);
-    setWindowTitle(tr("Miravel"));
-    setAttribute(Qt::WA_QuitOnClose);
-    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint
-                   | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
-}
-
-void Miravel::buildTitleBar()
+bool Miravel::opensAboutMenu() const
 {
     const QSettings settings(m_configPath, QSettings::IniFormat);
-    const bool dialogDirectly
-        = settings.value(QStringLiteral("SysEnvironment/EnvType"), 1).toInt() == 1;
-    auto *bar = new TitleBar(dialogDirectly ? TitleBar::AboutButton::OpensDialog
-                                            : TitleBar::AboutButton::OpensMenu,
-                             m_inner);
-    if (dialogDirectly) {
-        connect(bar, &TitleBar::aboutClicked, this, &Miravel::about_clicked);
-    }
-    connect(bar, &TitleBar::minimiseClicked, this, &Miravel::min_windows);
-    connect(bar, &TitleBar::closeClicked, this, &Miravel::close_windows);
+    return settings.value(QStringLiteral("SysEnvironment/EnvType"), 1).toInt() != 1;
 }
 
-void Miravel::buildInput()
+void Miravel::connectTitleBar()
 {
-    m_inputPanel = new InputPanel(m_inner);
-    m_inputPanel->input()->installEventFilter(this);
-    m_inputPanel->input()->setFocus(); // the user types at once
-    connect(m_inputPanel, &InputPanel::sendClicked, this, &Miravel::send_messages);
-    connect(&m_associationTick, &QTimer::timeout, this, &Miravel::showAssociation);
-    m_associationTick.start(associationTickMs);
+    connect(m_form.titleBar, &TitleBar::aboutClicked, this,
+            opensAboutMenu() ? &Miravel::about_menuClicked : &Miravel::about_clicked);
+    connect(m_form.titleBar, &TitleBar::minimiseClicked, this, &Miravel::min_windows);
+    connect(m_form.titleBar, &TitleBar::closeClicked, this, &Miravel::close_windows);
+}
+
+void Miravel::connectInput()
+{
+    const InputPanel *panel = m_form.inputPanel;
+    panel->input()->installEventFilter(this);
+    panel->input()->setFocus(); // the user types at once
+    connect(panel, &InputPanel::sendClicked, this, &Miravel::send_messages);
+    connect(panel, &InputPanel::menuRequested, this, &Miravel::inputEdit_rightMenu);
+    connect(panel, &InputPanel::cutRequested, this, &Miravel::cut_slots);
+    connect(panel, &InputPanel::copyRequested, this, &Miravel::copy_slots);
+    connect(panel, &InputPanel::pasteRequested, this, &Miravel::paste_slots);
+    connect(m_suggestions.get(), &Suggestions::questionClicked, this,
+            &Miravel::association_list_click);
+    connect(m_suggestions.get(), &Suggestions::closeClicked, this, &Miravel::assoclose_windows);
+    m_timers.associationTick.start();
+}
+
+void Miravel::connectTimers()
+{
+    connect(&m_timers.associationTick, &QTimer::timeout, this, &Miravel::showAssociation);
+    connect(&m_timers.loginPoll, &QTimer::timeout, this, &Miravel::JudgeUser_ifLogined_ByConfig);
+    connect(&m_timers.processWatch, &QTimer::timeout, this, &Miravel::detectionProcess_VdiAndOmbra);
+    connect(&m_timers.hotRefresh, &QTimer::timeout, this, &Miravel::refreshHotQuestionsTimer);
+}
+
+void Miravel::watchScreens()
+{
+    auto *watch = new ScreenWatch(this);
+    connect(watch, &ScreenWatch::screensChanged, this, &Miravel::slotResize);
+    connect(watch, &ScreenWatch::logicalDotsPerInchChanged, this,
+            &Miravel::OnLogicalDotsPerInchChanged);
 }
 
 void Miravel::delete_gif()
@@ -124,20 +120,13 @@ void Miravel::delete_gif()
     }
 }
 
-void Miravel::centreOnScreen()
-{
-    // The screen's origin is left out on purpose: the window opens on the primary screen.
-    const QSize available = screen()->geometry().size();
-    move((available.width() - width()) / 2, (available.height() - height()) / 2);
-}
-
 void Miravel::startForVdiClient()
 {
     getIDP = true;
     startedByVdiClient = true;
     panelReady = true;
     buildHotQuestions();
-    m_hotRefresh.start(hotRefreshMs);
+    m_timers.hotRefresh.start();
 }
 
 void Miravel::startForLauncher()
@@ -147,12 +136,9 @@ void Miravel::startForLauncher()
         switchToOnlineMode();
         return;
     }
-    panelReady = true;
-    getIDP = false;
     startedByVdiClient = false;
-    buildHotQuestions();
-    connect(&m_loginPoll, &QTimer::timeout, this, &Miravel::JudgeUser_ifLogined_ByConfig);
-    m_loginPoll.start(loginPollMs);
+    switchToOfflineMode();
+    m_timers.loginPoll.start();
 }
 
 void Miravel::JudgeUser_ifLogined_ByConfig()
@@ -167,7 +153,7 @@ void Miravel::JudgeUser_ifLogined_ByConfig()
     loggedIn = true;
     if (!neverLoggedOut) {
         switchToOnlineMode();
-        m_loginPoll.stop();
+        m_timers.loginPoll.stop();
     }
 }
 
@@ -177,15 +163,34 @@ void Miravel::switchToOnlineMode()
     startedByVdiClient = false;
     panelReady = true;
     buildHotQuestions();
-    m_hotRefresh.start(hotRefreshMs);
+    m_timers.hotRefresh.start();
+}
+
+void Miravel::switchToOfflineMode()
+{
+    getIDP = false;
+    panelReady = true;
+    m_library.parseLocalQA();
+    buildHotQuestions();
+}
+
+void Miravel::detectionProcess_VdiAndOmbra()
+{
+    if (watchedProgramRuns(m_watchedPrograms, startedByVdiClient)) {
+        return;
+    }
+    m_timers.associationTick.disconnect(this);
+    m_timers.associationTick.stop();
+    m_suggestions->close(); // no tick would close them any more
+    m_timers.processWatch.stop();
+    switchToOfflineMode();
 }
 
 void Miravel::buildHotQuestions()
 {
     delete m_hotColumn;
-    m_hotColumn = new HotQuestionsColumn(m_inner);
+    m_hotColumn = new HotQuestionsColumn(m_form.inner);
     connect(m_hotColumn, &HotQuestionsColumn::questionClicked, this, &Miravel::hotRecom_list_click);
-    connect(m_hotColumn, &HotQuestionsColumn::nextPageRequested, this, &Miravel::showNextHotPage);
     m_hotColumn->show();
     if (getIDP) {
         getHotQuestion_thread_right();
@@ -196,25 +201,15 @@ void Miravel::buildHotQuestions()
 
 void Miravel::getHotQuestion_thread_right()
 {
-    m_overlay = std::make_unique<LoadingOverlay>(m_hotColumn, m_inner);
+    m_overlay = std::make_unique<LoadingOverlay>(m_hotColumn, m_form.inner);
     LOG_INFO() << "begin to start qthread for get hot questions";
-    m_hotWorker = startHotWorker(&Miravel::getHotQuestion_right);
+    m_firstFetch.start();
 }
 
 void Miravel::refreshHotQuestionsTimer()
 {
     LOG_INFO() << "refresh hot questions timer by a new qthread";
-    m_refreshWorker = startHotWorker(&Miravel::refreshHotQuestions);
-}
-
-HotQuestsThread *Miravel::startHotWorker(void (Miravel::*result)(const QJsonArray &))
-{
-    // No owner: a worker outlives a window that goes, and deletes itself when it has finished.
-    auto *worker = new HotQuestsThread(this);
-    connect(worker, &HotQuestsThread::hotQuests_signal, this, result);
-    connect(worker, &HotQuestsThread::finished, worker, &QObject::deleteLater);
-    worker->start();
-    return worker;
+    m_refreshFetch.start();
 }
 
 void Miravel::getHotQuestion_right(const QJsonArray &hotQuestions)
@@ -224,28 +219,25 @@ void Miravel::getHotQuestion_right(const QJsonArray &hotQuestions)
     if (hotQuestions.isEmpty()) {
         LOG_WARNING() << "Network problem! failed to get hot issues.";
         netHotWork = true;
-        getIDP = false;
-        panelReady = true;
-        buildHotQuestions();
+        switchToOfflineMode();
         return;
     }
     LOG_INFO() << "Get hot issues successfully! hot_questions_num: (%d)" << hotQuestions.size();
-    m_region->addRobotMessage(tr("您好，我是Miravel，请简要描述您的问题或错误提示!"));
-    showServiceQuestions(hotQuestions);
+    m_form.region->addRobotMessage(fixedmessages::greeting());
+    m_hotColumn->showServiceQuestions(hotQuestions);
     emit rightRegionSuccess();
+    if (miravelVersion != QLatin1String("INVIRTUAL_SHORTCUT")) {
+        m_timers.processWatch.start();
+    }
 }
 
 void Miravel::refreshHotQuestions(const QJsonArray &hotQuestions)
 {
-    if (!m_refreshWorker.isNull()) {
-        m_refreshWorker->quit();
-        m_refreshWorker->wait(); // it has sent its result and is about to end
-    }
     if (hotQuestions.isEmpty()) {
         LOG_WARNING() << "failed to get hot issues";
         if (getIDP) {
-            m_region->addRobotMessage(tr("热门问题刷新失败，您可在“热门问答”区域查看常见问题。"));
-            m_region->scrollToBottom();
+            m_form.region->addRobotMessage(fixedmessages::refreshFailed());
+            m_form.region->scrollToBottom();
             showLocalQA();
             LOG_INFO() << "before hot issues online, now refresh LocalQA";
         }
@@ -253,45 +245,22 @@ void Miravel::refreshHotQuestions(const QJsonArray &hotQuestions)
     }
     LOG_INFO() << "Get hot issues successfully, refresh";
     if (!getIDP) {
-        m_region->addRobotMessage(tr("热门问题刷新成功。"));
-        m_region->scrollToBottom();
+        m_form.region->addRobotMessage(fixedmessages::refreshed());
+        m_form.region->scrollToBottom();
     }
     netHotWork = false;
     getIDP = true;
-    showServiceQuestions(hotQuestions);
-}
-
-void Miravel::showServiceQuestions(const QJsonArray &hotQuestions)
-{
-    m_hotQuestions = hotQuestions;
-    hotPage = 0;
-    m_hotColumn->setNextPageVisible(true);
-    m_hotColumn->showServicePage(m_hotQuestions, hotPage);
-}
-
-void Miravel::showNextHotPage()
-{
-    if (!getIDP) {
-        switchHotQuestionLocation_change();
-        return;
-    }
-    hotPage = nextServicePage(hotPage, m_hotQuestions.size());
-    m_hotColumn->showServicePage(m_hotQuestions, hotPage);
+    m_hotColumn->showServiceQuestions(hotQuestions);
 }
 
 void Miravel::switchHotQuestionLocation_show()
 {
-    LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)"
-               << questLocation.size() - 1 << "netHotWork：" << boolText(netHotWork);
-    const QString explanation = netHotWork
-                                  ? tr("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
-                                       "您可在“热门问答”区域查看常见问题。")
-                                  : notLoggedInText();
-    m_region->addRobotMessage(explanation);
-    hotPage = 0;
-    if (questLocation.size() > 1) {
-        m_hotColumn->setNextPageVisible(true);
-        m_hotColumn->showLocalPage(questLocation, hotPage);
+    LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)" << m_library.size()
+               << "netHotWork：" << boolText(netHotWork);
+    m_form.region->addRobotMessage(netHotWork ? fixedmessages::noNetwork()
+                                              : fixedmessages::notLoggedIn());
+    if (m_library.size() > 0) {
+        m_hotColumn->showLocalQuestions(m_library.questLocation());
         emit rightRegionSuccess();
     }
 }
@@ -300,16 +269,27 @@ void Miravel::showLocalQA()
 {
     getIDP = false;
     panelReady = true;
-    LOG_INFO() << "questLocation size" << questLocation.size() - 1;
-    hotPage = 0;
-    m_hotColumn->setNextPageVisible(true);
-    m_hotColumn->showLocalPage(questLocation, hotPage);
+    LOG_INFO() << "questLocation size" << m_library.size();
+    if (m_library.size() < 1) {
+        m_library.parseLocalQA();
+        LOG_INFO() << "parse localQuest. questLocation size" << m_library.size();
+    }
+    m_hotColumn->showLocalQuestions(m_library.questLocation());
+}
+
+void Miravel::refreshLocalQA()
+{
+    LOG_INFO() << "get network problem signal";
+    if (!getIDP) {
+        return;
+    }
+    LOG_INFO() << "before getIDP = " << boolText(getIDP) << ", show LocalQA";
+    showLocalQA();
 }
 
 void Miravel::switchHotQuestionLocation_change()
 {
-    hotPage = nextLocalPage(hotPage, questLocation.size());
-    m_hotColumn->showLocalPage(questLocation, hotPage);
+    m_hotColumn->showNextPage();
 }
 
 void Miravel::hotRecom_list_click(QString question, qint64 questionId)
@@ -318,33 +298,27 @@ void Miravel::hotRecom_list_click(QString question, qint64 questionId)
                << "question: " << question << "questionId: " << questionId;
     LOG_INFO() << "getIDP: " << boolText(getIDP);
     if (getIDP) {
-        m_region->Miss_RecomSend(question, QStringLiteral("hotquestion"), QString(), questionId);
+        m_form.region->Miss_RecomSend(question, QStringLiteral("hotquestion"), QString(),
+                                      questionId);
         return;
     }
     const int place = getLocationQuest_Num(question);
     LOG_INFO() << "locatNum: " << place;
     if (place >= 0) {
-        m_region->addQuestionBubble(question);
-        m_region->showAnswer(question, answerLocation.at(place));
+        m_form.region->addQuestionBubble(question);
+        m_form.region->showAnswer(question, m_library.answerLocation().at(place));
     }
 }
 
 int Miravel::getLocationQuest_Num(QString question)
 {
-    return questLocation.indexOf(question);
-}
-
-QString Miravel::notLoggedInText()
-{
-    return tr("您好，我是Miravel，您的桌面尚未登录鉴权，暂时无法提供智能服务。"
-              "您可在“热门问答”区域查看常见问题。"
-              "我将会在您登录鉴权后，提供更多智能服务。");
+    return m_library.questLocation().indexOf(question);
 }
 
 void Miravel::send_messages()
 {
-    const QString question = m_inputPanel->input()->toPlainText().simplified();
-    m_inputPanel->input()->clear();
+    const QString question = m_form.inputPanel->input()->toPlainText().simplified();
+    m_form.inputPanel->input()->clear();
     askOrExplain(question, "send messages when not logged in, isGetHotQuests:",
                  "send messages by idp qa request, isGetHotQuests:");
 }
@@ -358,22 +332,69 @@ void Miravel::askOrExplain(const QString &question, const char *explainedLog, co
     LOG_INFO() << (mayAsk ? askedLog : explainedLog) << boolText(isGetHotQuests)
                << ". netHotWork:" << boolText(netHotWork);
     if (mayAsk) {
-        m_region->Miss_RecomSend(question, QStringLiteral("rawquery"), QString(), 0);
+        m_form.region->Miss_RecomSend(question, QStringLiteral("rawquery"), QString(), 0);
         return;
     }
-    m_region->addQuestionBubble(question);
-    m_region->addRobotMessage(notLoggedInText());
-    m_region->scrollToBottom();
+    m_form.region->addQuestionBubble(question);
+    m_form.region->addRobotMessage(fixedmessages::notLoggedIn());
+    m_form.region->scrollToBottom();
 }
 
 void Miravel::showAssociation()
 {
     TextInput_color();
+    if (m_suggestions->textHasChanged() && isGetHotQuests) {
+        showAssociation_process();
+    }
+}
+
+void Miravel::showAssociation_process()
+{
+    TextInput_color();
+    m_suggestions->fetch();
+}
+
+void Miravel::association_list_click(QString question, qint64 id)
+{
+    m_suggestions->closeForQuestion();
+    m_form.inputPanel->input()->clear();
+    m_form.region->Miss_RecomSend(question, QStringLiteral("associate"), QString(), id);
+}
+
+void Miravel::assoclose_windows()
+{
+    m_suggestions->close();
+}
+
+void Miravel::listenSysguardMessage_thread()
+{
+    LOG_INFO() << "begin to start qthread for listen sysguard message";
+    m_guardThread.reset(new SysguardQuestsThread(this));
+    SysguardQuestsThread *const guard = m_guardThread.get();
+    connect(this, &Miravel::rightRegionSuccess, guard,
+            &SysguardQuestsThread::rightRegionIniSuccess);
+    connect(guard, &SysguardQuestsThread::sysQuests_signal, this, &Miravel::sendSysguardQuest);
+    // Queued: the next question is not asked inside the one that has just been dealt with, so any
+    // number of them needs no more stack than one.
+    connect(this, &Miravel::QAFinished, guard, &SysguardQuestsThread::QAFinishedNestQuest,
+            Qt::QueuedConnection);
+    connect(qGuiApp, &QGuiApplication::lastWindowClosed, guard, &SysguardQuestsThread::stop);
+    guard->start();
+}
+
+void Miravel::sendSysguardQuest(QJsonObject obj)
+{
+    LOG_INFO() << "send Sysguard Quest: " << timeOfDay();
+    askOrExplain(throughLocalEncoding(obj.value(QLatin1String("question")).toString()),
+                 "send messages(Sysguard) when not logged in, isGetHotQuests:",
+                 "send messages(Sysguard) by idp qa request, isGetHotQuests:");
+    LOG_INFO() << "send QAFinished signal";
+    emit QAFinished();
 }
 
 void Miravel::TextInput_color()
 {
-    m_inputPanel->applyTypingStyle();
+    m_form.inputPanel->applyTypingStyle();
 }
 
 void Miravel::close_windows()
@@ -396,36 +417,115 @@ void Miravel::about_clicked()
     dialog->show();
 }
 
+void Miravel::about_menuClicked()
+{
+    auto *menu = new AboutMenu(this);
+    connect(menu, &AboutMenu::helpRequested, this, &Miravel::itReport_url);
+    connect(menu, &AboutMenu::aboutRequested, this, &Miravel::about_clicked);
+    m_form.titleBar->aboutButton()->setMenu(menu);
+    menu->popup(QCursor::pos());
+}
+
+void Miravel::itReport_url()
+{
+    if (itReportHasSite(m_diagnosis)) {
+        openItReportSite(m_configPath);
+    } else {
+        m_form.region->addRobotMessage(callItSupportText());
+    }
+}
+
+void Miravel::inputEdit_rightMenu()
+{
+    m_form.inputPanel->openMenu();
+}
+
+void Miravel::cut_slots()
+{
+    m_form.inputPanel->cut();
+}
+
+void Miravel::copy_slots()
+{
+    m_form.inputPanel->copy();
+}
+
+void Miravel::paste_slots()
+{
+    m_form.inputPanel->paste();
+}
+
+void Miravel::slotResize()
+{
+    const QSize area = sizeOfScreenAtOrigin(screenPlaces());
+    LOG_DEBUG() << "get rect of primaryScreen, width:" << area.width()
+                << " height:" << area.height();
+    QCursor::setPos(1, 1);
+    const QPoint place = centredPosition(area, size());
+    LOG_DEBUG() << "Move Miravel to OriginX:" << place.x() << "OriginY:" << place.y();
+    placeAnew(*this, place);
+    slotResize_ImagePreviewWid(area.width(), area.height());
+}
+
+void Miravel::slotResize_ImagePreviewWid(int width, int height)
+{
+    ImageDisplay *preview = m_form.region->preview();
+    if (preview == nullptr || !preview->isVisible()) {
+        return;
+    }
+    const QPoint place = centredPosition({width, height}, preview->size());
+    LOG_DEBUG() << "Move picture preview window of Miravel to OriginX:" << place.x()
+                << "OriginY:" << place.y();
+    placeAnew(*preview, place);
+}
+
+void Miravel::OnLogicalDotsPerInchChanged()
+{
+    showAnew(*this);
+}
+
 bool Miravel::eventFilter(QObject *watched, QEvent *event)
 {
-    QTextEdit *input = m_inputPanel->input();
-    if (watched == input) {
-        if (event->type() == QEvent::KeyPress
-            && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Return) {
+    QTextEdit *input = m_form.inputPanel->input();
+    if (watched == input && event->type() == QEvent::KeyPress
+        && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Return) {
+        if (m_form.inputPanel->isComposing()) {
+            QGuiApplication::inputMethod()->commit(); // the key ends the word that is composed
+        } else {
             send_messages();
-            return true;
         }
-        if (event->type() == QEvent::FocusOut && !menuOpen) {
-            input->moveCursor(QTextCursor::End);
-        }
+        return true;
+    }
+    if (watched == input && event->type() == QEvent::FocusOut && !m_form.inputPanel->isMenuOpen()) {
+        input->moveCursor(QTextCursor::End);
     }
     return QWidget::eventFilter(watched, event);
 }
 
+bool Miravel::focusNextPrevChild(bool next)
+{
+    QWidget *neighbour = neighbourInReadingOrder(
+        {m_form.titleBar, m_form.region, m_suggestions->popup(), m_form.inputPanel, m_hotColumn},
+        focusWidget(), next);
+    if (neighbour == nullptr) {
+        return false;
+    }
+    neighbour->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
 void Miravel::mousePressEvent(QMouseEvent *event)
 {
-    m_dragOffset = event->globalPos() - pos();
+    m_drag.press(*event);
 }
 
 void Miravel::mouseMoveEvent(QMouseEvent *event)
 {
-    if (event->buttons() == Qt::LeftButton && !isMaximized() && !m_dragOffset.isNull()) {
-        move(event->globalPos() - m_dragOffset);
-    }
+    m_drag.move(*event);
 }
 
 void Miravel::mouseReleaseEvent(QMouseEvent *event)
 {
     Q_UNUSED(event)
-    m_dragOffset = QPoint();
+    m_drag.release();
 }

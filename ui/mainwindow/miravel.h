@@ -1,19 +1,23 @@
 #pragma once
 
+#include "localchannel/sysguardqueststhread.h"
+#include "service/netstatetestthread.h"
+#include "ui/mainwindow/hotfetch.h"
+#include "ui/mainwindow/locallibrary.h"
+#include "ui/mainwindow/processwatch.h"
+#include "ui/mainwindow/windowdrag.h"
+#include "ui/mainwindow/windowform.h"
+#include "ui/mainwindow/windowtimers.h"
+
 #include <QJsonArray>
-#include <QPoint>
-#include <QPointer>
-#include <QTimer>
+#include <QJsonObject>
 #include <QWidget>
 
 #include <memory>
 
 class HotQuestionsColumn;
-class HotQuestsThread;
-class InputPanel;
 class LoadingOverlay;
-class QARegion;
-class TitleBar;
+class Suggestions;
 
 /// The program's only top-level window: a frameless chat window of 920 x 640 px. It decides whether
 /// questions go to the service or are answered from what is at hand. Lives on the GUI thread.
@@ -25,7 +29,7 @@ class Miravel : public QWidget
 public:
     explicit Miravel(QWidget *parent = nullptr);
 
-    /// Waits at most 2 s for a fetch that still runs.
+    /// Waits at most 2 s for each thread that still runs.
     ~Miravel() override;
 
     /// Starts in online mode at once: the virtual-desktop client started the program.
@@ -49,6 +53,9 @@ public slots:
 
     /// Removes the animated pictures that an earlier run saved.
     void delete_gif();
+
+    /// Closes the suggestions.
+    void assoclose_windows();
     void min_windows();
 
     /// Sends what is typed, as far as it is not blank, and empties the input box.
@@ -60,50 +67,93 @@ public slots:
     /// The place of \a question in the local library, or -1.
     [[nodiscard]] int getLocationQuest_Num(QString question);
 
-    /// Runs once a second while the user may be typing.
+    /// A suggestion was clicked: it is asked in place of what is typed.
+    void association_list_click(QString question, qint64 id);
+
+    /// Runs once a second: fetches suggestions when what is typed has changed.
     void showAssociation();
 
     /// Gives the input box its typing style.
     void TextInput_color();
+
+    /// Fetches suggestions for what is typed and shows them. Takes at most 0.4 s, in which the
+    /// window stays responsive.
+    void showAssociation_process();
+
+    /// Sends the user to the IT department: to its site, or to its telephone from outside. May
+    /// block for up to five seconds.
+    void itReport_url();
 
     /// Shows the next page of the local questions.
     void switchHotQuestionLocation_change();
 
     /// Reads from the client's settings whether the desktop is logged in.
     void JudgeUser_ifLogined_ByConfig();
+
+    /// Looks whether a program that the window depends on still runs, and falls back to local
+    /// answers when none does. Blocks until the system has listed its processes, at most 30 s.
+    void detectionProcess_VdiAndOmbra();
+
+    // What the context menu of the input box does.
+    void cut_slots();
+    void copy_slots();
+    void paste_slots();
+
+    /// Shows the context menu of the input box at the mouse.
+    void inputEdit_rightMenu();
+
+    /// The screens have changed: centres the window on the one that begins at the desktop's origin.
+    void slotResize();
+
+    /// Centres the open picture preview on a screen of \a width x \a height px.
+    void slotResize_ImagePreviewWid(int width, int height);
+
+    /// The primary screen's resolution has changed: shows the window anew.
+    void OnLogicalDotsPerInchChanged();
     void about_clicked();
+
+    /// Shows the menu of the about button at the mouse.
+    void about_menuClicked();
 
     /// Fetches the hot questions anew; runs every 30 minutes.
     void refreshHotQuestionsTimer();
 
+    /// Asks the question that the guard tool posted, in the user's stead, and reports by
+    /// QAFinished() when it has been dealt with.
+    void sendSysguardQuest(QJsonObject obj);
+
+    /// The service turned out to be unreachable: shows the local library unless it is shown
+    /// already.
+    void refreshLocalQA();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    void buildForm();
-    void buildTitleBar();
-    void buildInput();
-    void centreOnScreen();
+    [[nodiscard]] bool opensAboutMenu() const;
+    void connectTitleBar();
+    void connectInput();
+    void connectTimers();
+    void watchScreens();
+    void listenSysguardMessage_thread();
     void switchToOnlineMode();
+    void switchToOfflineMode();
     void buildHotQuestions();
     void getHotQuestion_thread_right();
     void getHotQuestion_right(const QJsonArray &hotQuestions);
     void refreshHotQuestions(const QJsonArray &hotQuestions);
     void switchHotQuestionLocation_show();
     void showLocalQA();
-    void showServiceQuestions(const QJsonArray &hotQuestions);
-    void showNextHotPage();
-    [[nodiscard]] HotQuestsThread *startHotWorker(void (Miravel::*result)(const QJsonArray &));
-    void stopHotWorker(const QPointer<HotQuestsThread> &worker);
-    [[nodiscard]] static QString notLoggedInText();
 
     /// Answers \a question, or says why it cannot be asked yet. The two texts begin the log line.
     void askOrExplain(const QString &question, const char *explainedLog, const char *askedLog);
 
     QString m_configPath;
+    WatchedPrograms m_watchedPrograms;
     bool isGetHotQuests = false;     ///< the first hot-questions fetch has returned
     bool netHotWork = false;         ///< the last hot-questions fetch failed
     bool getIDP = false;             ///< questions and hot list come from the service
@@ -111,22 +161,16 @@ private:
     bool panelReady = false;
     bool neverLoggedOut = true; ///< no login check has found the desktop logged out
     bool loggedIn = false;      ///< a login check has found the desktop logged in
-    bool menuOpen = false;      ///< the input box's own context menu is showing
-    QString lastInputText;
-    int hotPage = 0;                       ///< where the page of hot questions that is shown begins
-    QJsonArray m_hotQuestions;             ///< the service's, that the next page is taken from
-    QStringList questLocation{QString()};  ///< questions of the local library, from index 1 on
-    QStringList answerLocation{QString()}; ///< their answers, at the same indices
-    QPoint m_dragOffset;
+    LocalLibrary m_library;
+    NetStateTestThread m_diagnosis;
 
-    QWidget *m_inner = nullptr;
-    QARegion *m_region = nullptr;
-    InputPanel *m_inputPanel = nullptr;
+    WindowForm m_form;
+    std::unique_ptr<Suggestions> m_suggestions;
     HotQuestionsColumn *m_hotColumn = nullptr;
     std::unique_ptr<LoadingOverlay> m_overlay;
-    QPointer<HotQuestsThread> m_hotWorker;
-    QPointer<HotQuestsThread> m_refreshWorker;
-    QTimer m_associationTick;
-    QTimer m_loginPoll;
-    QTimer m_hotRefresh;
+    HotFetch m_firstFetch;
+    HotFetch m_refreshFetch;
+    WindowTimers m_timers;
+    WindowDrag m_drag;
+    std::unique_ptr<SysguardQuestsThread, SysguardQuestsEnd> m_guardThread;
 };

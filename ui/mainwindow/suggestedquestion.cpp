@@ -1,6 +1,7 @@
 #include "ui/mainwindow/suggestedquestion.h"
 
 #include <QJsonObject>
+#include <QTextDocument>
 #include <QVariant>
 
 #include <cmath>
@@ -30,4 +31,9 @@ SuggestedQuestion readSuggestedQuestion(const QJsonValue &value)
     const QJsonObject object = value.toObject();
     return {object.value(QLatin1String("question")).toString(),
             integralId(object.value(QLatin1String("id")))};
+}
+
+QString plainToolTip(const QString &text)
+{
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
 }

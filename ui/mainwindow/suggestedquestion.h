@@ -14,3 +14,6 @@ struct SuggestedQuestion
 /// Reads the service's object with "question" and "id". Anything missing or of another type is
 /// empty or 0; an id is any integral number within 64 bits.
 [[nodiscard]] SuggestedQuestion readSuggestedQuestion(const QJsonValue &value);
+
+/// \a text as a tool tip that shows it as it is, even where it looks like markup.
+[[nodiscard]] QString plainToolTip(const QString &text);

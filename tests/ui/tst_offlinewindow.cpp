@@ -1,0 +1,347 @@
+#include "app/apppaths.h"
+#include "resources/resources.h"
+#include "tests/service/support/logcapture.h"
+#include "tests/service/support/refusingport.h"
+#include "tests/service/support/testconfig.h"
+#include "tests/service/support/testserver.h"
+#include "ui/answer/answercontent.h"
+#include "ui/answer/answeritem.h"
+#include "ui/answer/messagebubble.h"
+#include "ui/answer/qaregion.h"
+#include "ui/answer/questionbubble.h"
+#include "ui/mainwindow/hotquestionscolumn.h"
+#include "ui/mainwindow/miravel.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+const QString next = QStringLiteral("换一换");
+const QString noNetwork
+    = QStringLiteral("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
+                     "您可在“热门问答”区域查看常见问题。");
+
+const QByteArray hotReply = R"({"errorCode":"0","result":[{"id":7,"question":"如何修改密码？"}]})";
+
+QString numbered(int number)
+{
+    return QStringLiteral("如何%1？").arg(number);
+}
+
+} // namespace
+
+/// The main window on its local library.
+class TestOfflineWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void launcherStart_readsTheLibrary();
+    void launcherStart_withoutLibrary_showsNoRowsAndNoButton();
+    void failedFirstFetch_showsTheLibrary();
+    void nextPage_goesRound();
+    void clickedQuestion_getsItsAnswer();
+    void answerWithAPicture_showsIt();
+    void unknownQuestion_showsNothing();
+    void networkProblem_showsTheLibraryOnce();
+    void networkProblem_withTheLibraryRead_readsNothing();
+    void networkProblem_withoutLibrary_showsTheButton();
+    void networkProblem_ofARealQuestion_showsTheLibrary();
+    void refreshWithData_bringsTheServiceBack();
+
+private:
+    void writeLibrary(int count) const;
+    void write(int number, const QString &question, const QString &answer) const;
+    void goOnline();
+    [[nodiscard]] QStringList rows() const;
+    [[nodiscard]] QPushButton *row(const QString &question) const;
+    [[nodiscard]] QPushButton *nextButton() const;
+    [[nodiscard]] QStringList messages() const;
+
+    std::unique_ptr<TestConfig> m_config;
+    std::unique_ptr<TestServer> m_server;
+    std::unique_ptr<Miravel> m_window;
+};
+
+void TestOfflineWindow::initTestCase()
+{
+    initResources();
+}
+
+void TestOfflineWindow::init()
+{
+    m_config = std::make_unique<TestConfig>();
+    m_server = std::make_unique<TestServer>();
+    m_config->setServer(m_server->port());
+    m_config->set(QStringLiteral("url/hoturl"), QStringLiteral("/hot"));
+    m_config->set(QStringLiteral("url/askquesturl"), QStringLiteral("/ask"));
+    m_config->set(QStringLiteral("ihttpInfo/iHttpMode"), QStringLiteral("0"));
+    m_server->setReplyFor("/hot", httpReply(hotReply));
+    initAppPaths(QStringLiteral("vdi"));
+    QDir(m_config->root()).mkpath(QStringLiteral("Miravel/LocalQA"));
+    QDir::setCurrent(m_config->root() + QStringLiteral("/Miravel"));
+    m_window = std::make_unique<Miravel>();
+    m_window->show();
+}
+
+void TestOfflineWindow::cleanup()
+{
+    m_window.reset();
+    m_server.reset();
+    QDir::setCurrent(QDir::tempPath());
+    m_config.reset();
+}
+
+void TestOfflineWindow::writeLibrary(int count) const
+{
+    for (int number = 0; number < count; ++number) {
+        write(number, numbered(number + 1), QStringLiteral("<p>答%1</p>").arg(number + 1));
+    }
+}
+
+void TestOfflineWindow::write(int number, const QString &question, const QString &answer) const
+{
+    QFile file(QStringLiteral("LocalQA/%1.txt").arg(number));
+    const QString text
+        = QStringLiteral("<body>\n<p>问题01：%1</p>\n%2\n</body>").arg(question, answer);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0) {
+        qFatal("The file cannot be written");
+    }
+}
+
+void TestOfflineWindow::goOnline()
+{
+    QSignalSpy ready(m_window.get(), &Miravel::rightRegionSuccess);
+    m_window->startForVdiClient();
+    QTRY_COMPARE(ready.count(), 1);
+}
+
+QStringList TestOfflineWindow::rows() const
+{
+    const auto *list = m_window->findChild<HotQuestionsColumn *>()->findChild<QListWidget *>();
+    QStringList texts;
+    for (int i = 0; i < list->count(); ++i) {
+        const auto *button = list->itemWidget(list->item(i))->findChild<QPushButton *>();
+        texts.append(button ? button->text() : QString());
+    }
+    return texts;
+}
+
+QPushButton *TestOfflineWindow::row(const QString &question) const
+{
+    const auto *list = m_window->findChild<HotQuestionsColumn *>()->findChild<QListWidget *>();
+    for (int i = 0; i < list->count(); ++i) {
+        auto *button = list->itemWidget(list->item(i))->findChild<QPushButton *>();
+        if (button && button->accessibleName() == question) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+QPushButton *TestOfflineWindow::nextButton() const
+{
+    const auto buttons = m_window->findChild<HotQuestionsColumn *>()->findChildren<QPushButton *>(
+        QString(), Qt::FindDirectChildrenOnly);
+    for (QPushButton *button : buttons) {
+        if (button->text() == next) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+QStringList TestOfflineWindow::messages() const
+{
+    QStringList texts;
+    const auto bubbles = m_window->findChildren<MessageBubble *>();
+    for (const MessageBubble *bubble : bubbles) {
+        texts.append(bubble->label()->text());
+    }
+    return texts;
+}
+
+void TestOfflineWindow::launcherStart_readsTheLibrary()
+{
+    writeLibrary(2);
+    QSignalSpy ready(m_window.get(), &Miravel::rightRegionSuccess);
+    const LogCapture log;
+    m_window->startForLauncher();
+    QCOMPARE(rows(),
+             (QStringList{QStringLiteral("1. 如何1？"), QStringLiteral("2. 如何2？"), QString()}));
+    QVERIFY(nextButton()->isVisible());
+    QCOMPARE(ready.count(), 1);
+    QCOMPARE(log.linesWith(QStringLiteral("info: Get Location")),
+             QStringList{QStringLiteral("info: Get Location hot issues ! "
+                                        "Location_hot_questions_num: (%d)2netHotWork：false")});
+    QCOMPARE(log.linesWith(QStringLiteral("debug: End of reading")).size(), 28);
+}
+
+void TestOfflineWindow::launcherStart_withoutLibrary_showsNoRowsAndNoButton()
+{
+    QSignalSpy ready(m_window.get(), &Miravel::rightRegionSuccess);
+    m_window->startForLauncher();
+    QCOMPARE(rows(), QStringList());
+    QVERIFY(!nextButton()->isVisible());
+    QCOMPARE(ready.count(), 0);
+}
+
+void TestOfflineWindow::failedFirstFetch_showsTheLibrary()
+{
+    writeLibrary(1);
+    m_server->setReplyFor("/hot", httpReply(R"({"errorCode":"50001","result":[]})"));
+    const LogCapture log;
+    m_window->startForVdiClient();
+    QTRY_COMPARE(messages(), QStringList{noNetwork});
+    QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
+    QCOMPARE(log.linesWith(QStringLiteral("info: Get Location")),
+             QStringList{QStringLiteral("info: Get Location hot issues ! "
+                                        "Location_hot_questions_num: (%d)1netHotWork：true")});
+}
+
+void TestOfflineWindow::nextPage_goesRound()
+{
+    constexpr int shipped = 30;
+    writeLibrary(shipped);
+    m_window->startForLauncher();
+    QCOMPARE(rows().first(), QStringLiteral("1. 如何1？"));
+    QCOMPARE(rows().size(), 16);
+    QTest::mouseClick(nextButton(), Qt::LeftButton);
+    QCOMPARE(rows().first(), QStringLiteral("1. 如何17？"));
+    QCOMPARE(rows().size(), 15); // fourteen questions and one empty row
+    QCOMPARE(rows().last(), QString());
+    QTest::mouseClick(nextButton(), Qt::LeftButton);
+    QCOMPARE(rows().first(), QStringLiteral("1. 如何1？"));
+}
+
+void TestOfflineWindow::clickedQuestion_getsItsAnswer()
+{
+    writeLibrary(3);
+    m_window->startForLauncher();
+    const LogCapture log;
+    QTest::mouseClick(row(numbered(2)), Qt::LeftButton);
+    const auto *question = m_window->findChild<QuestionBubble *>();
+    QVERIFY(question);
+    QCOMPARE(question->label()->text(), numbered(2));
+    const auto *answer = m_window->findChild<AnswerItem *>();
+    QVERIFY(answer);
+    QCOMPARE(answer->titleLabel()->text(), numbered(2));
+    QCOMPARE(answer->content()->paragraphs().size(), 1);
+    QCOMPARE(answer->content()->paragraphs().first()->text(), QStringLiteral("<p>答2</p>"));
+    QCOMPARE(log.lines(), (QStringList{QStringLiteral("info: hotRecom click.question: 如何2？"
+                                                      "questionId: 0"),
+                                       QStringLiteral("info: getIDP: false"),
+                                       QStringLiteral("info: locatNum: 2")}));
+    QCOMPARE(m_server->connectionCount(), 0);
+}
+
+void TestOfflineWindow::answerWithAPicture_showsIt()
+{
+    // A red picture of 2 x 1 px.
+    const QString picture
+        = QStringLiteral("iVBORw0KGgoAAAANSUhEUgAAAAIAAAABCAIAAAB7QOjdAAAAD0lEQVR4nGP8z8DAwMAAAAYI"
+                         "AQHLR3Z1AAAAAElFTkSuQmCC");
+    write(0, numbered(1),
+          QStringLiteral(
+              "<p>一</p><p><img src=\"data:image/png;base64,%1\" style=\"\"/></p><p>二</p>")
+              .arg(picture));
+    m_window->startForLauncher();
+    QTest::mouseClick(row(numbered(1)), Qt::LeftButton);
+    const auto *answer = m_window->findChild<AnswerItem *>();
+    QCOMPARE(answer->content()->paragraphs().size(), 2);
+    QCOMPARE(answer->content()->pictureRows().size(), 1);
+}
+
+void TestOfflineWindow::unknownQuestion_showsNothing()
+{
+    writeLibrary(1);
+    m_window->startForLauncher();
+    const LogCapture log;
+    m_window->hotRecom_list_click(QStringLiteral("如何1"), 0);
+    QVERIFY(!m_window->findChild<QuestionBubble *>());
+    QVERIFY(!m_window->findChild<AnswerItem *>());
+    QVERIFY(log.lines().contains(QStringLiteral("info: locatNum: -1")));
+}
+
+void TestOfflineWindow::networkProblem_showsTheLibraryOnce()
+{
+    writeLibrary(2);
+    goOnline();
+    QCOMPARE(rows().size(), 16);
+    const LogCapture log;
+    emit m_window->findChild<QARegion *>()->netproblem();
+    QCOMPARE(rows(),
+             (QStringList{QStringLiteral("1. 如何1？"), QStringLiteral("2. 如何2？"), QString()}));
+    QCOMPARE(log.linesWith(QStringLiteral("info: ")),
+             (QStringList{QStringLiteral("info: get network problem signal"),
+                          QStringLiteral("info: before getIDP = true, show LocalQA"),
+                          QStringLiteral("info: questLocation size0"),
+                          QStringLiteral("info: parse localQuest. questLocation size2")}));
+    emit m_window->findChild<QARegion *>()->netproblem();
+    QCOMPARE(log.linesWith(QStringLiteral("info: ")).mid(4),
+             QStringList{QStringLiteral("info: get network problem signal")});
+    QTest::mouseClick(row(numbered(2)), Qt::LeftButton);
+    QVERIFY(m_window->findChild<AnswerItem *>());
+}
+
+void TestOfflineWindow::networkProblem_withTheLibraryRead_readsNothing()
+{
+    writeLibrary(1);
+    m_window->startForLauncher(); // reads the library
+    goOnline();
+    writeLibrary(2);
+    const LogCapture log;
+    m_window->refreshLocalQA();
+    QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
+    QCOMPARE(log.lines(), (QStringList{QStringLiteral("info: get network problem signal"),
+                                       QStringLiteral("info: before getIDP = true, show LocalQA"),
+                                       QStringLiteral("info: questLocation size1")}));
+}
+
+void TestOfflineWindow::networkProblem_withoutLibrary_showsTheButton()
+{
+    goOnline();
+    m_window->refreshLocalQA();
+    QCOMPARE(rows(), QStringList{QString()});
+    QVERIFY(nextButton()->isVisible());
+    QTest::mouseClick(nextButton(), Qt::LeftButton);
+    QCOMPARE(rows(), QStringList{QString()});
+}
+
+void TestOfflineWindow::networkProblem_ofARealQuestion_showsTheLibrary()
+{
+    writeLibrary(1);
+    goOnline();
+    const RefusingPort refusing;
+    m_config->setServer(refusing.port());
+    QTest::mouseClick(row(QStringLiteral("如何修改密码？")), Qt::LeftButton);
+    QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
+    QCOMPARE(messages().last(), noNetwork);
+    QTest::mouseClick(row(numbered(1)), Qt::LeftButton);
+    QVERIFY(m_window->findChild<AnswerItem *>());
+}
+
+void TestOfflineWindow::refreshWithData_bringsTheServiceBack()
+{
+    writeLibrary(1);
+    goOnline();
+    m_window->refreshLocalQA();
+    QCOMPARE(rows().first(), QStringLiteral("1. 如何1？"));
+    m_window->refreshHotQuestionsTimer();
+    QTRY_COMPARE(rows().first(), QStringLiteral("1. 如何修改密码？"));
+    QCOMPARE(messages().last(), QStringLiteral("热门问题刷新成功。"));
+}
+
+QTEST_MAIN(TestOfflineWindow)
+#include "tst_offlinewindow.moc"

@@ -1,0 +1,37 @@
+#include "ui/mainwindow/itreport.h"
+
+#include "app/apppaths.h"
+#include "app/logstream.h"
+#include "service/netstatetestthread.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QSettings>
+#include <QUrl>
+
+bool itReportHasSite(NetStateTestThread &diagnosis)
+{
+    if (miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT")) {
+        LOG_INFO() << "INVIRTUAL_SHORTCUT, Intranet environment, jump to IT reporting website";
+        return true;
+    }
+    if (diagnosis.InternalExternal_netJudg() == NetStateTestThread::InternalNetwork) {
+        LOG_INFO() << "VELISTRA_NEW, Intranet environment, jump to IT reporting website";
+        return true;
+    }
+    LOG_INFO() << "VELISTRA_NEW, External network environment, prompt to call IT";
+    return false;
+}
+
+void openItReportSite(const QString &configPath)
+{
+    const QSettings settings(configPath, QSettings::IniFormat);
+    const QString site = settings.value(QStringLiteral("url/itreporturl")).toString();
+    QDesktopServices::openUrl(QUrl(site));
+}
+
+QString callItSupportText()
+{
+    return QCoreApplication::translate("Miravel", "您好，请拨打IT支持热线: ")
+         + QString::fromLocal8Bit(MIRAVEL_SUPPORT_TELEPHONE);
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QWidget>
+
+class QJsonArray;
+class QListWidget;
+class SuggestionHighlight;
+struct SuggestedQuestion;
+
+/// The suggestions for what is typed, above the input box: a row for each and a button that closes
+/// them. Made anew for every reply of the service and never shown twice.
+class SuggestionPopup : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(SuggestionPopup)
+
+public:
+    /// More suggestions than these are not shown.
+    static constexpr int capacity = 21;
+
+    /// Shows \a suggestions, at least one, inside \a parent at their place. What matches \a typed
+    /// is highlighted.
+    SuggestionPopup(const QJsonArray &suggestions, const QString &typed, QWidget *parent);
+
+signals:
+    void suggestionClicked(const QString &question, qint64 id);
+    void closeClicked();
+
+protected:
+    /// Esc closes, wherever in the popup the focus is.
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void addCloseButton();
+    void addRow(const SuggestedQuestion &suggestion, SuggestionHighlight &highlight);
+
+    QListWidget *m_list;
+};

@@ -1,0 +1,47 @@
+#include "ui/mainwindow/windowform.h"
+
+#include "ui/answer/qaregion.h"
+#include "ui/mainwindow/inputpanel.h"
+#include "ui/mainwindow/miravel.h"
+#include "ui/mainwindow/titlebar.h"
+
+#include <QGridLayout>
+
+namespace {
+
+constexpr QSize windowSize(920, 640);
+constexpr QRect regionPlace(2, 58, 646, 490);
+
+QWidget *makeInner(QWidget &window)
+{
+    auto *layout = new QGridLayout(&window);
+    layout->setSpacing(0);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto *inner = new QWidget(&window);
+    inner->setFixedSize(windowSize);
+    layout->addWidget(inner);
+    return inner;
+}
+
+} // namespace
+
+WindowForm buildWindowForm(QWidget &window, bool aboutMenu)
+{
+    if (window.objectName().isEmpty()) {
+        window.setObjectName(QStringLiteral("Miravel"));
+    }
+    window.setFixedSize(windowSize);
+    WindowForm form{};
+    form.inner = makeInner(window);
+    window.setWindowTitle(Miravel::tr("Miravel"));
+    window.setAttribute(Qt::WA_QuitOnClose);
+    window.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint
+                          | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
+    form.titleBar = new TitleBar(aboutMenu ? TitleBar::AboutButton::OpensMenu
+                                           : TitleBar::AboutButton::OpensDialog,
+                                 form.inner);
+    form.region = new QARegion(form.inner);
+    form.region->setGeometry(regionPlace);
+    form.inputPanel = new InputPanel(form.inner);
+    return form;
+}
