@@ -94,6 +94,7 @@ void TestStartup::caller_decidesLayoutAndLogLines()
     QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
     ChildProcess &program = installation.start(arguments);
     QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(installation.waitForLogLines(layoutLine));
     QVERIFY(program.isRunning());
     QVERIFY2(beginsWithStartup(installation.logLines(), caller, version),
              qPrintable(installation.logLines().join(QLatin1Char('\n'))));
@@ -160,7 +161,7 @@ void TestStartup::textBesideTheOption_isIgnored()
     QVERIFY(installation.isValid());
     QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
     installation.start({QStringLiteral("text"), vdi, QStringLiteral("more")});
-    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(installation.waitForLogLines(layoutLine));
     QVERIFY(beginsWithStartup(installation.logLines(), QStringLiteral("vdi"), clientVersion));
 }
 
@@ -221,6 +222,8 @@ void TestStartup::secondStart_endsWithStatusZeroAfterItsTwoLines()
     QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
     ChildProcess &first = installation.start({vdi});
     QVERIFY(installation.waitUntilAnswering());
+    // Whatever the first logs at its start is written by then.
+    QVERIFY(installation.waitForLogLines(QStringLiteral("failed to get hot issues.")));
 
     ChildProcess &second = installation.start({argument});
     QVERIFY(second.endsWith(0));
