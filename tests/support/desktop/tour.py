@@ -15,7 +15,7 @@ RICH = ("如何登录云桌面", "Hit question, and have Recommends!")
 UNKNOWN = ("今天食堂有什么好吃的", "No hits and no recommendation questions!")
 
 # What another program on the machine asks in the user's stead, and what the program then logs.
-GUARD = ("桌面黑屏", "Hit question")
+GUARD = ("客户端的服务器地址怎么填", "Hit question")
 
 # The eighth row of the hot questions, in px from the window's upper left corner, and its text.
 HOT_ROW = (760, 344)
