@@ -1,7 +1,7 @@
 # The front door. Each target is one script or one preset; see docs/development.md.
 
 .DEFAULT_GOAL := build
-.PHONY: run windows test-windows test soak build sanitize format format-check tidy
+.PHONY: run windows test-windows test soak build bench sanitize format format-check tidy
 
 # Builds what is needed and opens the assistant on the demo service (on a screen in memory without a
 # display).
@@ -19,6 +19,10 @@ soak:
 # The release build; the program is build/release/bin/Miravel.
 build:
 	scripts/build.sh release
+
+# What the program costs against the bare toolkit: one table, also in build/bench/results.json.
+bench:
+	scripts/bench.sh
 
 # The folder that goes to a Windows machine: build/windows/bin.
 windows:

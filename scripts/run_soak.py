@@ -120,6 +120,7 @@ def soak(seconds: float, display: Display) -> dict[str, object]:
                 "calls": dict(watch.calls),
                 "faults": {f"{call} {kind}": count
                            for (call, kind), count in sorted(watch.faults.items())},
+                "refused by the service": dict(watch.refused),
                 "KiB of an answered question": round(costs.answered, 1),
                 "KiB of an unanswered question": round(costs.unanswered, 1),
                 "KiB of a cut answer": round(costs.cut, 1),

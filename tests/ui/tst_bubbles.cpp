@@ -39,6 +39,9 @@ private:
     [[nodiscard]] static QLabel *pictureOf(const QWidget *item, const char *image);
     [[nodiscard]] QSize hintOf(int row) const { return m_list->item(row)->sizeHint(); }
 
+    /// An answer at the end of the list.
+    [[nodiscard]] AnswerItem *makeAnswer(const QString &title, const QString &reply);
+
     /// A text of Latin letters that is exactly \a width px wide in the style of \a label.
     [[nodiscard]] static QString textOfWidth(int width, const QFontMetrics &metrics);
 
@@ -95,10 +98,18 @@ QString TestBubbles::textOfWidth(int width, const QFontMetrics &metrics)
     return {};
 }
 
+AnswerItem *TestBubbles::makeAnswer(const QString &title, const QString &reply)
+{
+    auto *answer = new AnswerItem(title, m_list);
+    answer->setFoldState(initialFoldState(answer->setReply(reply, title, m_pictures)));
+    answer->show();
+    return answer;
+}
+
 void TestBubbles::question_places()
 {
     auto *bubble = new QuestionBubble(QStringLiteral("如何修改密码？"), m_list);
-    bubble->appendToList();
+    bubble->show();
     const QSize text = bubble->label()->size();
     QVERIFY(text.width() > 50);
     QCOMPARE(bubble->label()->geometry(), QRect(QPoint(12, 10), text));
@@ -164,7 +175,7 @@ void TestBubbles::question_withMarkup_isShownAsTyped()
 void TestBubbles::message_places()
 {
     auto *bubble = new MessageBubble(QStringLiteral("您好"), m_list);
-    bubble->appendToList();
+    bubble->show();
     const QSize text = bubble->label()->size();
     QCOMPARE(bubble->label()->geometry(), QRect(QPoint(11, 10), text));
     QCOMPARE(bubbleOf(bubble->label())->geometry(),
@@ -194,10 +205,8 @@ void TestBubbles::message_of446Pixels_keepsItsWidth_wider_isWrapped()
 
 void TestBubbles::answer_places()
 {
-    auto *answer
-        = new AnswerItem(QStringLiteral("如何修改密码？"),
-                         QStringLiteral("<p>打开设置。</p><p>选择密码。</p>"), m_pictures, m_list);
-    answer->appendToList();
+    const AnswerItem *answer = makeAnswer(QStringLiteral("如何修改密码？"),
+                                          QStringLiteral("<p>打开设置。</p><p>选择密码。</p>"));
     const int content = answer->content()->contentHeight();
     QCOMPARE(answer->titleLabel()->x(), 11);
     QCOMPARE(answer->titleLabel()->y(), 7);
@@ -219,12 +228,11 @@ void TestBubbles::answer_places()
 
 void TestBubbles::answer_paragraphs()
 {
-    const AnswerItem answer(QStringLiteral("标题"),
-                            QStringLiteral("<p>第一段 <b>粗</b></p><br><p>第二段</p>"), m_pictures,
-                            m_list);
-    const QVector<QLabel *> &paragraphs = answer.content()->paragraphs();
+    const AnswerItem *answer = makeAnswer(
+        QStringLiteral("标题"), QStringLiteral("<p>第一段 <b>粗</b></p><br><p>第二段</p>"));
+    const QVector<QLabel *> &paragraphs = answer->content()->paragraphs();
     QCOMPARE(paragraphs.size(), 2);
-    QCOMPARE(answer.content()->count(), 2);
+    QCOMPARE(answer->content()->count(), 2);
     QCOMPARE(paragraphs.at(0)->text(), QStringLiteral("<p>第一段 <b>粗</b></p>"));
     QCOMPARE(paragraphs.at(1)->text(), QStringLiteral("<p>第二段</p>"));
     int height = 0;
@@ -235,17 +243,17 @@ void TestBubbles::answer_paragraphs()
         QVERIFY(label->wordWrap());
         QVERIFY(label->openExternalLinks());
         QCOMPARE(
-            answer.content()->item(paragraphs.indexOf(const_cast<QLabel *>(label)))->sizeHint(),
+            answer->content()->item(paragraphs.indexOf(const_cast<QLabel *>(label)))->sizeHint(),
             QSize(446, label->height()));
         height += label->height();
     }
-    QCOMPARE(answer.content()->contentHeight(), height);
+    QCOMPARE(answer->content()->contentHeight(), height);
 }
 
 void TestBubbles::answer_tallIsFolded_andOpensAndRetracts()
 {
-    AnswerItem answer(QStringLiteral("标题"), QStringLiteral("<p>一行文字</p>").repeated(20),
-                      m_pictures, m_list);
+    AnswerItem &answer
+        = *makeAnswer(QStringLiteral("标题"), QStringLiteral("<p>一行文字</p>").repeated(20));
     QVERIFY(answer.content()->contentHeight() > 151);
     QCOMPARE(answer.size(), QSize(648, 230));
     QSignalSpy open(&answer, &AnswerItem::openRequested);
@@ -269,7 +277,7 @@ void TestBubbles::answer_tallIsFolded_andOpensAndRetracts()
 
 void TestBubbles::answer_withoutContent()
 {
-    const AnswerItem answer(QStringLiteral("标题"), QString(), m_pictures, m_list);
+    const AnswerItem &answer = *makeAnswer(QStringLiteral("标题"), QString());
     QCOMPARE(answer.content()->contentHeight(), 0);
     QCOMPARE(answer.height(), answer.titleLabel()->height() + 68);
 }

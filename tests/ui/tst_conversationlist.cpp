@@ -59,7 +59,7 @@ void TestConversationList::cleanup()
 
 QWidget *TestConversationList::append(int itemHeight)
 {
-    auto *widget = new QWidget(m_list->sheet());
+    auto *widget = new QWidget(m_list->nextParent());
     widget->setFixedSize(600, itemHeight);
     m_list->append(widget);
     return widget;

@@ -61,6 +61,11 @@ private:
     [[nodiscard]] static QString tag(const QByteArray &data, const char *type);
     [[nodiscard]] static QByteArray twoFrameGif();
 
+    /// The row that shows \a pixmap as a still picture.
+    [[nodiscard]] PictureRow *stillRow(const QPixmap &pixmap);
+
+    std::unique_ptr<PictureRow> m_row;
+
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_before;
 };
@@ -94,6 +99,15 @@ QString TestPictures::tag(const QByteArray &data, const char *type)
 {
     return QStringLiteral("<p><img src=\"data:image/%1;base64,%2\" style=\"max-width:100%\"/></p>")
         .arg(QLatin1String(type), QLatin1String(data.toBase64()));
+}
+
+PictureRow *TestPictures::stillRow(const QPixmap &pixmap)
+{
+    const QString part = QStringLiteral("<img src=\"data:image/png;base64,\"/>");
+    m_row = std::make_unique<PictureRow>(pixmap.size(), nullptr);
+    m_row->setPicture(part, pixmap, QString());
+    m_row->fitPictureRow(part);
+    return m_row.get();
 }
 
 QByteArray TestPictures::twoFrameGif()
@@ -130,17 +144,12 @@ void TestPictures::labelSize()
 
 void TestPictures::data_endAtTheQuote()
 {
-    const QByteArray data("picture bytes");
-    const QString base64 = QLatin1String(data.toBase64());
-    QCOMPARE(inlinePictureData(
-                 QStringLiteral("<img src=\"data:image/png;base64,%1\" style=\"a\"/>").arg(base64)),
-             data);
-    QCOMPARE(inlinePictureData(
-                 QStringLiteral("<img src=\"data:image/png;base64,%1\" alt=\"abcd\">").arg(base64)),
-             data);
-    QCOMPARE(inlinePictureData(QStringLiteral("<img src=\"data:image/png;base64,%1").arg(base64)),
-             data);
-    QCOMPARE(inlinePictureData(QStringLiteral("<img src=\"data:image/svg+xml,x\">")), QByteArray());
+    const QString tag = QStringLiteral("<img src=\"data:image/png;base64,%1");
+    const QString text = QStringLiteral("aGVsbG8=");
+    QCOMPARE(inlinePictureText(tag.arg(text) + QLatin1String("\" style=\"a\"/>")), text);
+    QCOMPARE(inlinePictureText(tag.arg(text) + QLatin1String("\" alt=\"abcd\">")), text);
+    QCOMPARE(inlinePictureText(tag.arg(text)), text);
+    QCOMPARE(inlinePictureText(QStringLiteral("<img src=\"data:image/svg+xml,x\">")), QString());
 }
 
 void TestPictures::everyFormat_isRead_data()
@@ -196,7 +205,7 @@ void TestPictures::wideStillPicture_isScaledIntoItsBox()
 {
     QPixmap pixmap(800, 200);
     pixmap.fill(Qt::green);
-    const PictureRow row(pixmap, nullptr);
+    const PictureRow &row = *stillRow(pixmap);
     QCOMPARE(row.label()->geometry(), QRect(0, 4, 430, 107));
     QCOMPARE(row.button()->geometry(), QRect(0, 4, 430, 107));
     QCOMPARE(row.size(), QSize(446, 111));
@@ -207,7 +216,7 @@ void TestPictures::smallStillPicture_keepsItsSize()
 {
     QPixmap pixmap(100, 50);
     pixmap.fill(Qt::green);
-    const PictureRow row(pixmap, nullptr);
+    const PictureRow &row = *stillRow(pixmap);
     QCOMPARE(row.label()->geometry(), QRect(0, 4, 100, 50));
     QCOMPARE(row.size(), QSize(446, 54));
 }
@@ -216,17 +225,17 @@ void TestPictures::thinStillPictures_keepARow()
 {
     QPixmap tall(1, 5000);
     tall.fill(Qt::green);
-    QCOMPARE(PictureRow(tall, nullptr).width(), 446);
+    QCOMPARE(stillRow(tall)->width(), 446);
     QPixmap flat(20000, 10);
     flat.fill(Qt::green);
-    const PictureRow row(flat, nullptr);
+    const PictureRow &row = *stillRow(flat);
     QCOMPARE(row.label()->width(), 430);
     QVERIFY(row.height() >= 5);
 }
 
 void TestPictures::nullPicture_makesARowOf4Pixels()
 {
-    const PictureRow row(QPixmap(), nullptr);
+    const PictureRow &row = *stillRow(QPixmap());
     QCOMPARE(row.size(), QSize(446, 4));
 }
 

@@ -168,7 +168,7 @@ void TestRecommendBox::places_onItsOwn()
     auto *list = new ConversationList(&window);
     Measure measure;
     auto *item = new RecommendOnlyItem(recommends(5), &measure, list);
-    item->appendToList();
+    item->show();
     QCOMPARE(item->size(), QSize(648, 299));
     QCOMPARE(list->item(0)->sizeHint(), QSize(648, 299));
     const RecommendBox *box = item->box();

@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QLabel>
+#include <QPointer>
 
 #include <memory>
 
@@ -22,6 +23,16 @@ QFont paragraphFont()
     QFont font(QCoreApplication::translate("QARegion", "Microsoft YaHei"));
     font.setPixelSize(paragraphPixelSize);
     return font;
+}
+
+/// One for all paragraphs: each builds a whole style of its own to stand on.
+MyProxyStyle *paragraphStyle()
+{
+    static QPointer<MyProxyStyle> style;
+    if (style == nullptr) {
+        style = new MyProxyStyle(QCoreApplication::instance());
+    }
+    return style;
 }
 
 QWidget *makeRow(QWidget *parent)
@@ -59,17 +70,15 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
 void AnswerContent::addPicture(const QString &source, const QString &title,
                                QVector<ConversationPicture> &pictures)
 {
-    const QByteArray bytes = inlinePictureData(source);
-    const bool animated = isAnimatedPicture(source);
-    const QPixmap pixmap = decodePicture(bytes);
+    const QString base64Data = inlinePictureText(source);
+    const QPixmap pixmap = decodePicture(QByteArray::fromBase64(base64Data.toLocal8Bit()));
     const QString file = animationFile(pictures.size());
-    pictures.append({pixmap, title, animated});
-    if (animated) {
-        saveAnimation(bytes, file);
-    }
-    PictureRow *row
-        = animated ? new PictureRow(pixmap, file, viewport()) : new PictureRow(pixmap, viewport());
+    pictures.append({pixmap, title, isAnimatedPicture(source)});
+    auto *row = new PictureRow(pixmap.size(), viewport());
     m_pictureRows.append(row);
+    save_gif(source, base64Data, file);
+    row->setPicture(source, pixmap, file);
+    row->fitPictureRow(source);
     addRow(row);
 }
 
@@ -77,7 +86,7 @@ void AnswerContent::addParagraph(const QString &source)
 {
     QWidget *row = makeRow(viewport());
     QLabel *label = makeBubbleLabel(styles::paragraph, row);
-    label->setStyle(new MyProxyStyle(label));
+    label->setStyle(paragraphStyle());
     label->setOpenExternalLinks(true);
     label->setFont(paragraphFont());
     setWrappedText(label, QLatin1String("<p>") + source + QLatin1String("</p>"));

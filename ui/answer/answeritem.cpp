@@ -12,6 +12,9 @@ namespace {
 
 constexpr int titleMargin = 12;
 
+/// A longer reply takes too long to be laid out again while the user scrolls.
+constexpr int mostCharactersAsleep = 4000;
+
 // Tops in px of the lines of the bars.
 const QVector<int> barLines{11};
 const QVector<int> openBarLinesWithBox{11, 44};
@@ -34,15 +37,76 @@ QLabel *makeSeparator(QWidget *bubble)
 
 } // namespace
 
-AnswerItem::AnswerItem(FrameOnly /*frame*/, const QString &title, const QString &reply,
-                       QVector<ConversationPicture> &pictures, ConversationList *list)
+AnswerItem::AnswerItem(const QString &title, ConversationList *list)
     : ConversationItem(Speaker::AssistantAnswer, list)
-    , m_bubble(addBubble())
-    , m_title(makeTitle(title, m_bubble))
-    , m_separator(makeSeparator(m_bubble))
-    , m_content(new AnswerContent(reply, title, pictures, m_bubble))
-    , m_titleTerm(m_title->height() - 1 + titleMargin)
+    , m_titleText(title)
 {
+    makeFrame();
+}
+
+void AnswerItem::makeFrame()
+{
+    m_bubble = addBubble();
+    m_title = makeTitle(m_titleText, m_bubble);
+    addText(m_title, 0);
+    m_separator = makeSeparator(m_bubble);
+    m_titleTerm = m_title->height() - 1 + titleMargin;
+}
+
+int AnswerItem::setReply(const QString &reply, const QString &title,
+                         QVector<ConversationPicture> &pictures)
+{
+    makeContent(reply, title, pictures);
+    if (m_content->pictureRows().isEmpty() && reply.size() <= mostCharactersAsleep) {
+        m_reply = reply;
+    }
+    return m_content->contentHeight();
+}
+
+void AnswerItem::makeContent(const QString &reply, const QString &title,
+                             QVector<ConversationPicture> &pictures)
+{
+    m_content = new AnswerContent(reply, title, pictures, m_bubble);
+    int number = 0;
+    for (QLabel *paragraph : m_content->paragraphs()) {
+        addText(paragraph, ++number);
+    }
+}
+
+QLabel *AnswerItem::text(int number) const
+{
+    if (m_content == nullptr || number < 0 || number > m_content->paragraphs().size()) {
+        return nullptr;
+    }
+    return number == 0 ? m_title : m_content->paragraphs().at(number - 1);
+}
+
+bool AnswerItem::canSleep() const
+{
+    return !m_reply.isEmpty() && m_box == nullptr;
+}
+
+void AnswerItem::forget()
+{
+    m_bubble = nullptr;
+    m_title = nullptr;
+    m_separator = nullptr;
+    m_content = nullptr;
+    m_openBar = nullptr;
+    m_retractBar = nullptr;
+}
+
+void AnswerItem::rebuild()
+{
+    QVector<ConversationPicture> none; // an answer with pictures does not sleep
+    makeFrame();
+    makeContent(m_reply, m_titleText, none);
+    setFoldState(m_fold);
+}
+
+void AnswerItem::setRecommends(const QJsonArray &recommends, QLabel *measure)
+{
+    m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);
 }
 
 void AnswerItem::makeBars()
@@ -57,24 +121,10 @@ void AnswerItem::makeBars()
     connect(m_retractBar, &FoldBar::clicked, this, &AnswerItem::retractRequested);
 }
 
-AnswerItem::AnswerItem(const QString &title, const QString &reply,
-                       QVector<ConversationPicture> &pictures, ConversationList *list)
-    : AnswerItem(FrameOnly(), title, reply, pictures, list)
-{
-    setFoldState(initialFoldState(m_content->contentHeight()));
-}
-
-AnswerItem::AnswerItem(const QString &title, const QString &reply,
-                       QVector<ConversationPicture> &pictures, const QJsonArray &recommends,
-                       QLabel *measure, ConversationList *list)
-    : AnswerItem(FrameOnly(), title, reply, pictures, list)
-{
-    m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);
-    setFoldState(initialFoldState(m_content->contentHeight()));
-}
-
 void AnswerItem::setFoldState(FoldState fold)
 {
+    m_fold = fold;
+    wake(); // with that state, when it slept
     const AnswerGeometry places
         = answerGeometry(fold, m_box != nullptr, m_titleTerm, m_content->contentHeight());
     m_title->setGeometry(places.title);

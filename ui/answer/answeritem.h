@@ -19,23 +19,31 @@ class AnswerItem : public ConversationItem
     Q_DISABLE_COPY(AnswerItem)
 
 public:
-    /// \a title and \a reply are rich text of the service. Pictures in the reply are appended to
-    /// \a pictures, those of the whole conversation.
-    AnswerItem(const QString &title, const QString &reply, QVector<ConversationPicture> &pictures,
-               ConversationList *list);
+    /// The frame with the \a title, a text of the service, that reply and recommendations go into.
+    AnswerItem(const QString &title, ConversationList *list);
 
-    /// The same with a box of \a recommends below the answer. \a measure is the label that their
-    /// texts are measured in.
-    AnswerItem(const QString &title, const QString &reply, QVector<ConversationPicture> &pictures,
-               const QJsonArray &recommends, QLabel *measure, ConversationList *list);
+    /// Builds the rows of \a reply, rich text of the service, and returns their height in px. The
+    /// pictures in it are appended to \a pictures, those of the whole conversation, under \a title.
+    int setReply(const QString &reply, const QString &title,
+                 QVector<ConversationPicture> &pictures);
 
+    /// Adds a box of \a recommends below the answer. \a measure is the label that their texts are
+    /// measured in.
+    void setRecommends(const QJsonArray &recommends, QLabel *measure);
+
+    /// The title; null while the entry sleeps.
     [[nodiscard]] QLabel *titleLabel() const { return m_title; }
+
+    /// The rows of the reply; null before setReply() and while the entry sleeps.
     [[nodiscard]] AnswerContent *content() const { return m_content; }
 
     /// The recommendations; null for an answer without.
     [[nodiscard]] RecommendBox *box() const { return m_box; }
 
-    /// Shows the answer as \a fold says.
+    /// Number 0 is the title, the paragraphs follow.
+    [[nodiscard]] QLabel *text(int number) const override;
+
+    /// Wakes the entry, places everything, after setReply(), and shows the answer as \a fold says.
     void setFoldState(FoldState fold);
 
 signals:
@@ -44,22 +52,26 @@ signals:
     /// The user wants an opened answer folded again.
     void retractRequested();
 
-private:
-    /// Marks the constructor of what both kinds of answer have.
-    struct FrameOnly
-    {
-    };
-    AnswerItem(FrameOnly frame, const QString &title, const QString &reply,
-               QVector<ConversationPicture> &pictures, ConversationList *list);
+protected:
+    [[nodiscard]] bool canSleep() const override;
+    void forget() override;
+    void rebuild() override;
 
+private:
+    void makeFrame();
+    void makeContent(const QString &reply, const QString &title,
+                     QVector<ConversationPicture> &pictures);
     void makeBars();
 
-    QWidget *m_bubble;
-    QLabel *m_title;
-    QLabel *m_separator;
-    AnswerContent *m_content;
+    QString m_titleText;
+    QString m_reply; ///< kept for an entry that may sleep
+    FoldState m_fold = FoldState::Unfolded;
+    QWidget *m_bubble = nullptr; ///< null, as all that is in it, while the entry sleeps
+    QLabel *m_title = nullptr;
+    QLabel *m_separator = nullptr;
+    AnswerContent *m_content = nullptr;
     FoldBar *m_openBar = nullptr; ///< this and the next only once the answer is folded
     FoldBar *m_retractBar = nullptr;
     RecommendBox *m_box = nullptr;
-    int m_titleTerm; ///< px that the title takes in the places of all that lies below it
+    int m_titleTerm = 0; ///< px that the title takes in the places of all that lies below it
 };

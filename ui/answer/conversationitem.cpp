@@ -3,7 +3,11 @@
 #include "ui/answer/conversationlist.h"
 #include "ui/style/styles.h"
 
+#include <QApplication>
 #include <QLabel>
+#include <QListWidgetItem>
+
+#include <algorithm>
 
 namespace {
 
@@ -47,14 +51,63 @@ void addPicture(QWidget *parent, const QRect &place, const QString &style)
 } // namespace
 
 ConversationItem::ConversationItem(Speaker speaker, ConversationList *list)
-    : QWidget(list->sheet())
+    : QWidget(list->nextParent())
     , m_speaker(speaker)
-    , m_list(list)
+    , m_item(list->append(this))
 {
+    // It joins the list while it is empty: what is in a widget is styled anew, and takes more
+    // memory, each time the widget gets another parent, as it does there.
+    hide();
     setContentsMargins(0, 0, 0, 0);
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(styles::whiteItem);
-    const SpeakerColumn column = columnOf(speaker);
+    addSpeaker();
+}
+
+QLabel *ConversationItem::text(int number) const
+{
+    Q_UNUSED(number)
+    return nullptr;
+}
+
+void ConversationItem::wake()
+{
+    if (m_awake) {
+        return;
+    }
+    m_awake = true;
+    addSpeaker();
+    rebuild();
+    const auto made = findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget *widget : made) {
+        widget->show();
+    }
+}
+
+bool ConversationItem::sleep()
+{
+    if (m_awake && !isHidden() && canSleep() && !isInUse()) {
+        m_awake = false;
+        forget();
+        qDeleteAll(findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
+    }
+    return !m_awake;
+}
+
+bool ConversationItem::isInUse() const
+{
+    const QWidget *focus = QApplication::focusWidget();
+    if (underMouse() || (focus != nullptr && isAncestorOf(focus))) {
+        return true;
+    }
+    const auto labels = findChildren<QLabel *>();
+    return std::any_of(labels.cbegin(), labels.cend(),
+                       [](const QLabel *label) { return label->hasSelectedText(); });
+}
+
+void ConversationItem::addSpeaker()
+{
+    const SpeakerColumn column = columnOf(m_speaker);
     addPicture(this, column.icon, column.iconStyle);
     addPicture(this, column.triangle, column.triangleStyle);
 }
@@ -62,14 +115,7 @@ ConversationItem::ConversationItem(Speaker speaker, ConversationList *list)
 void ConversationItem::setItemSize(const QSize &size)
 {
     setFixedSize(size);
-    if (m_item != nullptr) {
-        m_item->setSizeHint(size);
-    }
-}
-
-void ConversationItem::appendToList()
-{
-    m_item = m_list->append(this);
+    m_item->setSizeHint(size);
 }
 
 QWidget *ConversationItem::addBubble()
@@ -77,4 +123,10 @@ QWidget *ConversationItem::addBubble()
     auto *bubble = new QWidget(this);
     bubble->setStyleSheet(columnOf(m_speaker).bubbleStyle);
     return bubble;
+}
+
+void ConversationItem::addText(QLabel *label, int number)
+{
+    connect(label, &QWidget::customContextMenuRequested, this,
+            [this, number] { emit copyMenuRequested(number); });
 }

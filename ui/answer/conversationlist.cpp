@@ -1,5 +1,6 @@
 #include "ui/answer/conversationlist.h"
 
+#include "ui/answer/conversationitem.h"
 #include "ui/style/styles.h"
 
 #include <QResizeEvent>
@@ -11,6 +12,8 @@
 namespace {
 
 constexpr int wheelStep = 20; ///< px of a line; the wheel moves three at a notch
+constexpr int sectionRows = 50;
+constexpr int pagesAround = 2; ///< heights of the view, above and below it, that are kept ready
 
 } // namespace
 
@@ -25,6 +28,19 @@ ConversationList::ConversationList(QWidget *parent)
     setSelectionMode(QAbstractItemView::NoSelection);
     verticalScrollBar()->setStyleSheet(styles::thinScrollBar());
     verticalScrollBar()->setSingleStep(wheelStep);
+    // Nothing is sent to sleep at once: the mouse or key event that scrolls may be its own.
+    m_sleepTimer.setSingleShot(true);
+    m_sleepTimer.setInterval(0);
+    connect(&m_sleepTimer, &QTimer::timeout, this, &ConversationList::sleepFar);
+}
+
+QWidget *ConversationList::nextParent()
+{
+    if (static_cast<std::size_t>(count() / sectionRows) == m_sections.size()) {
+        m_sections.push_back(new QWidget(m_sheet));
+        m_sections.back()->show();
+    }
+    return m_sections.back();
 }
 
 QListWidgetItem *ConversationList::append(QWidget *widget)
@@ -34,24 +50,83 @@ QListWidgetItem *ConversationList::append(QWidget *widget)
     addItem(item.get());
     setItemWidget(item.get(), widget);
     // The list has put it on its viewport, where it would have to be moved with every scroll.
-    widget->setParent(m_sheet);
+    widget->setParent(m_sections.back());
     layOutFrom(count() - 1);
     widget->show();
+    m_leaving.push_back(count() - 1); // nobody may ever scroll to it
+    m_sleepTimer.start();
     return item.release(); // owned by the list since addItem()
 }
 
 void ConversationList::layOutFrom(int first)
 {
     m_tops.resize(static_cast<std::size_t>(count()) + 1);
-    for (int row = first; row < count(); ++row) {
-        const auto at = static_cast<std::size_t>(row);
-        if (QWidget *widget = itemWidget(item(row))) {
-            widget->move(0, m_tops[at]);
+    int row = first;
+    for (int section = first / sectionRows; row < count(); ++section) {
+        const int begin = m_tops[static_cast<std::size_t>(section * sectionRows)];
+        for (; row < count() && row / sectionRows == section; ++row) {
+            const auto at = static_cast<std::size_t>(row);
+            if (QWidget *widget = itemWidget(item(row))) {
+                widget->move(0, m_tops[at] - begin);
+            }
+            m_tops[at + 1] = m_tops[at] + item(row)->sizeHint().height();
         }
-        m_tops[at + 1] = m_tops[at] + item(row)->sizeHint().height();
+        const int height = m_tops[static_cast<std::size_t>(row)] - begin;
+        m_sections[static_cast<std::size_t>(section)]->setGeometry(0, begin, viewport()->width(),
+                                                                   height);
     }
     m_sheet->resize(viewport()->width(), std::max(contentHeight(), viewport()->height()));
     updateGeometries();
+    wakeNear();
+}
+
+int ConversationList::rowAt(int y) const
+{
+    const auto next = std::upper_bound(m_tops.begin(), m_tops.end(), y);
+    return std::min(static_cast<int>(next - m_tops.begin()), count()) - 1;
+}
+
+ConversationItem *ConversationList::entry(int row) const
+{
+    return qobject_cast<ConversationItem *>(itemWidget(item(row)));
+}
+
+bool ConversationList::isNear(int row) const
+{
+    return row >= m_firstNear && row <= m_lastNear;
+}
+
+void ConversationList::wakeNear()
+{
+    const int page = viewport()->height();
+    const int first = std::max(0, rowAt(verticalOffset() - pagesAround * page));
+    const int last = rowAt(verticalOffset() + (pagesAround + 1) * page);
+    for (int row = m_firstNear; row <= m_lastNear; ++row) {
+        if (row < first || row > last) {
+            m_leaving.push_back(row);
+        }
+    }
+    for (int row = first; row <= last; ++row) {
+        ConversationItem *const found = isNear(row) ? nullptr : entry(row);
+        if (found != nullptr) {
+            found->wake();
+        }
+    }
+    m_firstNear = first;
+    m_lastNear = last;
+    if (!m_leaving.empty()) {
+        m_sleepTimer.start();
+    }
+}
+
+void ConversationList::sleepFar()
+{
+    // What refuses, because it is in use, is asked again when more leaves.
+    const auto isSettled = [this](int row) {
+        ConversationItem *const found = isNear(row) ? nullptr : entry(row);
+        return found == nullptr || found->sleep();
+    };
+    m_leaving.erase(std::remove_if(m_leaving.begin(), m_leaving.end(), isSettled), m_leaving.end());
 }
 
 void ConversationList::rowsInserted(const QModelIndex &parent, int start, int end)
@@ -97,12 +172,17 @@ void ConversationList::scrollContentsBy(int dx, int dy)
     Q_UNUSED(dx)
     Q_UNUSED(dy)
     m_sheet->move(0, -verticalOffset());
+    wakeNear();
 }
 
 void ConversationList::resizeEvent(QResizeEvent *event)
 {
     QAbstractItemView::resizeEvent(event);
     m_sheet->resize(viewport()->width(), std::max(contentHeight(), viewport()->height()));
+    for (QWidget *section : m_sections) {
+        section->resize(viewport()->width(), section->height());
+    }
+    wakeNear();
 }
 
 void ConversationList::paintEvent(QPaintEvent *event)
@@ -136,8 +216,7 @@ QModelIndex ConversationList::indexAt(const QPoint &point) const
     if (y < 0 || y >= contentHeight()) {
         return {};
     }
-    const auto next = std::upper_bound(m_tops.begin(), m_tops.end(), y);
-    return model()->index(static_cast<int>(next - m_tops.begin()) - 1, 0);
+    return model()->index(rowAt(y), 0);
 }
 
 void ConversationList::scrollTo(const QModelIndex &index, ScrollHint hint)
@@ -154,6 +233,20 @@ void ConversationList::scrollTo(const QModelIndex &index, ScrollHint hint)
         move = (above + below) / 2;
     }
     verticalScrollBar()->setValue(verticalOffset() + move);
+}
+
+bool ConversationList::focusNextPrevChild(bool next)
+{
+    if (!QListWidget::focusNextPrevChild(next)) {
+        return false;
+    }
+    const QWidget *focused = window()->focusWidget();
+    if (focused != nullptr && m_sheet->isAncestorOf(focused)) {
+        const int top = focused->mapTo(m_sheet, QPoint()).y();
+        const int bottom = top + focused->height() - viewport()->height();
+        verticalScrollBar()->setValue(std::min(top, std::max(bottom, verticalOffset())));
+    }
+    return true;
 }
 
 QModelIndex ConversationList::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)

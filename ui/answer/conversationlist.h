@@ -1,25 +1,35 @@
 #pragma once
 
 #include <QListWidget>
+#include <QTimer>
 
 #include <vector>
+
+class ConversationItem;
 
 /// The list of the conversation: every entry is an item drawn by its item widget. It scrolls by the
 /// pixel, shows no horizontal scroll bar and a thin vertical one.
 ///
 /// A conversation only grows, and may grow for weeks. The stock list lays out and moves every item
 /// with each new one; this one keeps a table of its own of where items begin, and all item widgets
-/// on one sheet that moves as a whole, so that an entry costs the same however many are there.
+/// on one sheet that moves as a whole, so that an entry costs the same however many are there. The
+/// sheet has sections of some entries each: the toolkit goes through all children of a widget when
+/// it paints one of them.
 class ConversationList : public QListWidget
 {
 public:
     explicit ConversationList(QWidget *parent);
 
-    /// The parent for new item widgets.
-    [[nodiscard]] QWidget *sheet() const { return m_sheet; }
+    /// The parent for the next item widget.
+    [[nodiscard]] QWidget *nextParent();
 
-    /// Appends \a widget, a child of sheet(), as a new item of its size; the list owns both.
+    /// Appends \a widget, a child of nextParent(), as a new item of its size and shows it; the list
+    /// owns both.
     QListWidgetItem *append(QWidget *widget);
+
+    /// Whether item \a row is seen or less than two pages away from what is: entries further off
+    /// may sleep.
+    [[nodiscard]] bool isNear(int row) const;
 
     QRect visualRect(const QModelIndex &index) const override;
     QModelIndex indexAt(const QPoint &point) const override;
@@ -37,6 +47,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     [[nodiscard]] int verticalOffset() const override;
     [[nodiscard]] int horizontalOffset() const override;
+    bool focusNextPrevChild(bool next) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command) override;
     [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection &selection) const override;
@@ -46,6 +57,16 @@ private:
     void layOutFrom(int first);
     [[nodiscard]] int contentHeight() const { return m_tops.back(); }
 
+    [[nodiscard]] int rowAt(int y) const;
+    [[nodiscard]] ConversationItem *entry(int row) const;
+    void wakeNear();
+    void sleepFar();
+
     QWidget *m_sheet;
-    std::vector<int> m_tops{0}; ///< top of each item in px, and the end of the last
+    std::vector<QWidget *> m_sections; ///< children of the sheet
+    std::vector<int> m_tops{0};        ///< top of each item in px, and the end of the last
+    int m_firstNear = 0;
+    int m_lastNear = -1;
+    std::vector<int> m_leaving; ///< rows that may have to be sent to sleep
+    QTimer m_sleepTimer;
 };

@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr int maxHeight = 110;
-constexpr int maxWidth = 430;
+constexpr int pictureMaxHeight = 110;
+constexpr int pictureMaxWidth = 430;
 
 constexpr qint64 bytesPerPixel = 4;
 constexpr qint64 maxDecodedBytes = qint64(256) * 1024 * 1024;
@@ -23,7 +23,7 @@ bool isAbsurd(const QSize &size)
 
 } // namespace
 
-QByteArray inlinePictureData(const QString &piece)
+QString inlinePictureText(const QString &piece)
 {
     const QLatin1String start("base64,");
     const int from = piece.indexOf(start);
@@ -33,7 +33,7 @@ QByteArray inlinePictureData(const QString &piece)
     // Cut at the quote: what follows holds letters that would be decoded as well.
     const int begin = from + start.size();
     const int end = piece.indexOf(QLatin1Char('"'), begin);
-    return QByteArray::fromBase64(piece.midRef(begin, end < 0 ? -1 : end - begin).toLatin1());
+    return piece.mid(begin, end < 0 ? -1 : end - begin);
 }
 
 bool isAnimatedPicture(const QString &piece)
@@ -66,10 +66,10 @@ QSize pictureLabelSize(const QSize &size)
     if (size.isEmpty()) {
         return {0, 0};
     }
-    const int height = qMin(size.height(), maxHeight);
+    const int height = qMin(size.height(), pictureMaxHeight);
     const float ratio = static_cast<float>(size.width()) / static_cast<float>(size.height());
     const auto width = static_cast<int>(ratio * static_cast<float>(height));
-    return {qMin(width, maxWidth), height};
+    return {qMin(width, pictureMaxWidth), height};
 }
 
 QString animationFile(int number)
@@ -77,13 +77,16 @@ QString animationFile(int number)
     return QStringLiteral("gif/%1.gif").arg(number);
 }
 
-void saveAnimation(const QByteArray &data, const QString &fileName)
+void save_gif(const QString &part, const QString &base64Data, const QString &fileName)
 {
+    if (!isAnimatedPicture(part)) {
+        return;
+    }
     QDir().mkpath(QFileInfo(fileName).path());
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly)) {
         LOG_WARNING() << "open file fail";
         return;
     }
-    file.write(data);
+    file.write(QByteArray::fromBase64(base64Data.toLocal8Bit()));
 }

@@ -13,9 +13,9 @@ struct ConversationPicture
     bool animated = false;
 };
 
-/// The picture data inside the image tag \a piece: the Base64 text of its source attribute,
-/// decoded.
-[[nodiscard]] QByteArray inlinePictureData(const QString &piece);
+/// The Base64 text (RFC 4648) in the source attribute of the image tag \a piece, up to its closing
+/// quote; empty when there is none.
+[[nodiscard]] QString inlinePictureText(const QString &piece);
 
 /// Whether the image tag \a piece holds an animation.
 [[nodiscard]] bool isAnimatedPicture(const QString &piece);
@@ -31,6 +31,7 @@ struct ConversationPicture
 /// The file, relative to the program's folder, that animated picture number \a number plays from.
 [[nodiscard]] QString animationFile(int number);
 
-/// Writes the animation \a data to \a fileName, making its folder first. A file that cannot be
-/// written gives a warning in the log; the animation then has no frames.
-void saveAnimation(const QByteArray &data, const QString &fileName);
+/// Writes the picture \a base64Data to \a fileName when the image tag \a part holds an animation,
+/// making its folder first. A file that cannot be written gives a warning in the log; the animation
+/// then has no frames.
+void save_gif(const QString &part, const QString &base64Data, const QString &fileName);

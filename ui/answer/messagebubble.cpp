@@ -18,16 +18,28 @@ constexpr QSize bubbleMargin(25, 22);
 
 MessageBubble::MessageBubble(const QString &text, ConversationList *list)
     : ConversationItem(Speaker::AssistantMessage, list)
-    , m_bubble(addBubble())
-    , m_label(makeBubbleLabel(styles::bubbleBoldText, m_bubble))
+    , m_text(text)
 {
-    m_label->setText(text);
+    build();
+}
+
+QLabel *MessageBubble::text(int number) const
+{
+    return number == 0 ? m_label : nullptr;
+}
+
+void MessageBubble::build()
+{
+    QWidget *bubble = addBubble();
+    m_label = makeBubbleLabel(styles::bubbleBoldText, bubble);
+    addText(m_label, 0);
+    m_label->setText(m_text);
     m_label->adjustSize();
     if (m_label->width() > textMaxWidth) {
-        setWrappedText(m_label, text);
+        setWrappedText(m_label, m_text);
     }
     const QSize size = m_label->size();
     m_label->move(labelPlace);
-    m_bubble->setGeometry({bubblePlace, size + bubbleMargin});
+    bubble->setGeometry({bubblePlace, size + bubbleMargin});
     setItemSize({itemWidth, size.height() + itemMargin});
 }

@@ -11,9 +11,19 @@ class MessageBubble : public ConversationItem
 public:
     MessageBubble(const QString &text, ConversationList *list);
 
+    /// The text; null while the entry sleeps.
     [[nodiscard]] QLabel *label() const { return m_label; }
 
+    [[nodiscard]] QLabel *text(int number) const override;
+
+protected:
+    [[nodiscard]] bool canSleep() const override { return true; }
+    void forget() override { m_label = nullptr; }
+    void rebuild() override { build(); }
+
 private:
-    QWidget *m_bubble;
-    QLabel *m_label;
+    void build();
+
+    QString m_text;
+    QLabel *m_label = nullptr;
 };

@@ -19,7 +19,7 @@ QString pictureStyle()
 
 } // namespace
 
-PictureRow::PictureRow(QWidget *parent)
+PictureRow::PictureRow(const QSize &size, QWidget *parent)
     : QWidget(parent)
     , m_label(new QLabel(this))
     , m_button(new QPushButton(this))
@@ -32,33 +32,37 @@ PictureRow::PictureRow(QWidget *parent)
     m_button->setCursor(Qt::PointingHandCursor);
     m_button->setContextMenuPolicy(Qt::CustomContextMenu);
     m_button->setAccessibleName(tr("查看图片"));
+    setPictureSize(pictureLabelSize(size));
 }
 
-PictureRow::PictureRow(const QPixmap &pixmap, QWidget *parent)
-    : PictureRow(parent)
+void PictureRow::setPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath)
 {
-    const QSize box = pictureLabelSize(pixmap.size());
-    if (box.isEmpty() && pixmap.isNull()) {
-        setPictureSize(box);
+    if (isAnimatedPicture(part)) {
+        auto *movie = new QMovie(gifPath, QByteArray(), m_label);
+        m_label->setScaledContents(true);
+        m_label->setMovie(movie);
+        movie->start();
         return;
     }
-    const QPixmap scaled = pixmap.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    m_label->setPixmap(scaled);
-    setPictureSize({box.width(), qMin(scaled.height(), box.height())});
+    m_lastPictureHeight = 0;
+    if (!pixmap.isNull()) {
+        const QPixmap scaled
+            = pixmap.scaled(m_label->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        m_lastPictureHeight = qMin(scaled.height(), m_label->height());
+        m_label->setPixmap(scaled);
+    }
 }
 
-PictureRow::PictureRow(const QPixmap &pixmap, const QString &file, QWidget *parent)
-    : PictureRow(parent)
+void PictureRow::fitPictureRow(const QString &part)
 {
-    setPictureSize(pictureLabelSize(pixmap.size()));
-    auto *movie = new QMovie(file, QByteArray(), m_label);
-    m_label->setScaledContents(true);
-    m_label->setMovie(movie);
-    movie->start();
+    if (!isAnimatedPicture(part)) {
+        setPictureSize({m_label->width(), m_lastPictureHeight});
+    }
 }
 
 void PictureRow::setPictureSize(const QSize &size)
 {
+    m_lastPictureHeight = size.height();
     const QRect place(QPoint(0, pictureTopMargin), size);
     m_label->setGeometry(place);
     m_button->setGeometry(place);

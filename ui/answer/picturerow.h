@@ -6,27 +6,31 @@ class QLabel;
 class QPixmap;
 class QPushButton;
 
-/// A row of an answer that shows a picture, with a button over it that a click opens it with.
+/// A row of an answer that shows a picture, with a button over it for opening and copying it.
 class PictureRow : public QWidget
 {
     Q_OBJECT
     Q_DISABLE_COPY(PictureRow)
 
 public:
-    /// A row for the still picture \a pixmap, scaled down to the size that answers show; a null one
-    /// makes an empty row of 4 px.
-    PictureRow(const QPixmap &pixmap, QWidget *parent);
+    /// A row for a picture of \a size px, with nothing to be seen yet; a picture that could not be
+    /// read makes one of 4 px.
+    PictureRow(const QSize &size, QWidget *parent);
 
-    /// A row for the animation in \a file, whose first frame is \a pixmap.
-    PictureRow(const QPixmap &pixmap, const QString &file, QWidget *parent);
+    /// Shows the picture of the image tag \a part: \a pixmap, scaled down to the row, when it is a
+    /// still one, else the animation in the file \a gifPath.
+    void setPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath);
+
+    /// Makes the row of a still picture as low as the picture in it.
+    void fitPictureRow(const QString &part);
 
     [[nodiscard]] QLabel *label() const { return m_label; }
     [[nodiscard]] QPushButton *button() const { return m_button; }
 
 private:
-    explicit PictureRow(QWidget *parent);
     void setPictureSize(const QSize &size);
 
     QLabel *m_label;
     QPushButton *m_button;
+    int m_lastPictureHeight = 0; ///< px
 };

@@ -1,11 +1,11 @@
 #include "ui/answer/qaregion.h"
 
-#include "app/apppaths.h"
 #include "app/logstream.h"
 #include "ui/answer/answercontent.h"
 #include "ui/answer/answeritem.h"
 #include "ui/answer/conversationlist.h"
 #include "ui/answer/copymenu.h"
+#include "ui/answer/desktopuser.h"
 #include "ui/answer/linkguard.h"
 #include "ui/answer/messagebubble.h"
 #include "ui/answer/picturerow.h"
@@ -24,7 +24,6 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
-#include <QSettings>
 #include <QTextEdit>
 
 namespace {
@@ -69,25 +68,13 @@ QARegion::QARegion(QWidget *parent)
     m_measureLabel->setStyleSheet(QStringLiteral("QLabel{font:14px Microsoft YaHei;}"));
     m_measureLabel->hide();
     new LinkGuard(this);
-    readUserName();
-}
-
-QARegion::~QARegion() = default;
-
-void QARegion::readUserName()
-{
-    if (miravelVersion == QLatin1String("VELISTRA_NEW")) {
-        const QSettings settings(clientSettingsPath(), QSettings::IniFormat);
-        m_userName = settings.value(QStringLiteral("RemLastUser/lastuser")).toString();
-    } else if (miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT")) {
-        const QSettings registry(QStringLiteral("HKEY_LOCAL_MACHINE\\Software\\VDAgent\\LogonInfo"),
-                                 QSettings::NativeFormat);
-        m_userName = registry.value(QStringLiteral("iRAIUser"), QString()).toString();
-    }
+    m_userName = desktopUserName();
     if (m_userName.isEmpty()) {
         LOG_WARNING() << "Get the username failed.";
     }
 }
+
+QARegion::~QARegion() = default;
 
 void QARegion::Miss_RecomSend(QString question, QString source, QString originalQuestion,
                               qint64 questionId)
@@ -181,68 +168,98 @@ void QARegion::isGetResponse()
 void QARegion::addQuestionBubble(const QString &text)
 {
     auto *bubble = new QuestionBubble(text, m_list);
-    addCopyMenu(bubble->label(), QuestionMenu);
-    bubble->appendToList();
+    addCopyMenu(bubble, QuestionMenu);
+    bubble->show();
     scrollToBottom();
 }
 
 void QARegion::addRobotMessage(const QString &text)
 {
     auto *bubble = new MessageBubble(text, m_list);
-    addCopyMenu(bubble->label(), MessageMenu);
-    bubble->appendToList();
+    addCopyMenu(bubble, MessageMenu);
+    bubble->show();
 }
 
 void QARegion::showAnswer(const QString &title, const QString &reply)
 {
-    auto *answer = new AnswerItem(title, reply, m_pictures, m_list);
-    const int index = m_answers.size();
+    AnswerItem *answer = addAnswer(title, reply);
+    const int index = m_answers.size() - 1;
     connect(answer, &AnswerItem::openRequested, this, [this, index] { FoldToOpen_answer(index); });
     connect(answer, &AnswerItem::retractRequested, this,
             [this, index] { OpenToFold_answer(index); });
-    addAnswer(answer);
+    showAnswerItem(answer);
 }
 
 void QARegion::showAnswerWithRecommends(const QString &title, const QString &reply,
                                         const QJsonArray &recommends, const QString &question)
 {
-    auto *answer = new AnswerItem(title, reply, m_pictures, recommends, m_measureLabel, m_list);
-    const int index = m_answers.size();
+    AnswerItem *answer = addAnswer(title, reply);
+    const int index = m_answers.size() - 1;
+    const int box = m_answerBoxes.size();
+    answer->setRecommends(recommends, m_measureLabel);
+    m_answerBoxes.append(answer->box());
     connect(answer, &AnswerItem::openRequested, this,
-            [this, index] { FoldToOpen_AnswerRecom(index, index, index); });
+            [this, index, box] { FoldToOpen_AnswerRecom(index, box, index); });
     connect(answer, &AnswerItem::retractRequested, this,
-            [this, index] { OpenToFold_AnswerRecom(index, index, index); });
-    connectBox(answer->box(), question);
-    addAnswer(answer);
+            [this, index, box] { OpenToFold_AnswerRecom(index, box, index); });
+    connect(answer->box(), &RecommendBox::nextPageRequested, this,
+            [this, box] { switchAnswerRecommends(box); });
+    connectRows(answer->box(), question);
+    showAnswerItem(answer);
 }
 
-void QARegion::addAnswer(AnswerItem *answer)
+AnswerItem *QARegion::addAnswer(const QString &title, const QString &reply)
 {
+    auto *answer = new AnswerItem(title, m_list);
     m_answers.append(answer);
-    addCopyMenu(answer->titleLabel(), TitleMenu);
-    for (QLabel *paragraph : answer->content()->paragraphs()) {
-        addCopyMenu(paragraph, ParagraphMenu);
-    }
+    buildAnswerContent(reply, title, m_answers.size() - 1);
+    return answer;
+}
+
+int QARegion::buildAnswerContent(const QString &reply, const QString &title, int answerIndex)
+{
+    AnswerItem *answer = m_answers.at(answerIndex);
+    const int height = answer->setReply(reply, title, m_pictures);
+    addAnswerCopyMenus(answer);
     connectPictures(*answer);
-    answer->appendToList();
+    return height;
+}
+
+void QARegion::showAnswerItem(AnswerItem *answer)
+{
+    answer->setFoldState(initialFoldState(answer->content()->contentHeight()));
+    answer->show();
     scrollToBottom();
 }
 
 void QARegion::showRecommendOnly(const QJsonArray &recommends, const QString &question)
 {
     auto *item = new RecommendOnlyItem(recommends, m_measureLabel, m_list);
-    connectBox(item->box(), question);
-    item->appendToList();
+    const int box = m_boxes.size();
+    m_boxes.append(item->box());
+    connect(item->box(), &RecommendBox::nextPageRequested, this,
+            [this, box] { switchRecommendOnly(box); });
+    connectRows(item->box(), question);
+    item->show();
     scrollToBottom();
 }
 
-void QARegion::connectBox(RecommendBox *box, const QString &question)
+void QARegion::connectRows(RecommendBox *box, const QString &question)
 {
     connect(box, &RecommendBox::recommendClicked, this,
             [this, question](const QString &recommended, qint64 questionId) {
                 Miss_RecomSend(recommended, QStringLiteral("recommend"), question, questionId);
             });
-    connect(box, &RecommendBox::nextPageRequested, box, &RecommendBox::showNextPage);
+}
+
+void QARegion::switchRecommendOnly(int box)
+{
+    m_boxes.at(box)->showNextPage();
+}
+
+void QARegion::switchAnswerRecommends(int box)
+{
+    m_answerBoxes.at(box)->showNextPage();
 }
 
 void QARegion::FoldToOpen_AnswerRecom(int answer, int box, int line)
@@ -269,12 +286,27 @@ void QARegion::OpenToFold_answer(int answer)
     m_answers.at(answer)->setFoldState(FoldState::Folded);
 }
 
-void QARegion::addCopyMenu(QLabel *label, MenuKind kind)
+void QARegion::addCopyMenu(ConversationItem *item, MenuKind kind)
 {
-    const int num = m_labels[kind].size();
-    m_labels[kind].append(label);
-    connect(label, &QWidget::customContextMenuRequested, this,
+    const int num = m_texts[kind].size();
+    m_texts[kind].append({item, 0});
+    connect(item, &ConversationItem::copyMenuRequested, this,
             [this, num, kind] { qaRightHitMenu_show(num, kind); });
+}
+
+void QARegion::addAnswerCopyMenus(AnswerItem *answer)
+{
+    const int title = m_texts[TitleMenu].size();
+    const int firstParagraph = m_texts[ParagraphMenu].size();
+    m_texts[TitleMenu].append({answer, 0});
+    for (int number = 1; number <= answer->content()->paragraphs().size(); ++number) {
+        m_texts[ParagraphMenu].append({answer, number});
+    }
+    connect(answer, &ConversationItem::copyMenuRequested, this,
+            [this, title, firstParagraph](int number) {
+                number == 0 ? qaRightHitMenu_show(title, TitleMenu)
+                            : qaRightHitMenu_show(firstParagraph + number - 1, ParagraphMenu);
+            });
 }
 
 void QARegion::connectPictures(const AnswerItem &answer)
@@ -348,10 +380,11 @@ void QARegion::qaRightHitMenu_copySlots(int num, int type)
 
 QString QARegion::selectedText(int num, int type) const
 {
-    if (type < ParagraphMenu || type > MessageMenu || num < 0 || num >= m_labels[type].size()) {
+    if (type < ParagraphMenu || type > MessageMenu || num < 0 || num >= m_texts[type].size()) {
         return {};
     }
-    const QLabel *label = m_labels[type].at(num);
+    const ConversationText &text = m_texts[type].at(num);
+    const QLabel *label = text.item->text(text.number); // none while nothing is selected far away
     return label == nullptr ? QString() : label->selectedText();
 }
 

@@ -12,6 +12,7 @@
 #include <memory>
 
 class AnswerItem;
+class ConversationItem;
 class ConversationList;
 class CopyMenu;
 class ImageDisplay;
@@ -62,6 +63,10 @@ public:
     /// \a question, and scrolls to it.
     void showAnswerWithRecommends(const QString &title, const QString &reply,
                                   const QJsonArray &recommends, const QString &question);
+
+    /// Builds the rows of \a reply inside answer \a answerIndex and returns their height in px. The
+    /// pictures in it join those of the conversation under \a title.
+    int buildAnswerContent(const QString &reply, const QString &title, int answerIndex);
 
     /// Appends a box of \a recommends in place of an answer and scrolls to it.
     void showRecommendOnly(const QJsonArray &recommends, const QString &question);
@@ -120,14 +125,24 @@ public slots:
     void qaRightHitMenu_copySlots(int num, int type);
 
 private:
-    void readUserName();
+    /// A text of the conversation: number \a number of an entry, which the list owns.
+    struct ConversationText
+    {
+        const ConversationItem *item;
+        int number;
+    };
+
     void showResult(const QString &question, const QJsonObject &result);
-    void addAnswer(AnswerItem *answer);
-    void addCopyMenu(QLabel *label, MenuKind kind);
+    AnswerItem *addAnswer(const QString &title, const QString &reply);
+    void showAnswerItem(AnswerItem *answer);
+    void addCopyMenu(ConversationItem *item, MenuKind kind);
+    void addAnswerCopyMenus(AnswerItem *answer);
     void connectPictures(const AnswerItem &answer);
     [[nodiscard]] QString selectedText(int num, int type) const;
     void copyPicture(int num) const;
-    void connectBox(RecommendBox *box, const QString &question);
+    void connectRows(RecommendBox *box, const QString &question);
+    void switchRecommendOnly(int box);
+    void switchAnswerRecommends(int box);
     void checkEmptyReply(const QString &reply);
 
     IdpInterface m_idp;
@@ -135,9 +150,12 @@ private:
     ConversationList *m_list = nullptr;
     QLabel *m_measureLabel = nullptr; ///< hidden; recommendations are measured in it
     QString m_userName;
-    QVector<ConversationPicture> m_pictures;             ///< of all answers, in the order shown
-    QVector<QPointer<QLabel>> m_labels[MessageMenu + 1]; ///< the texts of each MenuKind
+    QVector<ConversationPicture> m_pictures;            ///< of all answers, in the order shown
+    QVector<ConversationText> m_texts[MessageMenu + 1]; ///< of each MenuKind
     QPointer<CopyMenu> m_rightHitMenu;
     std::unique_ptr<ImageDisplay> imagePreview;
-    QVector<AnswerItem *> m_answers; ///< in the order shown; owned by the list
+    // In the order shown; owned by the list.
+    QVector<AnswerItem *> m_answers;
+    QVector<RecommendBox *> m_answerBoxes; ///< below answers
+    QVector<RecommendBox *> m_boxes;       ///< in place of answers
 };

@@ -20,20 +20,32 @@ constexpr QSize bubbleMargin(25, 22);
 
 QuestionBubble::QuestionBubble(const QString &text, ConversationList *list)
     : ConversationItem(Speaker::User, list)
-    , m_bubble(addBubble())
-    , m_label(makeBubbleLabel(styles::bubbleText, m_bubble))
+    , m_text(text)
 {
+    build();
+}
+
+QLabel *QuestionBubble::text(int number) const
+{
+    return number == 0 ? m_label : nullptr;
+}
+
+void QuestionBubble::build()
+{
+    QWidget *bubble = addBubble();
+    m_label = makeBubbleLabel(styles::bubbleText, bubble);
+    addText(m_label, 0);
     m_label->setTextFormat(Qt::PlainText);
     m_label->ensurePolished(); // or the metrics below are those of the application's font
     const QFontMetrics metrics = m_label->fontMetrics();
-    if (metrics.horizontalAdvance(text) > textMaxWidth) {
-        setWrappedText(m_label, wrapToWidth(metrics, text, textMaxWidth));
+    if (metrics.horizontalAdvance(m_text) > textMaxWidth) {
+        setWrappedText(m_label, wrapToWidth(metrics, m_text, textMaxWidth));
     } else {
-        m_label->setText(text);
+        m_label->setText(m_text);
         m_label->adjustSize();
     }
     const QSize size = m_label->size();
     m_label->move(labelPlace);
-    m_bubble->setGeometry({QPoint(bubbleRight - size.width(), bubbleTop), size + bubbleMargin});
+    bubble->setGeometry({QPoint(bubbleRight - size.width(), bubbleTop), size + bubbleMargin});
     setItemSize({itemWidth, size.height() + itemMargin});
 }

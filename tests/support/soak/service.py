@@ -36,6 +36,7 @@ class ServiceWatch:
         self._next = {call: index * 5 for index, call in enumerate(CALLS)}
         self.calls: collections.Counter[str] = collections.Counter()
         self.faults: collections.Counter[tuple[str, str]] = collections.Counter()
+        self.refused: collections.Counter[str] = collections.Counter()
         self.questions: collections.Counter[str] = collections.Counter()
 
     def read(self) -> None:
@@ -63,7 +64,9 @@ class ServiceWatch:
         if call not in CALLS:
             return
         if fields["verdict"] != "accepted":
-            raise RuntimeError(f"the service refused a call: {fields}")
+            # The toolkit may send a request again by itself when its connection breaks.
+            self.refused[fields["reason"]] += 1
+            return
         self.calls[call] += 1
         self.faults[call, fields["fault"].split(":")[0]] += 1
         if call == "ask":

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "bench/row.h"
+
+// The measurements, each a file of its own. All run on the GUI thread of the benchmark.
+
+/// From the start of the program to its first picture, and its memory when idle; both against a
+/// bare window.
+[[nodiscard]] Rows measureStart();
+
+/// One signed request and its reply against the same POST without us.
+[[nodiscard]] Rows measureRequest();
+
+/// Appending to a long conversation against a short one, and what an exchange takes in memory.
+[[nodiscard]] Rows measureConversation();
+
+/// An answer with fifty large pictures against reading and scaling them.
+[[nodiscard]] Rows measurePictures();
+
+/// A written log line against the bare file operations, and a dropped one.
+[[nodiscard]] Rows measureLog();
