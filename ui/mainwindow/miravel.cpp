@@ -510,8 +510,18 @@ bool Miravel::focusNextPrevChild(bool next)
     if (neighbour == nullptr) {
         return false;
     }
+    m_form.region->reveal(neighbour);
     neighbour->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     return true;
+}
+
+void Miravel::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        assoclose_windows();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void Miravel::mousePressEvent(QMouseEvent *event)

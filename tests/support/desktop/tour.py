@@ -4,7 +4,10 @@ from __future__ import annotations
 
 from pathlib import Path
 
-from .assistant import Assistant
+from PIL import Image
+
+from . import floating, guardchannel
+from .assistant import INPUT_BOX, Assistant
 from .demoservice import DemoService
 
 # A question whose answer is paragraphs, one with pictures and further questions, one unknown, each
@@ -13,12 +16,25 @@ PLAIN = ("怎样进入和退出全屏", "Hit question, But no Recommend!")
 RICH = ("如何登录云桌面", "Hit question, and have Recommends!")
 UNKNOWN = ("今天食堂有什么好吃的", "No hits and no recommendation questions!")
 
+# What another program on the machine asks in the user's stead, and what the program then logs.
+GUARD = ("客户端的服务器地址怎么填", "Hit question")
+
 # The eighth row of the hot questions, in px from the window's upper left corner, and its text.
 HOT_ROW = (760, 344)
 HOT_QUESTION = "云桌面连接不上怎么办？"
 # The first row of the recommendations below the answer that was asked for last.
 RECOMMENDED_ROW = (160, 284)
 RECOMMENDED = "忘记登录密码怎么办？"
+# What is typed for suggestions, and the first of them.
+TYPED = "登录"
+SUGGESTED = "如何登录云桌面？"
+
+# How long the service keeps the first look waiting, so that the veil is seen, in ms.
+LOADING_MS = 1500
+# With this value the about button opens a menu.
+MENU_SETTING = {"SysEnvironment/EnvType": "2"}
+
+_DIALOG = (260, 100, 660, 540)
 
 
 class Tour:
@@ -35,6 +51,9 @@ class Tour:
             old.unlink()
 
     def run(self) -> None:
+        self._assistant.wait_for_window()
+        self._assistant.rest()
+        self._keep(floating.wait_for_veil(self._assistant), "loading")
         self._assistant.wait_for_greeting()
         self._save("greeting")
         self._ask(*PLAIN, "answer")
@@ -42,6 +61,10 @@ class Tour:
         self._click(RECOMMENDED_ROW, RECOMMENDED, "recommend", "recommendation")
         self._ask(*UNKNOWN, "unknown-question")
         self._click(HOT_ROW, HOT_QUESTION, "hotquestion", "hot-question")
+        self._post(*GUARD, "guard-question")
+        self._look_at_suggestions()
+        self._look_at_input_menu()
+        self._look_at_about()
         self._close()
 
     def _ask(self, question: str, logged: str, picture: str) -> None:
@@ -63,9 +86,56 @@ class Tour:
                                    f'question="{question}"', f'source="{source}"')
         self._save(picture)
 
+    def _post(self, question: str, logged: str, picture: str) -> None:
+        """A question that comes over the guard channel; it is acknowledged once it is answered."""
+        self._service.log.mark()
+        self._assistant.watch()
+        guardchannel.post(self._assistant.installation, question)
+        self._assistant.wait_for_answer(question)
+        self._assistant.wait_for_log("send messages(Sysguard) by idp qa request",
+                                     f"Ask_And_Answer question:{question}", logged)
+        self._service.log.wait_for("call=ask", "verdict=accepted", "signature=good",
+                                   f'question="{question}"', 'source="rawquery"')
+        self._save(picture)
+
+    def _look_at_suggestions(self) -> None:
+        floating.type_text(self._assistant, TYPED)
+        self._assistant.rest()
+        count = floating.wait_for_suggestions(self._assistant)
+        self._save("suggestions")
+        place = floating.suggestion_place(count, 0)
+        self._click(place, SUGGESTED, "associate", "suggested-question")
+
+    def _look_at_input_menu(self) -> None:
+        floating.type_text(self._assistant, TYPED)
+        self._assistant.rest()
+        floating.wait_for_suggestions(self._assistant)
+        self._assistant.person.press("Escape", "ctrl+a")
+        before = self._assistant.look()
+        self._assistant.click(*INPUT_BOX, button=3)
+        self._keep(floating.wait_for_menu(self._assistant, before, INPUT_BOX,
+                                          floating.INPUT_MENU_SIZE), "input-menu")
+        self._assistant.person.press("Escape")
+        self._assistant.rest()
+
+    def _look_at_about(self) -> None:
+        before = self._assistant.look()
+        self._assistant.click(*floating.ABOUT_BUTTON)
+        self._keep(floating.wait_for_menu(self._assistant, before, floating.ABOUT_BUTTON,
+                                          floating.ABOUT_MENU_SIZE), "about-menu")
+        self._assistant.person.press("Down", "Down", "Return")
+        self._assistant.wait_for_log("click to about btn")
+        self._keep(floating.wait_for_change(self._assistant, before, _DIALOG,
+                                            "the About dialog"), "about")
+        self._assistant.person.press("Escape")
+        floating.wait_for_return(self._assistant, before, _DIALOG, "the About dialog")
+
     def _save(self, name: str) -> None:
+        self._keep(self._assistant.look(), name)
+
+    def _keep(self, picture: Image.Image, name: str) -> None:
         path = self._folder / f"{len(self.pictures) + 1:02}-{name}.png"
-        self._assistant.look().save(path)
+        picture.save(path)
         self.pictures.append(path)
 
     def _close(self) -> None:
