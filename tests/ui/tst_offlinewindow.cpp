@@ -4,6 +4,7 @@
 #include "tests/service/support/refusingport.h"
 #include "tests/service/support/testconfig.h"
 #include "tests/service/support/testserver.h"
+#include "tests/standins/standinfolder.h"
 #include "ui/answer/answercontent.h"
 #include "ui/answer/answeritem.h"
 #include "ui/answer/messagebubble.h"
@@ -19,10 +20,14 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
+#include <functional>
 #include <memory>
 
 namespace {
+
+constexpr int amplyMs = 30'000;
 
 const QString next = QStringLiteral("换一换");
 const QString noNetwork
@@ -30,6 +35,9 @@ const QString noNetwork
                      "您可在“热门问答”区域查看常见问题。");
 
 const QByteArray hotReply = R"({"errorCode":"0","result":[{"id":7,"question":"如何修改密码？"}]})";
+
+const QByteArray answerReply
+    = R"({"errorCode":"0","result":{"resultType":"QA_NORMAL_RESULT","reply":"<p>答</p>"}})";
 
 QString numbered(int number)
 {
@@ -59,11 +67,17 @@ private slots:
     void networkProblem_withoutLibrary_showsTheButton();
     void networkProblem_ofARealQuestion_showsTheLibrary();
     void refreshWithData_bringsTheServiceBack();
+    void networkProblem_replacesTheRowWhoseAnswerIsAwaited();
+    void programsGone_replaceTheColumnWhoseAnswerIsAwaited();
 
 private:
     void writeLibrary(int count) const;
     void write(int number, const QString &question, const QString &answer) const;
     void goOnline();
+
+    /// Clicks the service's question and does \a meanwhile while its answer is awaited. The answer
+    /// comes once the clicked row has gone.
+    void askWhile(const std::function<void()> &meanwhile);
     [[nodiscard]] QStringList rows() const;
     [[nodiscard]] QPushButton *row(const QString &question) const;
     [[nodiscard]] QPushButton *nextButton() const;
@@ -124,7 +138,7 @@ void TestOfflineWindow::goOnline()
 {
     QSignalSpy ready(m_window.get(), &Miravel::rightRegionSuccess);
     m_window->startForVdiClient();
-    QTRY_COMPARE(ready.count(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, amplyMs);
 }
 
 QStringList TestOfflineWindow::rows() const
@@ -203,7 +217,7 @@ void TestOfflineWindow::failedFirstFetch_showsTheLibrary()
     m_server->setReplyFor("/hot", httpReply(R"({"errorCode":"50001","result":[]})"));
     const LogCapture log;
     m_window->startForVdiClient();
-    QTRY_COMPARE(messages(), QStringList{noNetwork});
+    QTRY_COMPARE_WITH_TIMEOUT(messages(), QStringList{noNetwork}, amplyMs);
     QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
     QCOMPARE(log.linesWith(QStringLiteral("info: Get Location")),
              QStringList{QStringLiteral("info: Get Location hot issues ! "
@@ -339,8 +353,37 @@ void TestOfflineWindow::refreshWithData_bringsTheServiceBack()
     m_window->refreshLocalQA();
     QCOMPARE(rows().first(), QStringLiteral("1. 如何1？"));
     m_window->refreshHotQuestionsTimer();
-    QTRY_COMPARE(rows().first(), QStringLiteral("1. 如何修改密码？"));
+    QTRY_COMPARE_WITH_TIMEOUT(rows().first(), QStringLiteral("1. 如何修改密码？"), amplyMs);
     QCOMPARE(messages().last(), QStringLiteral("热门问题刷新成功。"));
+}
+
+void TestOfflineWindow::askWhile(const std::function<void()> &meanwhile)
+{
+    m_server->setReplyFor("/ask", held(httpReply(answerReply)));
+    QPushButton *clicked = row(QStringLiteral("如何修改密码？"));
+    connect(clicked, &QObject::destroyed, this, [this] { m_server->release(); });
+    QTimer::singleShot(0, this, meanwhile);
+    QTest::mouseClick(clicked, Qt::LeftButton);
+}
+
+void TestOfflineWindow::networkProblem_replacesTheRowWhoseAnswerIsAwaited()
+{
+    writeLibrary(1);
+    goOnline();
+    askWhile([this] { emit m_window->findChild<QARegion *>()->netproblem(); });
+    QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
+    QCOMPARE(m_window->findChildren<AnswerItem *>().size(), 1);
+}
+
+void TestOfflineWindow::programsGone_replaceTheColumnWhoseAnswerIsAwaited()
+{
+    const StandInFolder noCommands; // nothing is found that could list programs
+    QDir::setCurrent(m_config->root() + QStringLiteral("/Miravel"));
+    writeLibrary(1);
+    goOnline();
+    askWhile([this] { m_window->detectionProcess_VdiAndOmbra(); });
+    QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
+    QCOMPARE(m_window->findChildren<AnswerItem *>().size(), 1);
 }
 
 QTEST_MAIN(TestOfflineWindow)

@@ -56,6 +56,7 @@ class Assistant:
             prepare(self._runner)
         self._command = self._runner.command(installation.program, arguments)
         self._env = self._runner.environment(env)
+        self._runner.start(self._env)
         self.process = Child(self._command, env=self._env,
                              output=installation.root / "log/output.txt")
 
