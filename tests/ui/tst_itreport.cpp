@@ -21,6 +21,8 @@
 
 namespace {
 
+constexpr int amplyMs = 30'000;
+
 const QString site = QStringLiteral("itsite://report.example/new?from=miravel");
 const QString siteScheme = QStringLiteral("itsite");
 const QString telephone
@@ -227,7 +229,7 @@ void TestItReport::telephone_isNotScrolledTo()
     }
     m_window->itReport_url();
     const QScrollBar *bar = list->verticalScrollBar();
-    QTRY_VERIFY(bar->maximum() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(bar->maximum() > 0, amplyMs);
     QCOMPARE(bar->value(), 0);
 }
 
