@@ -33,7 +33,7 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setFont(QFont(QStringLiteral("Microsoft YaHei")));
     initResources();
-    initAppPaths(QStringLiteral("vdi"));
+    initAppPaths(QString());
     // As the program runs by default: what is no error is dropped by its own handler.
     initLogSetting(QString(), QString());
     qInstallMessageHandler(logMessageHandler);

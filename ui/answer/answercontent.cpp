@@ -2,6 +2,7 @@
 
 #include "app/logstream.h"
 #include "ui/answer/answergeometry.h"
+#include "ui/answer/base64.h"
 #include "ui/answer/bubblelabel.h"
 #include "ui/answer/picturerow.h"
 #include "ui/answer/replypieces.h"
@@ -70,8 +71,8 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
 void AnswerContent::addPicture(const QString &source, const QString &title,
                                QVector<ConversationPicture> &pictures)
 {
-    const QString base64Data = inlinePictureText(source);
-    const QPixmap pixmap = decodePicture(QByteArray::fromBase64(base64Data.toLocal8Bit()));
+    const QStringRef base64Data = inlinePictureText(source);
+    const QPixmap pixmap = decodePicture(bytesOfBase64(base64Data));
     const QString file = animationFile(pictures.size());
     pictures.append({pixmap, title, isAnimatedPicture(source)});
     auto *row = new PictureRow(pixmap.size(), viewport());
