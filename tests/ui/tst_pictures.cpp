@@ -147,7 +147,9 @@ void TestPictures::labelSize()
 
 void TestPictures::data_endAtTheQuote()
 {
-    const auto textOf = [](const QString &piece) { return inlinePictureText(piece).toString(); };
+    const auto textOf = [](const QString &piece) {
+        return inlinePictureText(piece).toString();
+    };
     const QString tag = QStringLiteral("<img src=\"data:image/png;base64,%1");
     const QString text = QStringLiteral("aGVsbG8=");
     QCOMPARE(textOf(tag.arg(text) + QLatin1String("\" style=\"a\"/>")), text);

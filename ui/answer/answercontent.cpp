@@ -18,6 +18,7 @@
 namespace {
 
 constexpr int paragraphPixelSize = 14;
+constexpr int mostContentHeight = QWIDGETSIZE_MAX - 2000; ///< px; title, bars and box come on top
 
 QFont paragraphFont()
 {
@@ -103,5 +104,6 @@ void AnswerContent::addRow(QWidget *row)
     item->setSizeHint(row->size());
     addItem(item.get());
     setItemWidget(item.release(), row); // owned by the list since addItem()
-    m_contentHeight += row->height();
+    // No widget can be higher; sizes that a rich text asks for may be absurd.
+    m_contentHeight = qMin(m_contentHeight + row->height(), mostContentHeight);
 }
