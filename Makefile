@@ -1,7 +1,7 @@
 # The front door. Each target is one script or one preset; see docs/development.md.
 
 .DEFAULT_GOAL := build
-.PHONY: run windows test-windows test build bench sanitize format format-check tidy
+.PHONY: run windows test-windows test soak build bench sanitize format format-check tidy
 
 # Builds what is needed and opens the assistant on the demo service (on a screen in memory without a
 # display).
@@ -11,6 +11,10 @@ run:
 # Every test, release build.
 test:
 	scripts/test.sh release
+
+# Ten minutes of mixed work against a service that keeps failing; longer: scripts/soak.sh --minutes N.
+soak:
+	scripts/soak.sh
 
 # The release build; the program is build/release/bin/Miravel.
 build:

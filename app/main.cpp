@@ -1,4 +1,5 @@
 #include "app/apppaths.h"
+#include "app/heap.h"
 #include "app/loghandler.h"
 #include "app/logstream.h"
 #include "app/qtenvironment.h"
@@ -22,6 +23,7 @@ const QLatin1String launcher("ombra");
 
 int main(int argc, char *argv[])
 {
+    giveLargeBlocksBack();
     clearQtEnvironment();
     SingleApplication app(argc, argv);
     QDir::setCurrent(QCoreApplication::applicationDirPath());

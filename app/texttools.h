@@ -7,5 +7,9 @@
 /// UTF-8 become U+FFFD.
 [[nodiscard]] QString utf8UpToNul(const QByteArray &bytes);
 
+/// \a text through the system's 8-bit encoding and back, up to the first NUL: what that encoding
+/// cannot hold comes back as its substitute.
+[[nodiscard]] QString throughLocalEncoding(const QString &text);
+
 /// The current time of day as "hh:mm:ss.zzz", as log messages show it.
 [[nodiscard]] QString timeOfDay();

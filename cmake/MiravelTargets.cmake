@@ -69,6 +69,10 @@ function(miravel_add_test name)
     if(arg_THREADED)
         set_tests_properties(${name} PROPERTIES LABELS threaded)
     endif()
+    if(WIN32 AND "miravel_ui" IN_LIST arg_LINK)
+        # Only one window at a time is the active one, and some wait until theirs is.
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK active-window)
+    endif()
 endfunction()
 
 # miravel_not_on_windows(<test> <reason>): a test that the Windows build does not have. The list is

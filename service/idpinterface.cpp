@@ -2,23 +2,13 @@
 
 #include "app/logstream.h"
 #include "service/replyreading.h"
-#include "service/requestbodies.h"
-
-#include <QSettings>
+#include "service/servicecall.h"
 
 namespace {
 
-/// One call, read from the settings before it is made: the file is not kept open meanwhile.
-struct ServiceCall
-{
-    QString urlPath;
-    QByteArray body;
-    int httpMode = 0;
-};
-
 struct CallTexts
 {
-    const char *group; ///< group of the settings, and first word of the parse warning
+    const char *group; ///< first word of the parse warning
     const char *failure;
 };
 
@@ -27,47 +17,6 @@ constexpr CallTexts associationTexts
     = {"ProblemAssociation", "Failed to get association questions! ret:"};
 constexpr CallTexts askTexts
     = {"QuestAndAnw", "Failed to get question reply (Ask_And_Answer)! ret:"};
-
-QString readText(const QSettings &settings, const char *key)
-{
-    return settings.value(QLatin1String(key)).toString();
-}
-
-CallSettings readCallSettings(const QSettings &settings, const CallTexts &texts)
-{
-    const QString group = QLatin1String(texts.group);
-    return {settings.value(group + QLatin1String("/channelId")).toInt(),
-            settings.value(group + QLatin1String("/recommendSize")).toInt(),
-            readText(settings, "RobotId/robotId")};
-}
-
-int readHttpMode(const QSettings &settings)
-{
-    return settings.value(QStringLiteral("ihttpInfo/iHttpMode")).toInt();
-}
-
-ServiceCall hotCall(const QString &configPath)
-{
-    const QSettings settings(configPath, QSettings::IniFormat);
-    return {readText(settings, "url/hoturl"),
-            hotQuestionsBody(readCallSettings(settings, hotTexts)), readHttpMode(settings)};
-}
-
-ServiceCall associationCall(const QString &configPath, const QString &text)
-{
-    const QSettings settings(configPath, QSettings::IniFormat);
-    return {readText(settings, "url/associateurl"),
-            associationBody(readCallSettings(settings, associationTexts), text),
-            readHttpMode(settings)};
-}
-
-ServiceCall askCall(const QString &configPath, AskFields fields)
-{
-    const QSettings settings(configPath, QSettings::IniFormat);
-    fields.currentDomain = readText(settings, "QuestAndAnw/currentDomain");
-    return {readText(settings, "url/askquesturl"),
-            askBody(readCallSettings(settings, askTexts), fields), readHttpMode(settings)};
-}
 
 QJsonDocument readReply(int result, const QByteArray &buffer, const CallTexts &texts)
 {

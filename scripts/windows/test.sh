@@ -12,21 +12,33 @@ source scripts/windows/wine_environment.sh
 
 # One display for everything, and one Wine server kept between the programs. Both end with this
 # script; only the project's own prefix is touched.
-display_file=$(mktemp)
-Xvfb -displayfd 3 -noreset -screen 0 1280x1024x24 -nolisten tcp 3>"$display_file" 2>/dev/null &
-display=$!
+display=""
+ready=$(mktemp)
 end() {
-    kill "$display" 2>/dev/null || true
+    [[ -z $display ]] || kill "$display" 2>/dev/null || true
     env "${wine_environment[@]}" wineserver --kill 2>/dev/null || true
-    rm -f "$display_file"
+    rm -f "$ready"
 }
 trap end EXIT
-until [[ -s $display_file ]]; do
-    kill -0 "$display"
-    sleep 0.1
+
+# start_display <number>: false when another server has it. The server could choose a number itself,
+# but would then take over one that is in use; one that it is given it locks, or ends at once.
+start_display() {
+    : >"$ready"
+    Xvfb ":$1" -displayfd 3 -noreset -screen 0 1280x1024x24 -nolisten tcp 3>"$ready" 2>/dev/null &
+    display=$!
+    until [[ -s $ready ]]; do
+        kill -0 "$display" 2>/dev/null || return 1
+        sleep 0.1
+    done
+    export DISPLAY=:$1
+}
+for _ in {1..20}; do
+    if start_display "$((100 + RANDOM % 9000))"; then
+        break
+    fi
 done
-DISPLAY=:$(<"$display_file")
-export DISPLAY
+: "${DISPLAY:?no virtual display could be started}"
 env "${wine_environment[@]}" wineserver --persistent
 
 results=$PWD/build/windows/test-results.xml

@@ -53,10 +53,8 @@ private slots:
     void unknownOption_endsWithAMessageAndNoLog_data();
     void unknownOption_endsWithAMessageAndNoLog();
     void textBesideTheOption_isIgnored();
-
     void qtVariablesOfTheCaller_haveNoEffect();
     void scaleFactorOfTheCaller_leavesTheWindowsSize();
-
     void secondStart_endsWithStatusZeroAfterItsTwoLines_data();
     void secondStart_endsWithStatusZeroAfterItsTwoLines();
     void secondStart_restoresTheMinimisedWindow();
@@ -64,15 +62,6 @@ private slots:
     void startBesideAHungCopy_endsWithStatusZero();
     void folderForNamesThatIsTheProgramsOwn_keepsTheProgram();
     void closingTheWindow_endsWithStatusZero();
-
-    void logLevel_decidesAboutTheStartupLines_data();
-    void logLevel_decidesAboutTheStartupLines();
-    void missingSettingsFile_isNoError();
-    void unusableSettingsFile_isNoError_data();
-    void unusableSettingsFile_isNoError();
-    void unreadableSettingsFile_isNoError();
-    void settings_areNeverWritten();
-    void missingLogFolder_isNotCreated();
 };
 
 void TestStartup::caller_decidesLayoutAndLogLines_data()
@@ -105,6 +94,7 @@ void TestStartup::caller_decidesLayoutAndLogLines()
     QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
     ChildProcess &program = installation.start(arguments);
     QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(installation.waitForLogLines(layoutLine));
     QVERIFY(program.isRunning());
     QVERIFY2(beginsWithStartup(installation.logLines(), caller, version),
              qPrintable(installation.logLines().join(QLatin1Char('\n'))));
@@ -171,7 +161,7 @@ void TestStartup::textBesideTheOption_isIgnored()
     QVERIFY(installation.isValid());
     QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
     installation.start({QStringLiteral("text"), vdi, QStringLiteral("more")});
-    QVERIFY(installation.waitUntilAnswering());
+    QVERIFY(installation.waitForLogLines(layoutLine));
     QVERIFY(beginsWithStartup(installation.logLines(), QStringLiteral("vdi"), clientVersion));
 }
 
@@ -232,6 +222,8 @@ void TestStartup::secondStart_endsWithStatusZeroAfterItsTwoLines()
     QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
     ChildProcess &first = installation.start({vdi});
     QVERIFY(installation.waitUntilAnswering());
+    // Whatever the first logs at its start is written by then.
+    QVERIFY(installation.waitForLogLines(QStringLiteral("failed to get hot issues.")));
 
     ChildProcess &second = installation.start({argument});
     QVERIFY(second.endsWith(0));
@@ -340,121 +332,6 @@ void TestStartup::closingTheWindow_endsWithStatusZero()
     display.xdotool({QStringLiteral("key"), QStringLiteral("alt+F4")});
     QVERIFY(program.endsWith(0));
     QVERIFY(!QFile::exists(installation.localName()));
-}
-
-void TestStartup::logLevel_decidesAboutTheStartupLines_data()
-{
-    QTest::addColumn<QString>("level");
-    QTest::addColumn<int>("lines");
-    QTest::newRow("DEBUG") << QStringLiteral("DEBUG") << 2;
-    QTest::newRow("small letters") << QStringLiteral("info") << 2;
-    QTest::newRow("quoted") << QStringLiteral("\"Info\"") << 2;
-    QTest::newRow("WARN") << QStringLiteral("WARN") << 0;
-    QTest::newRow("WARNING is no name") << QStringLiteral("WARNING") << 0;
-    QTest::newRow("list") << QStringLiteral("INFO,DEBUG") << 0;
-    QTest::newRow("empty") << QString() << 0;
-}
-
-void TestStartup::logLevel_decidesAboutTheStartupLines()
-{
-    QFETCH(QString, level);
-    QFETCH(int, lines);
-    Installation installation(Layout::Client);
-    QVERIFY(installation.isValid());
-    QVERIFY(installation.setValue(QStringLiteral("Log/level"), level));
-    QVERIFY(installation.start({QStringLiteral("--Type=abc")}).endsWith(0));
-    QCOMPARE(installation.logLines().size(), lines);
-}
-
-void TestStartup::missingSettingsFile_isNoError()
-{
-    for (const Layout layout : {Layout::Client, Layout::Shortcut}) {
-        Installation installation(layout);
-        QVERIFY(installation.isValid());
-        QVERIFY(QDir(installation.configFolder()).removeRecursively());
-        installation.start(layout == Layout::Client ? QStringList(vdi) : QStringList());
-        QVERIFY(installation.waitUntilAnswering());
-        QCOMPARE(installation.logLinesWith(callerLine), QStringList());
-        QVERIFY(!QFile::exists(installation.configFolder()));
-    }
-}
-
-void TestStartup::unusableSettingsFile_isNoError_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QByteArray binary;
-    constexpr int byteValues = 256;
-    for (int i = 0; i < byteValues * byteValues; ++i) {
-        binary.append(static_cast<char>(i * 31 + i / byteValues));
-    }
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("binary") << binary;
-    QTest::newRow("no section") << QByteArray("level=INFO\n");
-    QTest::newRow("only NUL") << QByteArray(1000, '\0');
-}
-
-void TestStartup::unusableSettingsFile_isNoError()
-{
-    QFETCH(QByteArray, content);
-    Installation installation(Layout::Client);
-    QVERIFY(installation.isValid());
-    QVERIFY(installation.writeIni(content));
-    ChildProcess &program = installation.start({vdi});
-    QVERIFY(installation.waitUntilAnswering());
-    QVERIFY(program.isRunning());
-    QCOMPARE(installation.logLinesWith(callerLine), QStringList());
-}
-
-void TestStartup::unreadableSettingsFile_isNoError()
-{
-    Installation folder(Layout::Client);
-    QVERIFY(folder.isValid());
-    QVERIFY(QDir().mkpath(folder.iniPath()));
-    folder.start({vdi});
-    QVERIFY(folder.waitUntilAnswering());
-    QCOMPARE(folder.logLinesWith(callerLine), QStringList());
-
-#ifdef Q_OS_WIN
-    QSKIP("A file cannot be made unreadable by its permissions on this system.");
-#endif
-    Installation locked(Layout::Client);
-    QVERIFY(locked.isValid());
-    QVERIFY(locked.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
-    QVERIFY(QFile::setPermissions(locked.iniPath(), {}));
-    const bool readable = QFile(locked.iniPath()).open(QIODevice::ReadOnly);
-    locked.start({vdi});
-    QVERIFY(locked.waitUntilAnswering());
-    // A user whom permissions do not bind reads it all the same.
-    QCOMPARE(locked.logLinesWith(callerLine).size(), readable ? 1 : 0);
-}
-
-void TestStartup::settings_areNeverWritten()
-{
-    Installation installation(Layout::Client);
-    QVERIFY(installation.isValid());
-    const QByteArray content = "; kept as it is\n[Log]\nlevel = debug \n[Odd key]\n x=\"1\n";
-    QVERIFY(installation.writeIni(content));
-    const QStringList files = QDir(installation.configFolder()).entryList(QDir::Files);
-    const QDateTime time = QFileInfo(installation.iniPath()).lastModified();
-    installation.start({vdi});
-    QVERIFY(installation.waitUntilAnswering());
-    QVERIFY(installation.start({QStringLiteral("--Type=abc")}).endsWith(0));
-    QFile file(installation.iniPath());
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), content);
-    QCOMPARE(QFileInfo(installation.iniPath()).lastModified(), time);
-    QCOMPARE(QDir(installation.configFolder()).entryList(QDir::Files), files);
-}
-
-void TestStartup::missingLogFolder_isNotCreated()
-{
-    Installation installation(Layout::Client);
-    QVERIFY(installation.isValid());
-    QVERIFY(installation.setValue(QStringLiteral("Log/level"), QStringLiteral("DEBUG")));
-    QVERIFY(QDir().rmdir(installation.logFolder()));
-    installation.start({vdi});
-    QVERIFY(installation.waitUntilAnswering());
-    QVERIFY(!QFile::exists(installation.logFolder()));
 }
 
 QTEST_GUILESS_MAIN(TestStartup)

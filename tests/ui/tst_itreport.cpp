@@ -71,6 +71,12 @@ private:
     [[nodiscard]] bool wasProbed() const { return QFile::exists(QStringLiteral("calls.log")); }
     [[nodiscard]] QStringList messages() const;
 
+    /// What was logged of the report; the window's threads log other matters meanwhile.
+    [[nodiscard]] QStringList reportLines() const
+    {
+        return m_log->lines().filter(QStringLiteral(" environment, "));
+    }
+
     std::unique_ptr<StandInFolder> m_folder;
     std::unique_ptr<Miravel> m_window;
     std::unique_ptr<LogCapture> m_log;
@@ -145,7 +151,7 @@ void TestItReport::shortcut_opensTheSite_withoutProbing()
     m_window->itReport_url();
     QCOMPARE(m_opened, QStringList{site});
     QCOMPARE(messages(), QStringList());
-    QCOMPARE(m_log->lines(), QStringList{shortcutLine});
+    QCOMPARE(reportLines(), QStringList{shortcutLine});
     QVERIFY(!wasProbed());
 }
 
@@ -156,7 +162,7 @@ void TestItReport::insideTheNetwork_opensTheSite()
     m_window->itReport_url();
     QCOMPARE(m_opened, QStringList{site});
     QCOMPARE(messages(), QStringList());
-    QCOMPARE(m_log->lines(), QStringList{insideLine});
+    QCOMPARE(reportLines(), QStringList{insideLine});
 }
 
 void TestItReport::outsideTheNetwork_namesTheTelephone()
@@ -166,7 +172,7 @@ void TestItReport::outsideTheNetwork_namesTheTelephone()
     m_window->itReport_url();
     QCOMPARE(m_opened, QStringList());
     QCOMPARE(messages(), QStringList{telephone});
-    QCOMPARE(m_log->lines(), QStringList{outsideLine});
+    QCOMPARE(reportLines(), QStringList{outsideLine});
 }
 
 void TestItReport::noNetwork_namesTheTelephone()
@@ -175,7 +181,7 @@ void TestItReport::noNetwork_namesTheTelephone()
     m_window->itReport_url();
     QCOMPARE(m_opened, QStringList());
     QCOMPARE(messages(), QStringList{telephone});
-    QCOMPARE(m_log->linesWith(QStringLiteral("info: ")), QStringList{outsideLine});
+    QCOMPARE(reportLines(), QStringList{outsideLine});
     QVERIFY(wasProbed());
 }
 
@@ -188,7 +194,7 @@ void TestItReport::missingPing_namesTheTelephone()
     makeWindow(QStringLiteral("vdi"));
     m_window->itReport_url();
     QCOMPARE(messages(), QStringList{telephone});
-    QCOMPARE(m_log->linesWith(QStringLiteral("info: ")), QStringList{outsideLine});
+    QCOMPARE(reportLines(), QStringList{outsideLine});
 }
 
 void TestItReport::otherLayout_isProbedToo()
@@ -198,7 +204,7 @@ void TestItReport::otherLayout_isProbedToo()
     miravelVersion = QStringLiteral("invirtual_shortcut");
     m_window->itReport_url();
     QVERIFY(wasProbed());
-    QCOMPARE(m_log->lines(), QStringList{insideLine});
+    QCOMPARE(reportLines(), QStringList{insideLine});
 }
 
 void TestItReport::helpEntryOfTheMenu_reports()
@@ -241,7 +247,7 @@ void TestItReport::missingSite_isPassedToTheDesktopAsItIs()
     m_window->itReport_url();
     QCOMPARE(m_opened, QStringList()); // an address without a scheme is no handler's
     QCOMPARE(messages(), QStringList());
-    QCOMPARE(m_log->linesWith(QStringLiteral("info: ")), QStringList{shortcutLine});
+    QCOMPARE(reportLines(), QStringList{shortcutLine});
 }
 
 QTEST_MAIN(TestItReport)

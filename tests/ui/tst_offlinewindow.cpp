@@ -4,6 +4,7 @@
 #include "tests/service/support/refusingport.h"
 #include "tests/service/support/testconfig.h"
 #include "tests/service/support/testserver.h"
+#include "tests/standins/standinfolder.h"
 #include "ui/answer/answercontent.h"
 #include "ui/answer/answeritem.h"
 #include "ui/answer/messagebubble.h"
@@ -19,7 +20,9 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
+#include <functional>
 #include <memory>
 
 namespace {
@@ -30,6 +33,9 @@ const QString noNetwork
                      "您可在“热门问答”区域查看常见问题。");
 
 const QByteArray hotReply = R"({"errorCode":"0","result":[{"id":7,"question":"如何修改密码？"}]})";
+
+const QByteArray answerReply
+    = R"({"errorCode":"0","result":{"resultType":"QA_NORMAL_RESULT","reply":"<p>答</p>"}})";
 
 QString numbered(int number)
 {
@@ -59,11 +65,17 @@ private slots:
     void networkProblem_withoutLibrary_showsTheButton();
     void networkProblem_ofARealQuestion_showsTheLibrary();
     void refreshWithData_bringsTheServiceBack();
+    void networkProblem_replacesTheRowWhoseAnswerIsAwaited();
+    void programsGone_replaceTheColumnWhoseAnswerIsAwaited();
 
 private:
     void writeLibrary(int count) const;
     void write(int number, const QString &question, const QString &answer) const;
     void goOnline();
+
+    /// Clicks the service's question and does \a meanwhile while its answer is awaited. The answer
+    /// comes once the clicked row has gone.
+    void askWhile(const std::function<void()> &meanwhile);
     [[nodiscard]] QStringList rows() const;
     [[nodiscard]] QPushButton *row(const QString &question) const;
     [[nodiscard]] QPushButton *nextButton() const;
@@ -341,6 +353,35 @@ void TestOfflineWindow::refreshWithData_bringsTheServiceBack()
     m_window->refreshHotQuestionsTimer();
     QTRY_COMPARE(rows().first(), QStringLiteral("1. 如何修改密码？"));
     QCOMPARE(messages().last(), QStringLiteral("热门问题刷新成功。"));
+}
+
+void TestOfflineWindow::askWhile(const std::function<void()> &meanwhile)
+{
+    m_server->setReplyFor("/ask", held(httpReply(answerReply)));
+    QPushButton *clicked = row(QStringLiteral("如何修改密码？"));
+    connect(clicked, &QObject::destroyed, this, [this] { m_server->release(); });
+    QTimer::singleShot(0, this, meanwhile);
+    QTest::mouseClick(clicked, Qt::LeftButton);
+}
+
+void TestOfflineWindow::networkProblem_replacesTheRowWhoseAnswerIsAwaited()
+{
+    writeLibrary(1);
+    goOnline();
+    askWhile([this] { emit m_window->findChild<QARegion *>()->netproblem(); });
+    QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
+    QCOMPARE(m_window->findChildren<AnswerItem *>().size(), 1);
+}
+
+void TestOfflineWindow::programsGone_replaceTheColumnWhoseAnswerIsAwaited()
+{
+    const StandInFolder noCommands; // nothing is found that could list programs
+    QDir::setCurrent(m_config->root() + QStringLiteral("/Miravel"));
+    writeLibrary(1);
+    goOnline();
+    askWhile([this] { m_window->detectionProcess_VdiAndOmbra(); });
+    QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
+    QCOMPARE(m_window->findChildren<AnswerItem *>().size(), 1);
 }
 
 QTEST_MAIN(TestOfflineWindow)

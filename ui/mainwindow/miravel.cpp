@@ -2,6 +2,7 @@
 
 #include "app/apppaths.h"
 #include "app/logstream.h"
+#include "app/texttools.h"
 #include "ui/answer/qaregion.h"
 #include "ui/dialogs/aboutdialog.h"
 #include "ui/mainwindow/aboutmenu.h"
@@ -58,6 +59,7 @@ Miravel::Miravel(QWidget *parent)
     raise();
     activateWindow();
     watchScreens();
+    listenSysguardMessage_thread();
     connect(m_form.region, &QARegion::netproblem, this, &Miravel::refreshLocalQA);
 }
 
@@ -362,6 +364,32 @@ void Miravel::association_list_click(QString question, qint64 id)
 void Miravel::assoclose_windows()
 {
     m_suggestions->close();
+}
+
+void Miravel::listenSysguardMessage_thread()
+{
+    LOG_INFO() << "begin to start qthread for listen sysguard message";
+    m_guardThread.reset(new SysguardQuestsThread(this));
+    SysguardQuestsThread *const guard = m_guardThread.get();
+    connect(this, &Miravel::rightRegionSuccess, guard,
+            &SysguardQuestsThread::rightRegionIniSuccess);
+    connect(guard, &SysguardQuestsThread::sysQuests_signal, this, &Miravel::sendSysguardQuest);
+    // Queued: the next question is not asked inside the one that has just been dealt with, so any
+    // number of them needs no more stack than one.
+    connect(this, &Miravel::QAFinished, guard, &SysguardQuestsThread::QAFinishedNestQuest,
+            Qt::QueuedConnection);
+    connect(qGuiApp, &QGuiApplication::lastWindowClosed, guard, &SysguardQuestsThread::stop);
+    guard->start();
+}
+
+void Miravel::sendSysguardQuest(QJsonObject obj)
+{
+    LOG_INFO() << "send Sysguard Quest: " << timeOfDay();
+    askOrExplain(throughLocalEncoding(obj.value(QLatin1String("question")).toString()),
+                 "send messages(Sysguard) when not logged in, isGetHotQuests:",
+                 "send messages(Sysguard) by idp qa request, isGetHotQuests:");
+    LOG_INFO() << "send QAFinished signal";
+    emit QAFinished();
 }
 
 void Miravel::TextInput_color()

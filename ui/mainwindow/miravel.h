@@ -1,5 +1,6 @@
 #pragma once
 
+#include "localchannel/sysguardqueststhread.h"
 #include "service/netstatetestthread.h"
 #include "ui/mainwindow/hotfetch.h"
 #include "ui/mainwindow/locallibrary.h"
@@ -9,6 +10,7 @@
 #include "ui/mainwindow/windowtimers.h"
 
 #include <QJsonArray>
+#include <QJsonObject>
 #include <QWidget>
 
 #include <memory>
@@ -27,7 +29,7 @@ class Miravel : public QWidget
 public:
     explicit Miravel(QWidget *parent = nullptr);
 
-    /// Waits at most 2 s for the fetches that still run.
+    /// Waits at most 2 s for each thread that still runs.
     ~Miravel() override;
 
     /// Starts in online mode at once: the virtual-desktop client started the program.
@@ -116,6 +118,10 @@ public slots:
     /// Fetches the hot questions anew; runs every 30 minutes.
     void refreshHotQuestionsTimer();
 
+    /// Asks the question that the guard tool posted, in the user's stead, and reports by
+    /// QAFinished() when it has been dealt with.
+    void sendSysguardQuest(QJsonObject obj);
+
     /// The service turned out to be unreachable: shows the local library unless it is shown
     /// already.
     void refreshLocalQA();
@@ -133,6 +139,7 @@ private:
     void connectInput();
     void connectTimers();
     void watchScreens();
+    void listenSysguardMessage_thread();
     void switchToOnlineMode();
     void switchToOfflineMode();
     void buildHotQuestions();
@@ -165,4 +172,5 @@ private:
     HotFetch m_refreshFetch;
     WindowTimers m_timers;
     WindowDrag m_drag;
+    std::unique_ptr<SysguardQuestsThread, SysguardQuestsEnd> m_guardThread;
 };

@@ -56,6 +56,7 @@ class Assistant:
             prepare(self._runner)
         self._command = self._runner.command(installation.program, arguments)
         self._env = self._runner.environment(env)
+        self._runner.start(self._env)
         self.process = Child(self._command, env=self._env,
                              output=installation.root / "log/output.txt")
 
@@ -120,11 +121,15 @@ class Assistant:
         self._until(lambda: self.log.has("send messages"), f"the sending of {question!r}")
         self.rest()
 
-    def ask_by_click(self, x: int, y: int) -> None:
-        """Asks the question that stands at a place in the window."""
+    def watch(self) -> None:
+        """From now on only what is logged and shown later counts."""
         self.log.mark()
         self.rest()
         self._before = self.look()
+
+    def ask_by_click(self, x: int, y: int) -> None:
+        """Asks the question that stands at a place in the window."""
+        self.watch()
         self.click(x, y)
         self.rest()
 

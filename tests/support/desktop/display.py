@@ -5,6 +5,7 @@ from __future__ import annotations
 import random
 import socket
 import struct
+import subprocess
 from pathlib import Path
 from types import TracebackType
 
@@ -19,6 +20,7 @@ HEIGHT = 800
 
 _NUMBERS = range(100, 10000)
 _ATTEMPTS = 20
+_TOOL_S = 10.0
 
 # The screen's memory is a file in the X window dump format: a header of big-endian 32-bit numbers
 # (X11/XWDFile.h), the colour map, the pixels.
@@ -41,13 +43,23 @@ class Display:
         self._memory = folder / "Xvfb_screen0"
         self._memory.unlink(missing_ok=True)
         self.name, self._server = self._start()
+        self._manager: Child | None = None
 
     def __enter__(self) -> Display:
         return self
 
     def __exit__(self, kind: type[BaseException] | None, error: BaseException | None,
                  trace: TracebackType | None) -> None:
+        if self._manager is not None:
+            self._manager.stop()
         self._server.stop()
+
+    def manage_windows(self) -> None:
+        """Starts a window manager, which gives windows the keyboard, and maximises them."""
+        self._manager = Child(["openbox", "--sm-disable"],
+                              env={**base_environment(), "DISPLAY": self.name},
+                              output=self._folder / "openbox.log")
+        wait_until(self._is_managed, "the window manager")
 
     def shot(self) -> Image.Image:
         """What the screen shows now."""
@@ -56,6 +68,12 @@ class Display:
         start = header[_HEADER_SIZE] + header[_COLOURS] * _COLOUR_ENTRY_BYTES
         size = (header[_PIXMAP_WIDTH], header[_PIXMAP_HEIGHT])
         return Image.frombytes("RGB", size, data[start:], "raw", "BGRX", header[_BYTES_PER_LINE])
+
+    def _is_managed(self) -> bool:
+        """A managed screen tells how many desktops it has."""
+        done = subprocess.run(["xdotool", "get_num_desktops"], capture_output=True, check=False,
+                              env={**base_environment(), "DISPLAY": self.name}, timeout=_TOOL_S)
+        return done.returncode == 0
 
     def _start(self) -> tuple[str, Child]:
         """The server could choose a number itself, but would then take over one that is in use; a

@@ -15,6 +15,15 @@ from .waiting import wait_until
 ROWS = 16
 NEXT_PAGE = (868, 91)
 
+# A wheel click scrolls by less than this share of the list; so many reach the end of any answer.
+_WHEEL_DOWN = 5
+_WHEEL_CLICKS = 30
+_LIST = (325, 270)
+
+# The button that unfolds an answer, counted from the window's left edge and the bubble's lower edge.
+_UNFOLD_X = 329
+_UNFOLD_ABOVE_EDGE = 21
+
 # The rows of the column in px from the window's upper left corner.
 _ROW_LEFT = 688
 _ROW_RIGHT = 808
@@ -60,6 +69,26 @@ def ask_row(assistant: Assistant, row: int, question: str) -> list[Bubble]:
     assistant.ask_by_click(_ROW_MIDDLE, _FIRST_TOP + _ROW_HEIGHT * row + _ROW_HEIGHT // 2)
     assistant.wait_for_log(f"question: {question}questionId: 0", "getIDP: false", "locatNum: ")
     return assistant.wait_for_bubbles((QUESTION, ANSWER), f"the local answer to {question!r}")
+
+
+def unfold(assistant: Assistant, folded: Bubble) -> None:
+    """Clicks the button at the end of a folded answer in view and scrolls to the answer's end."""
+    before = assistant.look()
+    assistant.click(_UNFOLD_X, folded.bottom - _UNFOLD_ABOVE_EDGE)
+    assistant.rest()
+    wait_until(lambda: conversation.bubbles(assistant.look())[-1].bottom > folded.bottom,
+               "the unfolded answer")
+    for _ in range(_WHEEL_CLICKS):
+        assistant.click(*_LIST, button=_WHEEL_DOWN)
+    assistant.rest()
+    wait_until(lambda: _stays(assistant, before), "the end of the unfolded answer")
+
+
+def _stays(assistant: Assistant, before: Image.Image) -> bool:
+    """Whether the conversation has moved on from how it was before, and moves no more."""
+    now = assistant.look()
+    return (conversation.conversation_changed(before, now)
+            and not conversation.conversation_changed(now, assistant.look()))
 
 
 def show_next_page(assistant: Assistant, rows: int) -> None:

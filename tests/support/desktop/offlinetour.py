@@ -5,7 +5,7 @@ from __future__ import annotations
 from pathlib import Path
 
 from .assistant import Assistant
-from .localquestions import ask_row, shipped_questions, wait_for_local_questions
+from .localquestions import ask_row, shipped_questions, unfold, wait_for_local_questions
 
 # How the launcher starts the program, and the login state that keeps it offline.
 ARGUMENTS = ("--Type=ombra",)
@@ -28,8 +28,10 @@ class OfflineTour:
     def run(self) -> None:
         wait_for_local_questions(self._assistant)
         self._save("offline")
-        ask_row(self._assistant, _ROW, shipped_questions()[_ROW])
+        answer = ask_row(self._assistant, _ROW, shipped_questions()[_ROW])[-1]
         self._save("local-answer")
+        unfold(self._assistant, answer)
+        self._save("local-answer-unfolded")
         status = self._assistant.close()
         if status != 0:
             raise RuntimeError(f"closing the window: the program ended with status {status}")

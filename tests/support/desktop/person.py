@@ -52,6 +52,14 @@ class Person:
         self.point(x, y)
         self._tool("xdotool", "click", str(button))
 
+    def drag(self, start: tuple[int, int], by: tuple[int, int], steps: int = 5) -> None:
+        """Drags with the left button from a place on the screen, as far as by says."""
+        self.point(*start)
+        self._tool("xdotool", "mousedown", "1")
+        for step in range(1, steps + 1):
+            self.point(start[0] + by[0] * step // steps, start[1] + by[1] * step // steps)
+        self._tool("xdotool", "mouseup", "1")
+
     def press(self, *keys: str) -> None:
         """Presses keys one after the other, e.g. "Return" or "ctrl+v"."""
         self._tool("xdotool", "key", *keys)

@@ -12,6 +12,9 @@ BUILD = Path(os.environ.get("MIRAVEL_BUILD_DIR", SOURCE / "build/release")).reso
 ON_WINE = (BUILD / "bin/Miravel.exe").exists()
 PROGRAM = BUILD / ("bin/Miravel.exe" if ON_WINE else "bin/Miravel")
 DEMO_SERVICE = (SOURCE / "build/release" if ON_WINE else BUILD) / "bin/demoservice"
+# Of this system, where it is built; the channel is the same.
+GUARD_POST = DEMO_SERVICE.with_name("guardpost")
+DOCTOR = BUILD / "bin/doctor"
 GATEWAY_LIBRARY_NAME = "KorVpnTool.dll" if ON_WINE else "libKorVpnTool.so"
 # The program writes its log in the encoding of its system.
 LOG_ENCODING = "gbk" if ON_WINE else "utf-8"

@@ -18,6 +18,9 @@ class Runner(Protocol):
     def environment(self, base: Mapping[str, str]) -> dict[str, str]:
         """base as the command must get it."""
 
+    def start(self, environment: Mapping[str, str]) -> None:
+        """Starts what must run before the program, in the environment that the program gets."""
+
     def stop(self) -> None:
         """Ends what is left after the program."""
 
@@ -30,6 +33,9 @@ class Native:
 
     def environment(self, base: Mapping[str, str]) -> dict[str, str]:
         return dict(base)
+
+    def start(self, environment: Mapping[str, str]) -> None:
+        pass
 
     def stop(self) -> None:
         pass

@@ -52,6 +52,11 @@ class Settings:
         self._values.update(values)
         self._write()
 
+    def remove(self, key: str) -> None:
+        """Takes a key out of the file."""
+        del self._values[key]
+        self._write()
+
     def _write(self) -> None:
         self._writes += 1
         groups: dict[str, list[str]] = {}

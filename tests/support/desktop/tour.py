@@ -4,6 +4,7 @@ from __future__ import annotations
 
 from pathlib import Path
 
+from . import guardchannel
 from .assistant import Assistant
 from .demoservice import DemoService
 
@@ -12,6 +13,9 @@ from .demoservice import DemoService
 PLAIN = ("怎样进入和退出全屏", "Hit question, But no Recommend!")
 RICH = ("如何登录云桌面", "Hit question, and have Recommends!")
 UNKNOWN = ("今天食堂有什么好吃的", "No hits and no recommendation questions!")
+
+# What another program on the machine asks in the user's stead, and what the program then logs.
+GUARD = ("客户端的服务器地址怎么填", "Hit question")
 
 # The eighth row of the hot questions, in px from the window's upper left corner, and its text.
 HOT_ROW = (760, 344)
@@ -42,6 +46,7 @@ class Tour:
         self._click(RECOMMENDED_ROW, RECOMMENDED, "recommend", "recommendation")
         self._ask(*UNKNOWN, "unknown-question")
         self._click(HOT_ROW, HOT_QUESTION, "hotquestion", "hot-question")
+        self._post(*GUARD, "guard-question")
         self._close()
 
     def _ask(self, question: str, logged: str, picture: str) -> None:
@@ -61,6 +66,18 @@ class Tour:
         self._assistant.wait_for_log(f"Ask_And_Answer question:{question}", "nSize_Recom:")
         self._service.log.wait_for("call=ask", "verdict=accepted", "signature=good",
                                    f'question="{question}"', f'source="{source}"')
+        self._save(picture)
+
+    def _post(self, question: str, logged: str, picture: str) -> None:
+        """A question that comes over the guard channel; it is acknowledged once it is answered."""
+        self._service.log.mark()
+        self._assistant.watch()
+        guardchannel.post(self._assistant.installation, question)
+        self._assistant.wait_for_answer(question)
+        self._assistant.wait_for_log("send messages(Sysguard) by idp qa request",
+                                     f"Ask_And_Answer question:{question}", logged)
+        self._service.log.wait_for("call=ask", "verdict=accepted", "signature=good",
+                                   f'question="{question}"', 'source="rawquery"')
         self._save(picture)
 
     def _save(self, name: str) -> None:

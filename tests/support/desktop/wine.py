@@ -65,6 +65,12 @@ class WinePrefix:
         """Sets a text value in the registry, e.g. in "HKLM\\\\Software\\\\Example"."""
         self.run("reg", "add", key, "/v", name, "/t", "REG_SZ", "/d", value, "/f")
 
+    def start(self, environment: Mapping[str, str]) -> None:
+        """Starts Wine's own services: begun by the program they would write into its output."""
+        subprocess.run(["wine", "cmd", "/c", "exit"], env=dict(environment), check=True,
+                       stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, timeout=_TOOL_S)
+
     def stop(self) -> None:
         """Ends every program in the prefix and waits until nothing of it is left."""
         for what in ("--kill", "--wait"):

@@ -1,0 +1,105 @@
+#include "localchannel/asyntcpsocket.h"
+
+#include "app/logstream.h"
+#include "app/texttools.h"
+
+#include <QHostAddress>
+#include <QTcpServer>
+#include <QThread>
+
+AsynTcpSocket::AsynTcpSocket(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void AsynTcpSocket::CreateServerSocket(unsigned short port)
+{
+    tcpServer = new QTcpServer(this);
+    if (!tcpServer->listen(QHostAddress(QStringLiteral("127.0.0.1")), port)) {
+        const QString reason = tcpServer->errorString();
+        LOG_CRITICAL() << reason;
+        emit socketerror(reason);
+        return;
+    }
+    LOG_INFO() << QStringLiteral("Tcp listen the port %1 is success.").arg(port)
+               << ", time: " << timeOfDay();
+    connect(tcpServer, &QTcpServer::newConnection, this, [this] { acceptClient(); });
+}
+
+quint16 AsynTcpSocket::serverPort() const
+{
+    return tcpServer == nullptr ? quint16(0) : tcpServer->serverPort();
+}
+
+void AsynTcpSocket::acceptClient()
+{
+    const QString time = timeOfDay();
+    QTcpSocket *socket = tcpServer->nextPendingConnection();
+    if (socket == nullptr) {
+        return;
+    }
+    LOG_INFO() << "TcpServer have a new connection, ip: " << socket->peerAddress().toString()
+               << ", port:" << socket->peerPort() << ", time: " << time;
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1); // replies are short
+    connect(socket, &QTcpSocket::readyRead, this, &AsynTcpSocket::ReadSocket);
+    connect(socket, &QTcpSocket::disconnected, this, &AsynTcpSocket::CloseSocket);
+    connect(socket, &QTcpSocket::errorOccurred, this, &AsynTcpSocket::ErrorSocket);
+}
+
+void AsynTcpSocket::ReadSocket()
+{
+    LOG_INFO() << "have received message from " << sender() << "time: " << timeOfDay();
+    setClient(qobject_cast<QTcpSocket *>(sender()));
+    if (!clientSocket.isNull()) {
+        emit socketsuccess(clientSocket->readAll());
+    }
+}
+
+void AsynTcpSocket::CloseSocket()
+{
+    LOG_INFO() << "Client is disconnected from " << sender();
+    if (!clientSocket.isNull()) {
+        clientSocket->deleteLater(); // whichever client has gone
+        setClient(nullptr);
+    }
+}
+
+void AsynTcpSocket::ErrorSocket(QAbstractSocket::SocketError error)
+{
+    LOG_INFO() << "ErrorSocket from " << sender();
+    if (clientSocket.isNull()) {
+        return;
+    }
+    const QString text = QStringLiteral("The following error occurred, errno:%1, %2.")
+                             .arg(QString::number(error), clientSocket->errorString());
+    LOG_INFO() << text;
+    emit socketerror(text);
+}
+
+void AsynTcpSocket::setClient(QTcpSocket *socket)
+{
+    clientSocket = socket;
+    m_hasClient = socket != nullptr;
+}
+
+void AsynTcpSocket::ResponseContent(QByteArray data)
+{
+    if (QThread::currentThread() == thread()) {
+        write(data);
+        return;
+    }
+    // A socket may only be used by its own thread; posted calls keep their order.
+    QMetaObject::invokeMethod(
+        this, [this, data] { write(data); }, Qt::QueuedConnection);
+}
+
+void AsynTcpSocket::write(const QByteArray &data)
+{
+    if (clientSocket.isNull() || !clientSocket->isValid() || !clientSocket->isWritable()
+        || clientSocket->bytesToWrite() > unreadLimit) {
+        LOG_WARNING() << "haven't found the valid client socket.";
+        return;
+    }
+    clientSocket->write(data);
+    clientSocket->flush();
+}

@@ -1,0 +1,127 @@
+#include "localchannel/guardmessage.h"
+
+#include <QTest>
+#include <QTextCodec>
+
+/// The reading of one message of the guard channel, and its acknowledgement.
+class TestGuardMessage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void document_isRead_data();
+    void document_isRead();
+    void noDocument_isAnError_data();
+    void noDocument_isAnError();
+    void array_givesAnEmptyObject();
+    void membersUnknown_areCarriedAlong();
+    void bytesThatAreNoUtf8_becomeSubstitutes();
+    void charactersBeyondTheSystemsEncoding_becomeItsSubstitute();
+    void question64MiBLong_isRead();
+    void acknowledgement_isTwelveBytesWithTheCodeAsText();
+};
+
+namespace {
+
+QString questionIn(const QByteArray &data)
+{
+    return readGuardMessage(data).object.value(QLatin1String("question")).toString();
+}
+
+} // namespace
+
+void TestGuardMessage::document_isRead_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    const QByteArray document = QByteArrayLiteral("{\"question\":\"怎样登录\"}");
+    QTest::newRow("as it is") << document;
+    QTest::newRow("blanks and line ends around") << " \t\r\n" + document + "\r\n\n ";
+    QTest::newRow("laid out") << QByteArrayLiteral("{\n  \"question\" : \"怎样登录\"\n}\n");
+    QTest::newRow("NUL behind") << document + '\0';
+    QTest::newRow("rubbish behind a NUL") << document + '\0' + "{rubbish";
+    QTest::newRow("escaped") << QByteArrayLiteral(
+        "{\"question\":\"\\u600e\\u6837\\u767b\\u5f55\"}");
+}
+
+void TestGuardMessage::document_isRead()
+{
+    QFETCH(QByteArray, data);
+    QCOMPARE(readGuardMessage(data).error, QString());
+    QCOMPARE(questionIn(data), QStringLiteral("怎样登录"));
+}
+
+void TestGuardMessage::noDocument_isAnError_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("blanks") << QByteArrayLiteral(" \r\n ");
+    QTest::newRow("half a document") << QByteArrayLiteral("{\"question\":\"a");
+    QTest::newRow("two documents") << QByteArrayLiteral("{\"question\":\"a\"}{\"question\":\"b\"}");
+    QTest::newRow("two documents on two lines") << QByteArrayLiteral("{}\n{}");
+    QTest::newRow("plain text") << QByteArrayLiteral("question");
+    QTest::newRow("a text value") << QByteArrayLiteral("\"question\"");
+    QTest::newRow("a number") << QByteArrayLiteral("1");
+    QTest::newRow("NUL in front") << QByteArray("\0{}", 3);
+    QTest::newRow("NUL inside") << QByteArray("{\"question\":\"a\0b\"}", 18);
+    QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16);
+    QTest::newRow("100,000 lists inside each other") << QByteArray(100'000, '[');
+    QTest::newRow("100,000 lists, all closed")
+        << QByteArray(100'000, '[') + QByteArray(100'000, ']');
+}
+
+void TestGuardMessage::noDocument_isAnError()
+{
+    QFETCH(QByteArray, data);
+    const GuardMessage message = readGuardMessage(data);
+    QVERIFY(!message.error.isEmpty());
+    QVERIFY(message.object.isEmpty());
+}
+
+void TestGuardMessage::array_givesAnEmptyObject()
+{
+    const GuardMessage message = readGuardMessage(QByteArrayLiteral("[{\"question\":\"a\"}]"));
+    QCOMPARE(message.error, QString());
+    QVERIFY(message.object.isEmpty());
+}
+
+void TestGuardMessage::membersUnknown_areCarriedAlong()
+{
+    const QJsonObject expected{{QStringLiteral("question"), QStringLiteral("a")},
+                               {QStringLiteral("rawquery"), QStringLiteral("b")},
+                               {QStringLiteral("level"), 3}};
+    QCOMPARE(
+        readGuardMessage(QByteArrayLiteral("{\"question\":\"a\",\"rawquery\":\"b\",\"level\":3}"))
+            .object,
+        expected);
+}
+
+void TestGuardMessage::bytesThatAreNoUtf8_becomeSubstitutes()
+{
+    QCOMPARE(questionIn(QByteArray("{\"question\":\"a\xff\xfe"
+                                   "b\"}")),
+             QString(QStringLiteral("a\uFFFD\uFFFDb")));
+}
+
+void TestGuardMessage::charactersBeyondTheSystemsEncoding_becomeItsSubstitute()
+{
+    QTextCodec *const before = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK"));
+    const QString question = questionIn(QByteArrayLiteral("{\"question\":\"登录\u0e01\"}"));
+    QTextCodec::setCodecForLocale(before);
+    QCOMPARE(question, QStringLiteral("登录?"));
+}
+
+void TestGuardMessage::question64MiBLong_isRead()
+{
+    const QByteArray text(64 * 1024 * 1024, 'x');
+    QCOMPARE(questionIn("{\"question\":\"" + text + "\"}").size(), text.size());
+}
+
+void TestGuardMessage::acknowledgement_isTwelveBytesWithTheCodeAsText()
+{
+    QCOMPARE(guardAcknowledgement(0), QByteArrayLiteral("{\"code\":\"0\"}"));
+    QCOMPARE(guardAcknowledgement(0).size(), 12);
+}
+
+QTEST_GUILESS_MAIN(TestGuardMessage)
+#include "tst_guardmessage.moc"

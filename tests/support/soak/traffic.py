@@ -1,0 +1,69 @@
+"""What a user and the guard tool do during a soak."""
+
+from __future__ import annotations
+
+import itertools
+import time
+
+from desktop.assistant import INPUT_BOX, Assistant
+from desktop.guardchannel import GuardClient, document
+
+# Short answers, long ones, still and moving pictures, further questions.
+TEXTS = ("如何登录云桌面", "如何调整分辨率", "怎样进入和退出全屏", "云桌面运行很慢怎么办",
+         "打印机无法打印怎么办", "客户端的服务器地址怎么填", "登录后黑屏怎么办",
+         "如何查看网络时延和丢包", "今天食堂有什么好吃的", "如何设置双屏或多屏显示")
+
+_JUNK = (b"{\"question\":", b"{}{}", b"\x00\xff\xfe", b"[" * 100_000, b"[]", b"{\"question\":7}",
+         b"plain text", b"{\"question\":\"\"}")
+_JUNK_EVERY = 5
+
+CONNECTIONS = 20
+_SUGGESTION_S = 1.5
+
+
+def numbered(kind: str, number: int) -> str:
+    """A question that occurs once."""
+    return f"{TEXTS[number % len(TEXTS)]} {kind}{number:05}"
+
+
+class GuardTraffic:
+    """Posts questions, and between them what is none, over several connections in turn: two messages
+    that meet on one connection would count as one."""
+
+    def __init__(self, port: int) -> None:
+        self._clients = [GuardClient(port) for _ in range(CONNECTIONS)]
+        self._turn = itertools.cycle(self._clients)
+        self._junk = itertools.cycle(_JUNK)
+        self.posted: list[str] = []
+
+    def post(self, number: int) -> None:
+        question = numbered("G", number)
+        next(self._turn).send(document(question))
+        self.posted.append(question)
+        if number % _JUNK_EVERY == 0:
+            with_junk = next(self._turn)
+            with_junk.send(next(self._junk))
+
+    def close(self) -> None:
+        for client in self._clients:
+            client.close()
+
+
+class UserTraffic:
+    """Types questions, and the beginnings of some for their suggestions."""
+
+    def __init__(self, assistant: Assistant) -> None:
+        self._assistant = assistant
+        self.typed = 0
+
+    def step(self, number: int) -> None:
+        person = self._assistant.person
+        self._assistant.click(*INPUT_BOX)
+        if number % 2 == 0:
+            person.paste(TEXTS[number % len(TEXTS)][:2 + number % 3])
+            time.sleep(_SUGGESTION_S)  # the suggestions come with the next full second
+            person.press("Escape", "ctrl+a", "Delete")
+        else:
+            person.paste(numbered("T", number))
+            person.press("Return")
+            self.typed += 1

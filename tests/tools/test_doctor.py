@@ -1,0 +1,207 @@
+"""The doctor names what is wrong with an installation, and finds nothing wrong with a good one."""
+
+from __future__ import annotations
+
+import shutil
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from desktop.demoservice import DemoService
+from desktop.installation import SECRET, Installation, default_settings, encoded, free_port
+from desktop.project import DOCTOR, base_environment
+
+PATIENCE_S = 120.0
+
+# Keys that the program does well without.
+OPTIONAL = {"Log/level", "Version/version", "SysEnvironment/EnvType"}
+
+# A key, a value that it cannot have, and what the doctor says of it.
+MALFORMED = (
+    ("IpAndPort/mserverip", "", "is empty"),
+    ("IpAndPort/mserverip", "http://127.0.0.1", "is no host name or address"),
+    ("IpAndPort/mserverhttpsport", "https", "is no whole number"),
+    ("IpAndPort/mserverhttpsport", "0", "is 0, not between 1 and 65535"),
+    ("IpAndPort/mserverhttpsport", "65536", "is 65536, not between 1 and 65535"),
+    ("ihttpInfo/iHttpMode", "http", "is no whole number"),
+    ("Authorization/tenantid", "", "is empty"),
+    ("Authorization/xcafirst", "not base64!", "is not Base64"),
+    ("Authorization/xcafirst", encoded("密钥"), "is not Base64 of a text in ASCII"),
+    ("url/hoturl", "robot/v1/hot-questions", "is no path of a service"),
+    ("url/askquesturl", "", "is empty"),
+    ("url/itreporturl", "it.example/report", "is no address"),
+    ("HotRecommendation/recommendSize", "0", "is 0, not between 1"),
+    ("ProblemAssociation/recommendSize", "22", "is 22, not between 1 and 21"),
+    ("QuestAndAnw/channelId", "three", "is no whole number"),
+    ("SysguardPort/port1", "-1", "is -1, not between 1 and 65535"),
+    ("Log/level", "LOUD", "is no level"),
+)
+
+# What the service does wrong in which call, and what the doctor says of it.
+FAULTS = (
+    ("hot", "error", None, "hot questions: the service refuses"),
+    ("hot", "broken-json", None, "hot questions: the reply is no JSON object"),
+    # How much of the reply has arrived decides what is said of it.
+    ("hot", "drop", None, "hot questions: "),
+    ("hot", "no-answer", None, "hot questions: no reply within 1 s"),
+    ("ask", "http", 500, "an answer: InternalServerError"),
+    ("ask", "empty", None, "an answer: "),
+    ("ask", "empty-reply", None, "an answer: the reply is empty"),
+    ("association", "truncate", None, "suggestions: "),
+)
+
+
+class DoctorTest(unittest.TestCase):
+    service: DemoService
+
+    @classmethod
+    def setUpClass(cls) -> None:
+        folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
+        cls.service = cls.enterClassContext(DemoService(folder, https=True))
+
+    def setUp(self) -> None:
+        self.private = Path(self.enterContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
+        self.installation = Installation(self.private / "installation")
+        self.installation.use_service(self.service.http_port)
+        self.folder = self.installation.program.parent
+
+    def examine(self, *arguments: str, folder: Path | None = None) -> tuple[int, str]:
+        """The doctor's exit status and what it says."""
+        done = subprocess.run([DOCTOR, folder or self.folder, *arguments], capture_output=True,
+                              env={**base_environment(), "XDG_RUNTIME_DIR": str(self.private)},
+                              encoding="utf-8", timeout=PATIENCE_S, check=False)
+        return done.returncode, done.stdout + done.stderr
+
+    def assert_mend(self, complaint: str, *arguments: str) -> str:
+        """The doctor makes this complaint and says what to do about it."""
+        status, said = self.examine(*arguments)
+        self.assertEqual(1, status, said)
+        lines = said.splitlines()
+        at = [number for number, line in enumerate(lines)
+              if line.startswith("  MEND  ") and complaint in line]
+        self.assertTrue(at, said)
+        self.assertTrue(lines[at[0] + 1].startswith("        -> "), said)
+        return said
+
+    def test_all_is_well(self) -> None:
+        status, said = self.examine()
+        self.assertEqual(0, status, said)
+        self.assertNotIn("MEND", said)
+        self.assertNotIn("note", said)
+        self.assertTrue(said.endswith("All is well.\n"), said)
+        for call in ("hot questions: 40 questions", "suggestions: 10 questions", "an answer: "):
+            self.assertIn(call, said)
+
+    def test_https_is_well(self) -> None:
+        assert self.service.https_port is not None
+        self.installation.use_service(self.service.https_port, https=True)
+        status, said = self.examine()
+        self.assertEqual(0, status, said)
+
+    def test_shortcut_layout_is_well(self) -> None:
+        for name in ("config", "log"):
+            shutil.move(self.installation.root / name, self.folder / name)
+        status, said = self.examine("--shortcut")
+        self.assertEqual(0, status, said)
+        self.assertIn("CommonTerminal.ini are not there", said)
+        self.assert_mend("Miravel.ini is not there")
+
+    def test_missing_keys_are_named(self) -> None:
+        for key in default_settings():
+            with self.subTest(key):
+                value = self.installation.settings[key]
+                self.installation.settings.remove(key)
+                status, said = self.examine("--wait", "5")
+                self.assertIn(f"{key} is missing: without it ", said)
+                self.assertEqual(0 if key in OPTIONAL else 1, status, said)
+                self.installation.settings.update({key: value})
+
+    def test_malformed_values_are_named(self) -> None:
+        for key, value, complaint in MALFORMED:
+            with self.subTest(f"{key}={value}"):
+                good = self.installation.settings[key]
+                self.installation.settings.update({key: value})
+                self.assert_mend(f"{key} {complaint}", "--wait", "5")
+                self.installation.settings.update({key: good})
+
+    def test_value_read_as_a_list_is_named(self) -> None:
+        file = self.installation.root / "config/Miravel.ini"
+        text = file.read_text(encoding="ascii").replace("currentDomain=desktop",
+                                                        "currentDomain=desk, top")
+        file.write_text(text, encoding="ascii")
+        self.assert_mend("QuestAndAnw/currentDomain is read as a list")
+
+    def test_byte_order_mark_is_named(self) -> None:
+        file = self.installation.root / "config/Miravel.ini"
+        file.write_bytes(b"\xef\xbb\xbf" + file.read_bytes())
+        self.assert_mend("begins with a byte-order mark")
+
+    def test_missing_files_are_named(self) -> None:
+        root = self.installation.root
+        for path, complaint in ((root / "log", "log is not there"),
+                                (self.folder / "LocalQA", "LocalQA: 0"),
+                                (root / "config", "Miravel.ini is not there")):
+            with self.subTest(path.name):
+                shutil.rmtree(path)
+                self.assert_mend(complaint)
+
+    def test_files_that_may_miss_are_only_noted(self) -> None:
+        root = self.installation.root
+        for path in (root / "config/OpenSourceLicense.txt", root / "config/CommonTerminal.ini",
+                     self.installation.program):
+            path.unlink()
+        status, said = self.examine()
+        self.assertEqual(0, status, said)
+        self.assertEqual(3, said.count("\n  note  "), said)
+
+    def test_service_that_fails_is_told_of(self) -> None:
+        for call, kind, argument, complaint in FAULTS:
+            with self.subTest(f"{call} {kind}"):
+                self.service.fault(call, kind, arg=argument)
+                self.assert_mend(complaint, "--wait", "1" if kind == "no-answer" else "20")
+
+    def test_suggestions_that_come_too_late_are_told_of(self) -> None:
+        self.service.fault("association", "delay", arg=600, times=3)
+        self.assert_mend("suggestions: the reply took ")
+
+    def test_wrong_secret_is_told_of_and_never_shown(self) -> None:
+        wrong = "wrong-" + SECRET
+        self.installation.settings.update({"Authorization/xcasecond": encoded(wrong)})
+        said = self.assert_mend("hot questions: AuthenticationRequiredError", "--verbose")
+        self.assertIn("The service refuses the signature", said)
+        self.assertIn("        | url:http://127.0.0.1", said)
+        self.assertNotIn(wrong, said)
+        self.assertNotIn(encoded(wrong), said)
+
+    def test_wrong_path_is_told_of(self) -> None:
+        self.installation.settings.update({"url/askquesturl": "/robot/v2/answers"})
+        said = self.assert_mend("an answer: ContentNotFoundError")
+        self.assertIn("correct url/askquesturl", said)
+
+    def test_https_where_http_is_spoken_is_told_of(self) -> None:
+        self.installation.settings.update({"ihttpInfo/iHttpMode": "1"})
+        said = self.assert_mend("hot questions: ")
+        self.assertIn("See whether ihttpInfo/iHttpMode fits", said)
+
+    def test_port_that_nobody_listens_on_is_told_of(self) -> None:
+        port = free_port()
+        self.installation.use_service(port)
+        said = self.assert_mend(f"nothing listens at 127.0.0.1:{port}")
+        self.assertNotIn("The service\n", said)
+
+    def test_unknown_name_is_told_of(self) -> None:
+        self.installation.settings.update({"IpAndPort/mserverip": "no-such-host.invalid"})
+        self.assert_mend("the name no-such-host.invalid is not known here")
+
+    def test_wrong_command_lines(self) -> None:
+        for arguments in (("--no-such-option",), ("--wait", "0"), ("--wait", "soon"), ("second",)):
+            with self.subTest(arguments):
+                status, said = self.examine(*arguments)
+                self.assertEqual(2, status, said)
+        status, said = self.examine(folder=self.folder / "missing")
+        self.assertEqual(2, status, said)
+
+
+if __name__ == "__main__":
+    unittest.main()
