@@ -17,7 +17,7 @@ from desktop.display import Display
 from desktop.installation import Installation
 from desktop.offlinetour import ARGUMENTS, LOGGED_OUT, OfflineTour
 from desktop.project import BUILD
-from desktop.tour import Tour
+from desktop.tour import LOADING_MS, MENU_SETTING, Tour
 from desktop.usersession import run_for_user
 
 STAGE = BUILD.parent / "stage"
@@ -43,6 +43,8 @@ def display_reachable() -> bool:
 def take_tour(installation: Installation, service: DemoService) -> None:
     """Without a display: a screen in memory, and the pictures of what it showed."""
     with Display(STAGE / "display") as display:
+        installation.settings.update(MENU_SETTING)
+        service.fault("hot", "delay", arg=LOADING_MS)
         with Assistant(installation, display) as assistant:
             tour = Tour(assistant, service, SCREENSHOTS)
             tour.run()

@@ -1,8 +1,8 @@
 // Stands in for a command of the system, under whatever name it is put. It does what a file of the
-// working directory says, "<first argument>.answer" or "default.answer" without arguments: the
-// first line names the manner, perhaps with a number, the rest is what it prints. Without a file it
-// prints that nobody answered and fails. Each call adds its process id and arguments to
-// "calls.log".
+// folder $STANDIN_FOLDER says (of the working directory, without that), "<first argument>.answer"
+// or "default.answer" without arguments: the first line names the manner, perhaps with a number,
+// the rest is what it prints. Without a file it prints that nobody answered and fails. Each call
+// adds its process id and arguments to "calls.log".
 
 #include <unistd.h>
 
@@ -22,6 +22,12 @@ constexpr std::chrono::seconds lingering(60); // a forgotten stand-in must not r
 constexpr int forgottenStatus = 3;
 constexpr std::size_t mebibyte = 1'048'576;
 
+std::string besideAnswers(const std::string &name)
+{
+    const char *folder = std::getenv("STANDIN_FOLDER");
+    return folder == nullptr ? name : folder + ('/' + name);
+}
+
 void noteCall(int argc, char **argv)
 {
     std::ostringstream line;
@@ -29,7 +35,7 @@ void noteCall(int argc, char **argv)
     for (int i = 1; i < argc; ++i) {
         line << ' ' << argv[i];
     }
-    std::ofstream("calls.log", std::ios::app) << line.str() << std::endl;
+    std::ofstream(besideAnswers("calls.log"), std::ios::app) << line.str() << std::endl;
 }
 
 void print(const std::string &text)
@@ -84,7 +90,7 @@ int main(int argc, char **argv)
 {
     noteCall(argc, argv);
     const std::string key = argc > 1 ? argv[1] : "default";
-    std::ifstream file(key + ".answer", std::ios::binary);
+    std::ifstream file(besideAnswers(key + ".answer"), std::ios::binary);
     if (!file) {
         print("Request timed out.\n");
         return EXIT_FAILURE;

@@ -11,6 +11,7 @@
 namespace {
 
 constexpr char pathVariable[] = "PATH";
+constexpr char folderVariable[] = "STANDIN_FOLDER";
 
 } // namespace
 
@@ -23,11 +24,13 @@ StandInFolder::StandInFolder()
         qFatal("no temporary folder");
     }
     qputenv(pathVariable, QFile::encodeName(QDir::toNativeSeparators(m_folder.path())));
+    qputenv(folderVariable, QFile::encodeName(m_folder.path()));
 }
 
 StandInFolder::~StandInFolder()
 {
     qputenv(pathVariable, m_previousPath);
+    qunsetenv(folderVariable);
     QDir::setCurrent(m_previousFolder);
 }
 

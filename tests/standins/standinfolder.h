@@ -5,9 +5,10 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// A folder of its own in which a stand-in command is found under a name of choice. While it lives,
-/// the folder is the working directory and the search path, so that nothing else is found (on
-/// Windows, the system's own folders are searched all the same, after this one). One at a time.
+/// A folder of its own in which a stand-in command is found under a name of choice. The folder
+/// becomes the working directory and, while it lives, the search path, so that nothing else is
+/// found (on Windows, the working directory and the system's own folders are searched all the same,
+/// that before this one, these after it). One at a time.
 class StandInFolder final
 {
     Q_DISABLE_COPY_MOVE(StandInFolder)

@@ -27,6 +27,8 @@
 
 namespace {
 
+constexpr int amplyMs = 30'000;
+
 const QString next = QStringLiteral("换一换");
 const QString noNetwork
     = QStringLiteral("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
@@ -136,7 +138,7 @@ void TestOfflineWindow::goOnline()
 {
     QSignalSpy ready(m_window.get(), &Miravel::rightRegionSuccess);
     m_window->startForVdiClient();
-    QTRY_COMPARE(ready.count(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, amplyMs);
 }
 
 QStringList TestOfflineWindow::rows() const
@@ -215,7 +217,7 @@ void TestOfflineWindow::failedFirstFetch_showsTheLibrary()
     m_server->setReplyFor("/hot", httpReply(R"({"errorCode":"50001","result":[]})"));
     const LogCapture log;
     m_window->startForVdiClient();
-    QTRY_COMPARE(messages(), QStringList{noNetwork});
+    QTRY_COMPARE_WITH_TIMEOUT(messages(), QStringList{noNetwork}, amplyMs);
     QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
     QCOMPARE(log.linesWith(QStringLiteral("info: Get Location")),
              QStringList{QStringLiteral("info: Get Location hot issues ! "
@@ -351,7 +353,7 @@ void TestOfflineWindow::refreshWithData_bringsTheServiceBack()
     m_window->refreshLocalQA();
     QCOMPARE(rows().first(), QStringLiteral("1. 如何1？"));
     m_window->refreshHotQuestionsTimer();
-    QTRY_COMPARE(rows().first(), QStringLiteral("1. 如何修改密码？"));
+    QTRY_COMPARE_WITH_TIMEOUT(rows().first(), QStringLiteral("1. 如何修改密码？"), amplyMs);
     QCOMPARE(messages().last(), QStringLiteral("热门问题刷新成功。"));
 }
 

@@ -9,6 +9,7 @@ class TestTextWrap : public QObject
     Q_OBJECT
 
 private slots:
+    void shownPart_cutsOnlyWhatIsTooLong();
     void textThatFits_isUnchanged();
     void textOfExactlyTheWidth_staysOnOneLine();
     void onePixelMore_breaks();
@@ -134,6 +135,16 @@ void TestTextWrap::lines_areNeverWiderThanTheLimit()
     for (const QString &line : lines) {
         QVERIFY2(metrics().horizontalAdvance(line) <= lineWidth, qPrintable(line));
     }
+}
+
+void TestTextWrap::shownPart_cutsOnlyWhatIsTooLong()
+{
+    const QString longest(maxShownCharacters, QChar(u'长'));
+    QCOMPARE(shownPart(longest), longest);
+    QCOMPARE(shownPart(longest + QLatin1Char('x')), longest + QChar(u'…'));
+    const QString pairs = QLatin1Char('x') + QStringLiteral("\U0001F600").repeated(longest.size());
+    QCOMPARE(shownPart(pairs).size(), maxShownCharacters); // no pair is torn
+    QVERIFY(shownPart(pairs).at(maxShownCharacters - 2).isLowSurrogate());
 }
 
 QTEST_MAIN(TestTextWrap)

@@ -54,6 +54,8 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
     setStyleSheet(styles::plainList);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus); // its texts and pictures take the focus
+    setAccessibleName(title);
     QVector<ReplyPiece> pieces = splitReply(reply);
     const bool cut = limitRows(pieces);
     for (const ReplyPiece &piece : qAsConst(pieces)) {

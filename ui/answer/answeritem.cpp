@@ -4,6 +4,7 @@
 #include "ui/answer/bubblelabel.h"
 #include "ui/answer/foldbar.h"
 #include "ui/answer/recommendbox.h"
+#include "ui/answer/textwrap.h"
 #include "ui/style/styles.h"
 
 #include <QLabel>
@@ -24,7 +25,7 @@ QLabel *makeTitle(const QString &title, QWidget *bubble)
 {
     QLabel *label = makeBubbleLabel(styles::bubbleBoldText, bubble);
     label->setOpenExternalLinks(true);
-    setWrappedText(label, title);
+    setWrappedText(label, shownPart(title));
     return label;
 }
 
@@ -41,6 +42,7 @@ AnswerItem::AnswerItem(const QString &title, ConversationList *list)
     : ConversationItem(Speaker::AssistantAnswer, list)
     , m_titleText(title)
 {
+    readAs(shownPart(title));
     makeFrame();
 }
 

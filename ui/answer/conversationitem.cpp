@@ -112,6 +112,12 @@ void ConversationItem::addSpeaker()
     addPicture(this, column.triangle, column.triangleStyle);
 }
 
+void ConversationItem::readAs(const QString &text)
+{
+    setAccessibleName(text);
+    m_item->setData(Qt::AccessibleTextRole, text);
+}
+
 void ConversationItem::setItemSize(const QSize &size)
 {
     setFixedSize(size);

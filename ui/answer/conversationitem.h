@@ -52,6 +52,9 @@ protected:
     /// A bubble in the style of the speaker, of no size yet.
     [[nodiscard]] QWidget *addBubble();
 
+    /// Lets a screen reader say \a text for the entry, asleep or not.
+    void readAs(const QString &text);
+
     /// Makes \a label text number \a number of the entry.
     void addText(QLabel *label, int number);
 

@@ -3,6 +3,7 @@
 #include "ui/answer/conversationitem.h"
 #include "ui/style/styles.h"
 
+#include <QCoreApplication>
 #include <QResizeEvent>
 #include <QScrollBar>
 
@@ -22,6 +23,7 @@ ConversationList::ConversationList(QWidget *parent)
     , m_sheet(new QWidget(viewport()))
 {
     setContentsMargins(0, 0, 0, 0);
+    setAccessibleName(QCoreApplication::translate("QARegion", "对话"));
     setStyleSheet(QStringLiteral("QListWidget{background-color:white;}"));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -198,6 +200,15 @@ int ConversationList::verticalOffset() const
 int ConversationList::horizontalOffset() const
 {
     return 0;
+}
+
+void ConversationList::reveal(const QWidget *widget)
+{
+    const int top = widget->mapTo(m_sheet, QPoint()).y();
+    QScrollBar *bar = verticalScrollBar();
+    // What is taller than the list is shown from its top.
+    const int bottom = top + qMin(widget->height(), viewport()->height());
+    bar->setValue(qBound(bottom - viewport()->height(), bar->value(), top));
 }
 
 QRect ConversationList::visualRect(const QModelIndex &index) const

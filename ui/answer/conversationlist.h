@@ -27,6 +27,9 @@ public:
     /// owns both.
     QListWidgetItem *append(QWidget *widget);
 
+    /// Scrolls as far as needed to show \a widget, which lies inside an item widget.
+    void reveal(const QWidget *widget);
+
     /// Whether item \a row is seen or less than two pages away from what is: entries further off
     /// may sleep.
     [[nodiscard]] bool isNear(int row) const;

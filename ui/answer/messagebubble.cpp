@@ -20,6 +20,7 @@ MessageBubble::MessageBubble(const QString &text, ConversationList *list)
     : ConversationItem(Speaker::AssistantMessage, list)
     , m_text(text)
 {
+    readAs(text);
     build();
 }
 

@@ -400,6 +400,13 @@ void QARegion::copyPicture(int num) const
     }
 }
 
+void QARegion::reveal(const QWidget *widget)
+{
+    if (m_list->viewport()->isAncestorOf(widget)) {
+        m_list->reveal(widget);
+    }
+}
+
 void QARegion::scrollToBottom()
 {
     m_list->scrollToBottom();

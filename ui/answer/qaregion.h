@@ -89,6 +89,9 @@ public:
 
     void scrollToBottom();
 
+    /// Scrolls as far as needed to show \a widget, a control of the conversation.
+    void reveal(const QWidget *widget);
+
     /// The open preview window; null when there is none.
     [[nodiscard]] ImageDisplay *preview() const;
 

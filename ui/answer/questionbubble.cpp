@@ -20,8 +20,9 @@ constexpr QSize bubbleMargin(25, 22);
 
 QuestionBubble::QuestionBubble(const QString &text, ConversationList *list)
     : ConversationItem(Speaker::User, list)
-    , m_text(text)
+    , m_text(shownPart(text))
 {
+    readAs(m_text);
     build();
 }
 

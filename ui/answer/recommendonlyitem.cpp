@@ -12,6 +12,7 @@ RecommendOnlyItem::RecommendOnlyItem(const QJsonArray &recommends, QLabel *measu
     : ConversationItem(Speaker::AssistantAnswer, list)
     , m_box(new RecommendBox(RecommendBox::Kind::OnItsOwn, recommends, measure, this))
 {
+    readAs(tr("推荐问题"));
     m_box->setGeometry(boxPlace);
     setItemSize(itemSize);
 }

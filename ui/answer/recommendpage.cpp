@@ -3,6 +3,7 @@
 #include "ui/answer/recommendpaging.h"
 #include "ui/style/styles.h"
 
+#include <QCoreApplication>
 #include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
@@ -56,6 +57,8 @@ RecommendPage::RecommendPage(const QJsonArray &recommends, int start, Elision el
 {
     setStyleSheet(styles::plainList);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus); // its buttons take the focus
+    setAccessibleName(QCoreApplication::translate("QARegion", "推荐问题"));
     if (elision == Elision::Later) {
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     }
@@ -85,6 +88,9 @@ void RecommendPage::addRow(const QJsonObject &recommend, Elision elision, QLabel
     button->setCursor(Qt::PointingHandCursor);
     button->setGeometry(textPlace);
     button->setAccessibleName(question);
+    if (question.isEmpty()) {
+        button->setFocusPolicy(Qt::NoFocus); // nothing is there
+    }
     if (elision == Elision::Later && shown != question) {
         button->setToolTip(asShown(question));
     }

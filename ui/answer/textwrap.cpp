@@ -99,3 +99,12 @@ QString wrapToWidth(const QFontMetrics &metrics, const QString &text, int width)
     }
     return wrapped + text.mid(start);
 }
+
+QString shownPart(const QString &text)
+{
+    if (text.size() <= maxShownCharacters) {
+        return text;
+    }
+    const bool splitsPair = text.at(maxShownCharacters - 1).isHighSurrogate();
+    return text.left(splitsPair ? maxShownCharacters - 1 : maxShownCharacters) + QChar(u'…');
+}

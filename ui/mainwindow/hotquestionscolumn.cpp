@@ -154,15 +154,16 @@ void HotQuestionsColumn::showPage(int start)
 void HotQuestionsColumn::fillServicePage()
 {
     for (int row = 0; row < hotRowsPerPage; ++row) {
-        fillRow(addRow(), row + 1, readSuggestedQuestion(m_questions.at(m_pageStart + row)));
+        const auto question = readSuggestedQuestion(m_questions.at(m_pageStart + row));
+        fillRow(addRow(question.text), row + 1, question);
     }
 }
 
 void HotQuestionsColumn::fillLocalPage()
 {
     for (int row = 0; row < hotRowsPerPage; ++row) {
-        QWidget *widget = addRow();
         const int entry = m_pageStart + row + 1;
+        QWidget *widget = addRow(m_entries.value(entry));
         if (entry >= m_entries.size()) {
             return;
         }
@@ -170,13 +171,14 @@ void HotQuestionsColumn::fillLocalPage()
     }
 }
 
-QWidget *HotQuestionsColumn::addRow()
+QWidget *HotQuestionsColumn::addRow(const QString &accessibleName)
 {
     auto *row = new QWidget(m_list->viewport());
     row->setStyleSheet(styles::whiteItem);
     row->setFixedSize(rowSize);
     auto item = std::make_unique<QListWidgetItem>();
     item->setSizeHint(rowSize);
+    item->setData(Qt::AccessibleTextRole, accessibleName);
     m_list->addItem(item.get());
     m_list->setItemWidget(item.release(), row); // owned by the list since addItem()
     return row;

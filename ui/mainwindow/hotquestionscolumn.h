@@ -37,7 +37,7 @@ private:
     void showPage(int start);
     void fillServicePage();
     void fillLocalPage();
-    [[nodiscard]] QWidget *addRow();
+    QWidget *addRow(const QString &accessibleName);
     void fillRow(QWidget *row, int number, const SuggestedQuestion &question);
 
     QListWidget *m_list;

@@ -6,54 +6,42 @@
 #include "ui/answer/qaregion.h"
 #include "ui/dialogs/aboutdialog.h"
 #include "ui/mainwindow/aboutmenu.h"
-#include "ui/mainwindow/fixedmessages.h"
 #include "ui/mainwindow/focusorder.h"
 #include "ui/mainwindow/hotquestionscolumn.h"
 #include "ui/mainwindow/inputpanel.h"
 #include "ui/mainwindow/itreport.h"
-#include "ui/mainwindow/loadingoverlay.h"
 #include "ui/mainwindow/screens.h"
 #include "ui/mainwindow/screenwatch.h"
 #include "ui/mainwindow/suggestions.h"
 #include "ui/mainwindow/titlebar.h"
+#include "ui/mainwindow/windowmodes.h"
 #include "ui/preview/imagedisplay.h"
 
 #include <QCursor>
 #include <QDir>
 #include <QGuiApplication>
 #include <QInputMethod>
-#include <QJsonArray>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QSettings>
 #include <QTextEdit>
 
-namespace {
-
-const char *boolText(bool value)
-{
-    return value ? "true" : "false";
-}
-
-} // namespace
-
 Miravel::Miravel(QWidget *parent)
     : QWidget(parent)
     , m_configPath(miravelConfigPath())
-    , m_watchedPrograms{QStringLiteral("Velistra_VDI_Client.exe"), QStringLiteral("Velistra.exe")}
     , m_form(buildWindowForm(*this, opensAboutMenu()))
     , m_suggestions(
           std::make_unique<Suggestions>(m_form.inputPanel->input(), m_form.region, m_form.inner))
     , m_timers(this)
+    , m_modes(std::make_unique<WindowModes>(m_form, m_timers))
     , m_drag(this)
 {
     connectTitleBar();
     connectTimers();
     connectInput();
     delete_gif();
-    connect(&m_firstFetch, &HotFetch::fetched, this, &Miravel::getHotQuestion_right);
-    connect(&m_refreshFetch, &HotFetch::fetched, this, &Miravel::refreshHotQuestions);
+    connectModes();
     // The screen's origin is left out on purpose: the window opens on the primary screen.
     move(centredPosition(screen()->geometry().size(), size()));
     raise();
@@ -103,6 +91,13 @@ void Miravel::connectTimers()
     connect(&m_timers.hotRefresh, &QTimer::timeout, this, &Miravel::refreshHotQuestionsTimer);
 }
 
+void Miravel::connectModes()
+{
+    connect(m_modes.get(), &WindowModes::questionClicked, this, &Miravel::hotRecom_list_click);
+    connect(m_modes.get(), &WindowModes::rightRegionSuccess, this, &Miravel::rightRegionSuccess);
+    connect(m_modes.get(), &WindowModes::callerGone, this, &Miravel::stopSuggestions);
+}
+
 void Miravel::watchScreens()
 {
     auto *watch = new ScreenWatch(this);
@@ -122,228 +117,61 @@ void Miravel::delete_gif()
 
 void Miravel::startForVdiClient()
 {
-    getIDP = true;
-    startedByVdiClient = true;
-    panelReady = true;
-    buildHotQuestions();
-    m_timers.hotRefresh.start();
+    m_modes->startForVdiClient();
 }
 
 void Miravel::startForLauncher()
 {
-    JudgeUser_ifLogined_ByConfig();
-    if (loggedIn) {
-        switchToOnlineMode();
-        return;
-    }
-    startedByVdiClient = false;
-    switchToOfflineMode();
-    m_timers.loginPoll.start();
+    m_modes->startForLauncher();
 }
 
 void Miravel::JudgeUser_ifLogined_ByConfig()
 {
-    const QSettings settings(clientSettingsPath(), QSettings::IniFormat);
-    if (settings.value(QStringLiteral("LoginMode/loginstate")).toInt() == 0) {
-        LOG_INFO() << "Account not logged in!";
-        neverLoggedOut = false;
-        return;
-    }
-    LOG_INFO() << "Account is logged in!";
-    loggedIn = true;
-    if (!neverLoggedOut) {
-        switchToOnlineMode();
-        m_timers.loginPoll.stop();
-    }
-}
-
-void Miravel::switchToOnlineMode()
-{
-    getIDP = true;
-    startedByVdiClient = false;
-    panelReady = true;
-    buildHotQuestions();
-    m_timers.hotRefresh.start();
-}
-
-void Miravel::switchToOfflineMode()
-{
-    getIDP = false;
-    panelReady = true;
-    m_library.parseLocalQA();
-    buildHotQuestions();
+    m_modes->JudgeUser_ifLogined_ByConfig();
 }
 
 void Miravel::detectionProcess_VdiAndOmbra()
 {
-    if (watchedProgramRuns(m_watchedPrograms, startedByVdiClient)) {
-        return;
-    }
-    m_timers.associationTick.disconnect(this);
-    m_timers.associationTick.stop();
-    m_suggestions->close(); // no tick would close them any more
-    m_timers.processWatch.stop();
-    switchToOfflineMode();
-}
-
-void Miravel::buildHotQuestions()
-{
-    delete m_hotColumn;
-    m_hotColumn = new HotQuestionsColumn(m_form.inner);
-    connect(m_hotColumn, &HotQuestionsColumn::questionClicked, this, &Miravel::hotRecom_list_click);
-    m_hotColumn->show();
-    if (getIDP) {
-        getHotQuestion_thread_right();
-    } else {
-        switchHotQuestionLocation_show();
-    }
-}
-
-void Miravel::getHotQuestion_thread_right()
-{
-    m_overlay = std::make_unique<LoadingOverlay>(m_hotColumn, m_form.inner);
-    LOG_INFO() << "begin to start qthread for get hot questions";
-    m_firstFetch.start();
+    m_modes->detectionProcess_VdiAndOmbra();
 }
 
 void Miravel::refreshHotQuestionsTimer()
 {
-    LOG_INFO() << "refresh hot questions timer by a new qthread";
-    m_refreshFetch.start();
-}
-
-void Miravel::getHotQuestion_right(const QJsonArray &hotQuestions)
-{
-    m_overlay.reset();
-    isGetHotQuests = true;
-    if (hotQuestions.isEmpty()) {
-        LOG_WARNING() << "Network problem! failed to get hot issues.";
-        netHotWork = true;
-        switchToOfflineMode();
-        return;
-    }
-    LOG_INFO() << "Get hot issues successfully! hot_questions_num: (%d)" << hotQuestions.size();
-    m_form.region->addRobotMessage(fixedmessages::greeting());
-    m_hotColumn->showServiceQuestions(hotQuestions);
-    emit rightRegionSuccess();
-    if (miravelVersion != QLatin1String("INVIRTUAL_SHORTCUT")) {
-        m_timers.processWatch.start();
-    }
-}
-
-void Miravel::refreshHotQuestions(const QJsonArray &hotQuestions)
-{
-    if (hotQuestions.isEmpty()) {
-        LOG_WARNING() << "failed to get hot issues";
-        if (getIDP) {
-            m_form.region->addRobotMessage(fixedmessages::refreshFailed());
-            m_form.region->scrollToBottom();
-            showLocalQA();
-            LOG_INFO() << "before hot issues online, now refresh LocalQA";
-        }
-        return;
-    }
-    LOG_INFO() << "Get hot issues successfully, refresh";
-    if (!getIDP) {
-        m_form.region->addRobotMessage(fixedmessages::refreshed());
-        m_form.region->scrollToBottom();
-    }
-    netHotWork = false;
-    getIDP = true;
-    m_hotColumn->showServiceQuestions(hotQuestions);
-}
-
-void Miravel::switchHotQuestionLocation_show()
-{
-    LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)" << m_library.size()
-               << "netHotWork：" << boolText(netHotWork);
-    m_form.region->addRobotMessage(netHotWork ? fixedmessages::noNetwork()
-                                              : fixedmessages::notLoggedIn());
-    if (m_library.size() > 0) {
-        m_hotColumn->showLocalQuestions(m_library.questLocation());
-        emit rightRegionSuccess();
-    }
-}
-
-void Miravel::showLocalQA()
-{
-    getIDP = false;
-    panelReady = true;
-    LOG_INFO() << "questLocation size" << m_library.size();
-    if (m_library.size() < 1) {
-        m_library.parseLocalQA();
-        LOG_INFO() << "parse localQuest. questLocation size" << m_library.size();
-    }
-    m_hotColumn->showLocalQuestions(m_library.questLocation());
+    m_modes->refreshHotQuestionsTimer();
 }
 
 void Miravel::refreshLocalQA()
 {
-    LOG_INFO() << "get network problem signal";
-    if (!getIDP) {
-        return;
-    }
-    LOG_INFO() << "before getIDP = " << boolText(getIDP) << ", show LocalQA";
-    showLocalQA();
+    m_modes->refreshLocalQA();
 }
 
 void Miravel::switchHotQuestionLocation_change()
 {
-    m_hotColumn->showNextPage();
+    m_modes->switchHotQuestionLocation_change();
 }
 
 void Miravel::hotRecom_list_click(QString question, qint64 questionId)
 {
-    LOG_INFO() << "hotRecom click."
-               << "question: " << question << "questionId: " << questionId;
-    LOG_INFO() << "getIDP: " << boolText(getIDP);
-    if (getIDP) {
-        m_form.region->Miss_RecomSend(question, QStringLiteral("hotquestion"), QString(),
-                                      questionId);
-        return;
-    }
-    const int place = getLocationQuest_Num(question);
-    LOG_INFO() << "locatNum: " << place;
-    if (place >= 0) {
-        m_form.region->addQuestionBubble(question);
-        m_form.region->showAnswer(question, m_library.answerLocation().at(place));
-    }
+    m_modes->hotRecom_list_click(question, questionId);
 }
 
 int Miravel::getLocationQuest_Num(QString question)
 {
-    return m_library.questLocation().indexOf(question);
+    return m_modes->getLocationQuest_Num(question);
 }
 
 void Miravel::send_messages()
 {
     const QString question = m_form.inputPanel->input()->toPlainText().simplified();
     m_form.inputPanel->input()->clear();
-    askOrExplain(question, "send messages when not logged in, isGetHotQuests:",
-                 "send messages by idp qa request, isGetHotQuests:");
-}
-
-void Miravel::askOrExplain(const QString &question, const char *explainedLog, const char *askedLog)
-{
-    if (question.isEmpty()) {
-        return;
-    }
-    const bool mayAsk = isGetHotQuests || netHotWork;
-    LOG_INFO() << (mayAsk ? askedLog : explainedLog) << boolText(isGetHotQuests)
-               << ". netHotWork:" << boolText(netHotWork);
-    if (mayAsk) {
-        m_form.region->Miss_RecomSend(question, QStringLiteral("rawquery"), QString(), 0);
-        return;
-    }
-    m_form.region->addQuestionBubble(question);
-    m_form.region->addRobotMessage(fixedmessages::notLoggedIn());
-    m_form.region->scrollToBottom();
+    m_modes->askOrExplain(question, "send messages when not logged in, isGetHotQuests:",
+                          "send messages by idp qa request, isGetHotQuests:");
 }
 
 void Miravel::showAssociation()
 {
     TextInput_color();
-    if (m_suggestions->textHasChanged() && isGetHotQuests) {
+    if (m_suggestions->textHasChanged() && m_modes->hotQuestionsReturned()) {
         showAssociation_process();
     }
 }
@@ -366,6 +194,13 @@ void Miravel::assoclose_windows()
     m_suggestions->close();
 }
 
+void Miravel::stopSuggestions()
+{
+    m_timers.associationTick.disconnect(this);
+    m_timers.associationTick.stop();
+    m_suggestions->close(); // no tick would close them any more
+}
+
 void Miravel::listenSysguardMessage_thread()
 {
     LOG_INFO() << "begin to start qthread for listen sysguard message";
@@ -385,9 +220,9 @@ void Miravel::listenSysguardMessage_thread()
 void Miravel::sendSysguardQuest(QJsonObject obj)
 {
     LOG_INFO() << "send Sysguard Quest: " << timeOfDay();
-    askOrExplain(throughLocalEncoding(obj.value(QLatin1String("question")).toString()),
-                 "send messages(Sysguard) when not logged in, isGetHotQuests:",
-                 "send messages(Sysguard) by idp qa request, isGetHotQuests:");
+    m_modes->askOrExplain(throughLocalEncoding(obj.value(QLatin1String("question")).toString()),
+                          "send messages(Sysguard) when not logged in, isGetHotQuests:",
+                          "send messages(Sysguard) by idp qa request, isGetHotQuests:");
     LOG_INFO() << "send QAFinished signal";
     emit QAFinished();
 }
@@ -504,14 +339,25 @@ bool Miravel::eventFilter(QObject *watched, QEvent *event)
 
 bool Miravel::focusNextPrevChild(bool next)
 {
-    QWidget *neighbour = neighbourInReadingOrder(
-        {m_form.titleBar, m_form.region, m_suggestions->popup(), m_form.inputPanel, m_hotColumn},
-        focusWidget(), next);
+    QWidget *neighbour
+        = neighbourInReadingOrder({m_form.titleBar, m_form.region, m_suggestions->popup(),
+                                   m_form.inputPanel, m_modes->column()},
+                                  focusWidget(), next);
     if (neighbour == nullptr) {
         return false;
     }
+    m_form.region->reveal(neighbour);
     neighbour->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     return true;
+}
+
+void Miravel::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        assoclose_windows();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void Miravel::mousePressEvent(QMouseEvent *event)

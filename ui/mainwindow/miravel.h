@@ -2,25 +2,20 @@
 
 #include "localchannel/sysguardqueststhread.h"
 #include "service/netstatetestthread.h"
-#include "ui/mainwindow/hotfetch.h"
-#include "ui/mainwindow/locallibrary.h"
-#include "ui/mainwindow/processwatch.h"
 #include "ui/mainwindow/windowdrag.h"
 #include "ui/mainwindow/windowform.h"
 #include "ui/mainwindow/windowtimers.h"
 
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QWidget>
 
 #include <memory>
 
-class HotQuestionsColumn;
-class LoadingOverlay;
 class Suggestions;
+class WindowModes;
 
-/// The program's only top-level window: a frameless chat window of 920 x 640 px. It decides whether
-/// questions go to the service or are answered from what is at hand. Lives on the GUI thread.
+/// The program's only top-level window: a frameless chat window of 920 x 640 px. It brings its
+/// pieces together; what is more than a few lines is done by one of them. Lives on the GUI thread.
 class Miravel : public QWidget
 {
     Q_OBJECT
@@ -129,6 +124,9 @@ public slots:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool focusNextPrevChild(bool next) override;
+
+    /// Esc closes the suggestions, wherever the focus is.
+    void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -138,39 +136,18 @@ private:
     void connectTitleBar();
     void connectInput();
     void connectTimers();
+    void connectModes();
     void watchScreens();
     void listenSysguardMessage_thread();
-    void switchToOnlineMode();
-    void switchToOfflineMode();
-    void buildHotQuestions();
-    void getHotQuestion_thread_right();
-    void getHotQuestion_right(const QJsonArray &hotQuestions);
-    void refreshHotQuestions(const QJsonArray &hotQuestions);
-    void switchHotQuestionLocation_show();
-    void showLocalQA();
-
-    /// Answers \a question, or says why it cannot be asked yet. The two texts begin the log line.
-    void askOrExplain(const QString &question, const char *explainedLog, const char *askedLog);
+    void stopSuggestions();
 
     QString m_configPath;
-    WatchedPrograms m_watchedPrograms;
-    bool isGetHotQuests = false;     ///< the first hot-questions fetch has returned
-    bool netHotWork = false;         ///< the last hot-questions fetch failed
-    bool getIDP = false;             ///< questions and hot list come from the service
-    bool startedByVdiClient = false; ///< only the client's process counts as the caller
-    bool panelReady = false;
-    bool neverLoggedOut = true; ///< no login check has found the desktop logged out
-    bool loggedIn = false;      ///< a login check has found the desktop logged in
-    LocalLibrary m_library;
     NetStateTestThread m_diagnosis;
 
     WindowForm m_form;
     std::unique_ptr<Suggestions> m_suggestions;
-    HotQuestionsColumn *m_hotColumn = nullptr;
-    std::unique_ptr<LoadingOverlay> m_overlay;
-    HotFetch m_firstFetch;
-    HotFetch m_refreshFetch;
     WindowTimers m_timers;
+    std::unique_ptr<WindowModes> m_modes;
     WindowDrag m_drag;
     std::unique_ptr<SysguardQuestsThread, SysguardQuestsEnd> m_guardThread;
 };

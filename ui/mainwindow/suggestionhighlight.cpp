@@ -28,6 +28,7 @@ QString SuggestionHighlight::apply(const QString &text)
     }
     QString html;
     int copied = 0;
+    bool emptyAtEnd = false;
     QRegularExpressionMatchIterator matches = m_pattern.globalMatch(text);
     while (matches.hasNext()) {
         const QRegularExpressionMatch match = matches.next();
@@ -37,8 +38,10 @@ QString SuggestionHighlight::apply(const QString &text)
         html += text.midRef(copied, match.capturedStart() - copied).toString().toHtmlEscaped()
               + matchStart + match.captured(1).toHtmlEscaped() + matchEnd;
         copied = match.capturedEnd();
+        emptyAtEnd = match.capturedStart() == text.size();
     }
-    if (!matches.isValid()) {
+    // Behind an empty match at the end the toolkit finds no place to go on from, which is no error.
+    if (!matches.isValid() && !emptyAtEnd) {
         m_givenUp = true; // it ran away
         return {};
     }

@@ -6,7 +6,6 @@
 
 #include <QGraphicsDropShadowEffect>
 #include <QJsonArray>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -136,13 +135,4 @@ void SuggestionPopup::addRow(const SuggestedQuestion &suggestion, SuggestionHigh
     item->setData(Qt::AccessibleTextRole, suggestion.text);
     m_list->addItem(item.get());
     m_list->setItemWidget(item.release(), row); // owned by the list since addItem()
-}
-
-void SuggestionPopup::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_Escape) {
-        emit closeClicked();
-        return;
-    }
-    QWidget::keyPressEvent(event);
 }

@@ -26,10 +26,6 @@ signals:
     void suggestionClicked(const QString &question, qint64 id);
     void closeClicked();
 
-protected:
-    /// Esc closes, wherever in the popup the focus is.
-    void keyPressEvent(QKeyEvent *event) override;
-
 private:
     void addCloseButton();
     void addRow(const SuggestedQuestion &suggestion, SuggestionHighlight &highlight);

@@ -32,9 +32,10 @@ class DesktopTest(unittest.TestCase):
         self.installation.use_service(port, https=https)
         return service
 
-    def start_assistant(self, environment: Mapping[str, str] | None = None) -> Assistant:
+    def start_assistant(self, environment: Mapping[str, str] | None = None, *,
+                        arguments: tuple[str, ...] = ("--Type=vdi",)) -> Assistant:
         """The program, just started."""
-        return self.enterContext(Assistant(self.installation, self.display,
+        return self.enterContext(Assistant(self.installation, self.display, arguments=arguments,
                                            environment=environment))
 
     def start_greeted(self, environment: Mapping[str, str] | None = None) -> Assistant:

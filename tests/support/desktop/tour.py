@@ -4,8 +4,10 @@ from __future__ import annotations
 
 from pathlib import Path
 
-from . import guardchannel
-from .assistant import Assistant
+from PIL import Image
+
+from . import floating, guardchannel
+from .assistant import INPUT_BOX, Assistant
 from .demoservice import DemoService
 
 # A question whose answer is paragraphs, one with pictures and further questions, one unknown, each
@@ -23,6 +25,16 @@ HOT_QUESTION = "云桌面连接不上怎么办？"
 # The first row of the recommendations below the answer that was asked for last.
 RECOMMENDED_ROW = (160, 284)
 RECOMMENDED = "忘记登录密码怎么办？"
+# What is typed for suggestions, and the first of them.
+TYPED = "登录"
+SUGGESTED = "如何登录云桌面？"
+
+# How long the service keeps the first look waiting, so that the veil is seen, in ms.
+LOADING_MS = 1500
+# With this value the about button opens a menu.
+MENU_SETTING = {"SysEnvironment/EnvType": "2"}
+
+_DIALOG = (260, 100, 660, 540)
 
 
 class Tour:
@@ -39,6 +51,9 @@ class Tour:
             old.unlink()
 
     def run(self) -> None:
+        self._assistant.wait_for_window()
+        self._assistant.rest()
+        self._keep(floating.wait_for_veil(self._assistant), "loading")
         self._assistant.wait_for_greeting()
         self._save("greeting")
         self._ask(*PLAIN, "answer")
@@ -47,6 +62,9 @@ class Tour:
         self._ask(*UNKNOWN, "unknown-question")
         self._click(HOT_ROW, HOT_QUESTION, "hotquestion", "hot-question")
         self._post(*GUARD, "guard-question")
+        self._look_at_suggestions()
+        self._look_at_input_menu()
+        self._look_at_about()
         self._close()
 
     def _ask(self, question: str, logged: str, picture: str) -> None:
@@ -80,9 +98,44 @@ class Tour:
                                    f'question="{question}"', 'source="rawquery"')
         self._save(picture)
 
+    def _look_at_suggestions(self) -> None:
+        floating.type_text(self._assistant, TYPED)
+        self._assistant.rest()
+        count = floating.wait_for_suggestions(self._assistant)
+        self._save("suggestions")
+        place = floating.suggestion_place(count, 0)
+        self._click(place, SUGGESTED, "associate", "suggested-question")
+
+    def _look_at_input_menu(self) -> None:
+        floating.type_text(self._assistant, TYPED)
+        self._assistant.rest()
+        floating.wait_for_suggestions(self._assistant)
+        self._assistant.person.press("Escape", "ctrl+a")
+        before = self._assistant.look()
+        self._assistant.click(*INPUT_BOX, button=3)
+        self._keep(floating.wait_for_menu(self._assistant, before, INPUT_BOX,
+                                          floating.INPUT_MENU_SIZE), "input-menu")
+        self._assistant.person.press("Escape")
+        self._assistant.rest()
+
+    def _look_at_about(self) -> None:
+        before = self._assistant.look()
+        self._assistant.click(*floating.ABOUT_BUTTON)
+        self._keep(floating.wait_for_menu(self._assistant, before, floating.ABOUT_BUTTON,
+                                          floating.ABOUT_MENU_SIZE), "about-menu")
+        self._assistant.person.press("Down", "Down", "Return")
+        self._assistant.wait_for_log("click to about btn")
+        self._keep(floating.wait_for_change(self._assistant, before, _DIALOG,
+                                            "the About dialog"), "about")
+        self._assistant.person.press("Escape")
+        floating.wait_for_return(self._assistant, before, _DIALOG, "the About dialog")
+
     def _save(self, name: str) -> None:
+        self._keep(self._assistant.look(), name)
+
+    def _keep(self, picture: Image.Image, name: str) -> None:
         path = self._folder / f"{len(self.pictures) + 1:02}-{name}.png"
-        self._assistant.look().save(path)
+        picture.save(path)
         self.pictures.append(path)
 
     def _close(self) -> None:
