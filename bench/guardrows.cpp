@@ -2,6 +2,7 @@
 #include "bench/timing.h"
 #include "localchannel/asyntcpsocket.h"
 
+#include <QEventLoop>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QThread>

@@ -20,7 +20,7 @@ struct Measurement
 constexpr Measurement measurements[] = {
     {"start", measureStart},     {"conversation", measureConversation},
     {"request", measureRequest}, {"pictures", measurePictures},
-    {"guard", measureGuard},       {"log", measureLog},
+    {"guard", measureGuard},     {"log", measureLog},
 };
 
 } // namespace
