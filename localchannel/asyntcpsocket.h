@@ -21,7 +21,7 @@ class AsynTcpSocket : public QObject
 public:
     /// Acknowledgements that a client leaves unread, in bytes; beyond them it counts as a client
     /// that cannot be written to.
-    static constexpr qint64 unreadLimit = 1024 * 1024;
+    static constexpr qint64 unreadLimit = 1024LL * 1024;
 
     explicit AsynTcpSocket(QObject *parent = nullptr);
 

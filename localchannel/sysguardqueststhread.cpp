@@ -11,7 +11,7 @@
 namespace {
 
 /// What the guard tool may send ahead of its being read, in bytes.
-constexpr qint64 unreadLimit = 16 * 1024 * 1024;
+constexpr qint64 unreadLimit = 16LL * 1024 * 1024;
 
 constexpr unsigned long endLimitMs = 2000;
 

@@ -9,6 +9,7 @@ from __future__ import annotations
 import argparse
 import json
 import shutil
+import subprocess
 import sys
 import time
 
@@ -110,7 +111,10 @@ def soak(seconds: float, display: Display) -> dict[str, object]:
             asked_to_end = time.monotonic()
             if not crashed:
                 assistant.click(*CLOSE_BUTTON)
-            status = assistant.process.wait(END_S)
+            try:
+                status: int | str = assistant.process.wait(END_S)
+            except subprocess.TimeoutExpired:
+                status = "none: it did not end"
             ended = time.monotonic() - asked_to_end
             guard.close()
             return {

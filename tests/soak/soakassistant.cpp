@@ -32,6 +32,7 @@ int main(int argc, char *argv[])
     initLogSetting(settings.value(QStringLiteral("Log/level")).toString(), logFolderPath);
     qInstallMessageHandler(logMessageHandler);
 
+    QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
     Miravel window;
     window.startForVdiClient();
     window.show();

@@ -41,7 +41,7 @@ QByteArray Post::exchange(const QByteArray &message, int timeoutMs)
         m_received += m_socket.readAll();
     }
     const int end = m_received.indexOf('}') + 1;
-    const QByteArray acknowledgement = m_received.left(end);
+    QByteArray acknowledgement = m_received.left(end);
     m_received.remove(0, end);
     return acknowledgement;
 }
