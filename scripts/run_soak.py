@@ -161,7 +161,9 @@ def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--minutes", type=float, default=10.0)
     minutes = parser.parse_args().minutes
-    FOLDER.mkdir(parents=True, exist_ok=True)
+    # Nothing of an earlier run may count in this one.
+    shutil.rmtree(FOLDER, ignore_errors=True)
+    FOLDER.mkdir(parents=True)
     with Display(FOLDER / "display") as display:
         figures = soak(minutes * 60, display)
     (FOLDER / "results.json").write_text(
