@@ -97,15 +97,23 @@ void TestGuardMessage::membersUnknown_areCarriedAlong()
 
 void TestGuardMessage::bytesThatAreNoUtf8_becomeSubstitutes()
 {
+    // What stands for such bytes is itself unknown to code page 936, which Windows has here.
+#ifdef Q_OS_WIN
+    const QString expected = QStringLiteral("a??b");
+#else
+    const QString expected = QStringLiteral("a\uFFFD\uFFFDb");
+#endif
     QCOMPARE(questionIn(QByteArray("{\"question\":\"a\xff\xfe"
                                    "b\"}")),
-             QString(QStringLiteral("a\uFFFD\uFFFDb")));
+             expected);
 }
 
 void TestGuardMessage::charactersBeyondTheSystemsEncoding_becomeItsSubstitute()
 {
     QTextCodec *const before = QTextCodec::codecForLocale();
+#ifndef Q_OS_WIN // there code page 936 is in use
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK"));
+#endif
     const QString question = questionIn(QByteArrayLiteral("{\"question\":\"登录\u0e01\"}"));
     QTextCodec::setCodecForLocale(before);
     QCOMPARE(question, QStringLiteral("登录?"));

@@ -1,4 +1,5 @@
 #include "app/apppaths.h"
+#include "app/texttools.h"
 #include "localchannel/sysguardqueststhread.h"
 #include "tests/localchannel/support/freeport.h"
 #include "tests/localchannel/support/guardclient.h"
@@ -249,7 +250,7 @@ void TestSysguardQuestsThread::everyGoodMessage_isAcknowledged_data()
     QTest::newRow("rubbish behind a NUL")
         << document("a") + QByteArray("\0{", 2) << QStringLiteral("a");
     QTest::newRow("bytes that are no UTF-8")
-        << document("a\xff") << QString(QStringLiteral("a\uFFFD"));
+        << document("a\xff") << throughLocalEncoding(QStringLiteral("a\uFFFD"));
 }
 
 void TestSysguardQuestsThread::everyGoodMessage_isAcknowledged()
