@@ -8,11 +8,13 @@
 
 #include <QBuffer>
 #include <QClipboard>
+#include <QEventLoop>
 #include <QJsonArray>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QTimer>
 
 /// Entries far from what is seen have no widgets; nobody may notice.
 class TestSleepingEntries : public QObject
@@ -39,7 +41,7 @@ private slots:
 
 private:
     void addExchanges(int count);
-    void letSleep() { QCoreApplication::processEvents(); }
+    static void letSleep();
     [[nodiscard]] QList<QuestionBubble *> questions() const;
     [[nodiscard]] QList<AnswerItem *> answers() const;
     [[nodiscard]] QScrollBar *bar() const { return m_list->verticalScrollBar(); }
@@ -86,6 +88,15 @@ void TestSleepingEntries::addExchanges(int count)
         m_region->showAnswer(QStringLiteral("标题"), QStringLiteral("<p>段落<b>粗</b></p>"));
     }
     letSleep();
+}
+
+/// Lets everything happen that waits for its turn.
+void TestSleepingEntries::letSleep()
+{
+    QCoreApplication::processEvents();
+    QEventLoop turn;
+    QTimer::singleShot(0, &turn, &QEventLoop::quit);
+    turn.exec();
 }
 
 QList<QuestionBubble *> TestSleepingEntries::questions() const
