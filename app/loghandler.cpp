@@ -139,10 +139,15 @@ QString formatLogLine(QtMsgType type, const QString &time, const QMessageLogCont
     const QString source = QStringLiteral("%1  line: %2")
                                .arg(sourceFileName(QString::fromUtf8(context.file)))
                                .arg(context.line);
+    const QString text = utf8UpToNul(message.toUtf8());
+    const QLatin1Char marker('%');
+    if (!source.contains(marker) && !time.contains(marker)) {
+        // The same as below, but filling the pattern takes as long as writing the line.
+        return msgTypeToLevel(type).prefix + QLatin1Char('[') + time + QLatin1Char(' ') + source
+             + QLatin1String("]: ") + text;
+    }
     // The message is filled in last: what looks like a place marker in it stays as it is.
-    return QStringLiteral("%1[%2 %3]: %4")
-        .arg(msgTypeToLevel(type).prefix, time, source)
-        .arg(utf8UpToNul(message.toUtf8()));
+    return QStringLiteral("%1[%2 %3]: %4").arg(msgTypeToLevel(type).prefix, time, source).arg(text);
 }
 
 void backupLogFile()

@@ -20,7 +20,7 @@ struct Measurement
 constexpr Measurement measurements[] = {
     {"start", measureStart},     {"conversation", measureConversation},
     {"request", measureRequest}, {"pictures", measurePictures},
-    {"log", measureLog},
+    {"guard", measureGuard},     {"log", measureLog},
 };
 
 } // namespace
@@ -33,7 +33,7 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setFont(QFont(QStringLiteral("Microsoft YaHei")));
     initResources();
-    initAppPaths(QStringLiteral("vdi"));
+    initAppPaths(QString());
     // As the program runs by default: what is no error is dropped by its own handler.
     initLogSetting(QString(), QString());
     qInstallMessageHandler(logMessageHandler);

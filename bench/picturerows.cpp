@@ -46,14 +46,17 @@ QString replyWith(const QVector<QByteArray> &encoded)
     return reply;
 }
 
+/// The pictures are kept, as by anyone who shows them.
 double bareCost(const QVector<QByteArray> &encoded)
 {
-    return microseconds([&encoded] {
+    QVector<QPixmap> kept;
+    return microseconds([&encoded, &kept] {
         for (const QByteArray &bytes : encoded) {
             QPixmap picture;
             picture.loadFromData(bytes);
             const QPixmap scaled
                 = picture.scaled(shownSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+            kept << picture << scaled;
         }
     });
 }

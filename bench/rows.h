@@ -17,5 +17,8 @@
 /// An answer with fifty large pictures against reading and scaling them.
 [[nodiscard]] Rows measurePictures();
 
+/// A message over the guard channel and its acknowledgement against a bare echo server.
+[[nodiscard]] Rows measureGuard();
+
 /// A written log line against the bare file operations, and a dropped one.
 [[nodiscard]] Rows measureLog();

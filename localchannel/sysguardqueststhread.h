@@ -23,7 +23,7 @@ class SysguardQuestsThread : public QThread
 public:
     /// Questions that may be on their way at once, each inside the wait of the one before: every
     /// further one waits in the list. Each takes stack, descriptors and a thread.
-    static constexpr int mostAtOnce = 64;
+    static constexpr int mostAtOnce = 128;
 
     /// Reads the port from the configuration. Does not make \a parent its owner: a thread that
     /// still runs must not be destroyed.

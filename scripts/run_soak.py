@@ -12,7 +12,7 @@ import shutil
 import sys
 import time
 
-from desktop.assistant import Assistant
+from desktop.assistant import CLOSE_BUTTON, Assistant
 from desktop.demoservice import DemoService
 from desktop.display import Display
 from desktop.guardchannel import GuardClient, channel_port, document
@@ -34,6 +34,7 @@ HELD_QUESTIONS = 50
 WARM_UP_S = 60.0
 DRAIN_S = 60.0
 SAMPLE_S = 5.0
+END_S = 120.0
 
 # Memory that may come and go with what is just under way, beside the conversation's own.
 TOLERANCE_KIB = 24 * 1024
@@ -106,12 +107,17 @@ def soak(seconds: float, display: Display) -> dict[str, object]:
             lost = missing(questions, watch)
             own = conversation_kib(watch, first or asked(watch), costs)
             crashed = not assistant.alive
-            status = assistant.process.status if crashed else assistant.close()
+            asked_to_end = time.monotonic()
+            if not crashed:
+                assistant.click(*CLOSE_BUTTON)
+            status = assistant.process.wait(END_S)
+            ended = time.monotonic() - asked_to_end
             guard.close()
             return {
                 "seconds": round(seconds),
                 "crashed": crashed,
                 "exit status": status,
+                "seconds to end": round(ended, 1),
                 "printed": assistant.process.printed(),
                 "guard questions": len(questions),
                 "lost": lost,

@@ -12,6 +12,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
+
 /// The places and styles of the entries of the conversation.
 class TestBubbles : public QObject
 {
@@ -29,6 +31,9 @@ private slots:
     void message_places();
     void message_of446Pixels_keepsItsWidth_wider_isWrapped();
     void answer_places();
+    void answer_styles();
+    void foldBars_styles_data();
+    void foldBars_styles();
     void answer_paragraphs();
     void answer_tallIsFolded_andOpensAndRetracts();
     void answer_withoutContent();
@@ -224,6 +229,85 @@ void TestBubbles::answer_places()
     plain.setStyleSheet(answer->titleLabel()->styleSheet());
     plain.adjustSize();
     QCOMPARE(titleTerm, plain.height() - 1 + 12);
+}
+
+void TestBubbles::answer_styles()
+{
+    const AnswerItem *answer = makeAnswer(QStringLiteral("标题"), QStringLiteral("<p>段</p>"));
+    QCOMPARE(answer->titleLabel()->styleSheet(),
+             QStringLiteral("QLabel{selection-color:white;selection-background-color:rgb(0,120,215)"
+                            ";background-color:transparent;color:rgb(29,38,51);font:bold 14px "
+                            "Microsoft YaHei;}"));
+    QVERIFY(answer->titleLabel()->wordWrap());
+    QVERIFY(answer->titleLabel()->openExternalLinks());
+    QCOMPARE(answer->titleLabel()->contextMenuPolicy(), Qt::CustomContextMenu);
+    const auto labels = bubbleOf(answer->titleLabel())
+                            ->findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly);
+    QCOMPARE(labels.size(), 2);
+    QCOMPARE(labels.at(1)->styleSheet(),
+             QStringLiteral("QLabel{border-bottom:1px solid rgb(208, 210, 217);}"));
+    QCOMPARE(labels.at(1)->geometry(), QRect(11, answer->titleLabel()->height() + 12, 446, 1));
+    QCOMPARE(
+        answer->content()->styleSheet(),
+        QStringLiteral("QListWidget{border:none;background-color:transparent;}"
+                       "QListWidget::Item{border:none;background-color:transparent;}"
+                       "QListWidget::Item:hover{border:none;background-color:transparent;}"
+                       "QListWidget::Item:selected{border:none;background-color:transparent;}"));
+    QCOMPARE(answer->content()->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    QCOMPARE(answer->content()->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    const QLabel *paragraph = answer->content()->paragraphs().first();
+    QCOMPARE(paragraph->styleSheet(),
+             QStringLiteral("QLabel{selection-color:white;selection-background-color:rgb(0,120,215)"
+                            ";background-color:rgb(244, 245, 248);border:none;}"));
+    QCOMPARE(paragraph->parentWidget()->styleSheet(),
+             QStringLiteral("background-color:transparent;"));
+}
+
+void TestBubbles::foldBars_styles_data()
+{
+    QTest::addColumn<bool>("withBox");
+    QTest::addColumn<QVector<int>>("openLines");
+    QTest::addColumn<QVector<int>>("retractLines");
+    QTest::newRow("plain") << false << QVector<int>{11} << QVector<int>{11};
+    QTest::newRow("with box") << true << QVector<int>{11, 44} << QVector<int>{11, 42};
+}
+
+void TestBubbles::foldBars_styles()
+{
+    QFETCH(bool, withBox);
+    QFETCH(QVector<int>, openLines);
+    QFETCH(QVector<int>, retractLines);
+    QLabel measure;
+    auto *answer = new AnswerItem(QStringLiteral("标题"), m_list);
+    answer->setReply(QStringLiteral("<p>一行文字</p>").repeated(20), QString(), m_pictures);
+    if (withBox) {
+        answer->setRecommends(QJsonArray(), &measure);
+    }
+    answer->setFoldState(FoldState::Folded);
+    const auto check = [answer](const char *image, const QVector<int> &lines) {
+        const QString style
+            = QStringLiteral("QPushButton{border-image:url(:/Images/%1);border:none;}")
+                  .arg(QLatin1String(image));
+        const auto buttons = answer->findChildren<QPushButton *>();
+        const auto button
+            = std::find_if(buttons.cbegin(), buttons.cend(),
+                           [&](const QPushButton *each) { return each->styleSheet() == style; });
+        QVERIFY(button != buttons.cend());
+        QCOMPARE((*button)->geometry(), QRect(235, 22, 16, 9));
+        QCOMPARE((*button)->cursor().shape(), Qt::PointingHandCursor);
+        const QWidget *bar = (*button)->parentWidget();
+        QCOMPARE(bar->styleSheet(),
+                 QStringLiteral("QWidget{background-color:rgb(244, 245, 248);border:none;}"));
+        const auto labels = bar->findChildren<QLabel *>();
+        QCOMPARE(labels.size(), lines.size());
+        for (int i = 0; i < lines.size(); ++i) {
+            QCOMPARE(labels.at(i)->geometry(), QRect(11, lines.at(i), 446, 1));
+            QCOMPARE(labels.at(i)->styleSheet(),
+                     QStringLiteral("QLabel{border-bottom:1px solid rgb(208, 210, 217);}"));
+        }
+    };
+    check("btn-open.png", openLines);
+    check("btn-retract.png", retractLines);
 }
 
 void TestBubbles::answer_paragraphs()

@@ -13,6 +13,7 @@ private slots:
     void init();
     void cleanup();
 
+    void scrollBar_isThin();
     void items_lieBelowEachOther();
     void itemWidgets_areThoseOfTheirItems();
     void shortList_doesNotScroll();
@@ -68,6 +69,16 @@ QWidget *TestConversationList::append(int itemHeight)
 QRect TestConversationList::placeOf(const QWidget *widget) const
 {
     return {widget->mapTo(m_list, QPoint()), widget->size()};
+}
+
+void TestConversationList::scrollBar_isThin()
+{
+    const QString style = bar()->styleSheet();
+    QVERIFY(style.contains(QLatin1String("width:14px")));
+    QVERIFY(style.contains(QLatin1String("margin:0px 10px 0px 0px")));
+    QVERIFY(style.contains(QLatin1String("background:rgba(207,207,207,70%)")));
+    QCOMPARE(style.count(QLatin1String("background:rgba(207,207,207,100%)")), 2);
+    QCOMPARE(m_list->contentsMargins(), QMargins());
 }
 
 void TestConversationList::items_lieBelowEachOther()

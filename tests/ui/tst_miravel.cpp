@@ -1,19 +1,10 @@
-#include "app/apppaths.h"
-#include "resources/resources.h"
 #include "tests/service/support/logcapture.h"
-#include "tests/service/support/refusingport.h"
-#include "tests/service/support/testconfig.h"
-#include "tests/service/support/testserver.h"
-#include "ui/answer/messagebubble.h"
+#include "tests/ui/support/windowbench.h"
 #include "ui/answer/qaregion.h"
-#include "ui/answer/questionbubble.h"
-#include "ui/mainwindow/miravel.h"
 
-#include <QClipboard>
 #include <QDir>
+#include <QFile>
 #include <QGraphicsDropShadowEffect>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
@@ -27,7 +18,6 @@ class TestMiravel : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -45,130 +35,40 @@ private slots:
     void typedTextIsSimplified();
     void beforeTheFirstFetch_questionsAreExplained();
     void afterTheFirstFetch_questionsAreAsked();
-    void failedFirstFetch_saysSo_andQuestionsAreAskedAllTheSame();
-    void launcherStart_loggedOut_saysSo();
-    void launcherStart_loggedIn_goesOnline();
-    void loginPoll_switchesOnlineOnce();
     void focusOut_movesTheCursorToTheEnd();
     void dragging_movesTheWindow();
     void minimiseAndCloseButtons();
-    void windowGoesWhileTheFetchRuns();
     void conversation_isNeverPaintedOverTheInput();
 
 private:
-    void setLoginState(int state) const;
-    [[nodiscard]] QStringList messages() const;
-    [[nodiscard]] QStringList questions() const;
-    [[nodiscard]] QTextEdit *input() const { return m_window->findChild<QTextEdit *>(); }
-    [[nodiscard]] QPushButton *button(const QString &name) const;
+    [[nodiscard]] QStringList messages() const { return m_bench->messages(); }
+    [[nodiscard]] QStringList questions() const { return m_bench->questions(); }
+    [[nodiscard]] QTextEdit *input() const { return m_bench->input(); }
+    [[nodiscard]] QPushButton *button(const QString &name) const { return m_bench->button(name); }
     [[nodiscard]] QStringList askedQuestions() const;
 
-    std::unique_ptr<TestConfig> m_config;
-    std::unique_ptr<TestServer> m_server;
-    std::unique_ptr<Miravel> m_window;
+    std::unique_ptr<WindowBench> m_bench;
+    Miravel *m_window = nullptr; // the bench's
 };
-
-namespace {
-
-const QString greeting = QStringLiteral("您好，我是Miravel，请简要描述您的问题或错误提示!");
-const QString notLoggedIn
-    = QStringLiteral("您好，我是Miravel，您的桌面尚未登录鉴权，暂时无法提供智能服务。"
-                     "您可在“热门问答”区域查看常见问题。"
-                     "我将会在您登录鉴权后，提供更多智能服务。");
-const QString noNetwork
-    = QStringLiteral("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
-                     "您可在“热门问答”区域查看常见问题。");
-
-const QByteArray hotReply = R"({"errorCode":"0","result":[{"id":1,"question":"如何修改密码？"}]})";
-const QByteArray answerReply
-    = R"({"errorCode":"0","result":{"resultType":"QA_NORMAL_RESULT","reply":"<p>答</p>"}})";
-
-} // namespace
-
-void TestMiravel::initTestCase()
-{
-    initResources();
-}
 
 void TestMiravel::init()
 {
-    m_config = std::make_unique<TestConfig>();
-    m_server = std::make_unique<TestServer>();
-    m_config->setServer(m_server->port());
-    m_config->set(QStringLiteral("url/hoturl"), QStringLiteral("/hot"));
-    m_config->set(QStringLiteral("url/askquesturl"), QStringLiteral("/ask"));
-    m_config->set(QStringLiteral("ihttpInfo/iHttpMode"), QStringLiteral("0"));
-    m_server->setReplyFor("/hot", httpReply(hotReply));
-    m_server->setReplyFor("/ask", httpReply(answerReply));
-    initAppPaths(QStringLiteral("vdi"));
-    QDir(m_config->root()).mkpath(QStringLiteral("Miravel"));
-    QDir::setCurrent(m_config->root() + QStringLiteral("/Miravel"));
-    setLoginState(0);
-    m_window = std::make_unique<Miravel>();
-    m_window->show();
+    m_bench = std::make_unique<WindowBench>();
+    m_bench->serveHotQuestions(1);
+    m_window = &m_bench->window();
 }
 
 void TestMiravel::cleanup()
 {
-    m_window.reset();
-    m_server.reset();
-    QDir::setCurrent(QDir::tempPath());
-    m_config.reset();
-}
-
-void TestMiravel::setLoginState(int state) const
-{
-    QFile settings(m_config->root() + QStringLiteral("/config/CommonTerminal.ini"));
-    if (!settings.open(QIODevice::WriteOnly)) {
-        qFatal("The settings file cannot be written");
-    }
-    // Of a different length each time, so that the toolkit's cache sees the change.
-    settings.write("[RemLastUser]\nlastuser=user" + QByteArray(state * 3, 'x')
-                   + "\n[LoginMode]\nloginstate=" + QByteArray::number(state) + "\n");
-}
-
-QStringList TestMiravel::messages() const
-{
-    QStringList texts;
-    const auto bubbles = m_window->findChildren<MessageBubble *>();
-    for (const MessageBubble *bubble : bubbles) {
-        texts.append(bubble->label()->text());
-    }
-    return texts;
-}
-
-QStringList TestMiravel::questions() const
-{
-    QStringList texts;
-    const auto bubbles = m_window->findChildren<QuestionBubble *>();
-    for (const QuestionBubble *bubble : bubbles) {
-        texts.append(bubble->label()->text());
-    }
-    return texts;
-}
-
-QPushButton *TestMiravel::button(const QString &name) const
-{
-    const auto buttons = m_window->findChildren<QPushButton *>();
-    for (QPushButton *candidate : buttons) {
-        if (candidate->text() == name || candidate->accessibleName() == name) {
-            return candidate;
-        }
-    }
-    return nullptr;
+    m_bench.reset();
 }
 
 QStringList TestMiravel::askedQuestions() const
 {
     QStringList texts;
-    const auto requests = m_server->requests();
-    for (const ReceivedRequest &request : requests) {
-        if (request.target == "/ask") {
-            texts.append(QJsonDocument::fromJson(request.body)
-                             .object()
-                             .value(QLatin1String("rawQuery"))
-                             .toString());
-        }
+    const auto bodies = m_bench->bodies(WindowBench::askPath);
+    for (const QJsonObject &body : bodies) {
+        texts.append(body.value(QLatin1String("rawQuery")).toString());
     }
     return texts;
 }
@@ -193,7 +93,7 @@ void TestMiravel::titleBar_places()
     QCOMPARE(button(QStringLiteral("关于"))->styleSheet(),
              QStringLiteral("QPushButton{border-image: url(:/Images/btn-about.png);border:none;}"));
     const QWidget *front = button(QStringLiteral("关于"))->parentWidget();
-    QCOMPARE(QRect(front->mapTo(m_window.get(), QPoint()), front->size()), QRect(0, 0, 920, 59));
+    QCOMPARE(QRect(front->mapTo(m_window, QPoint()), front->size()), QRect(0, 0, 920, 59));
     const auto *picture = front->findChild<QLabel *>();
     QCOMPARE(picture->geometry(), QRect(24, 16, 111, 26));
     QCOMPARE(picture->pixmap(Qt::ReturnByValue).size(), QSize(111, 26));
@@ -245,7 +145,7 @@ void TestMiravel::savedAnimations_areRemovedAtStart()
         QFile file{QLatin1String(name)};
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
-    m_window = std::make_unique<Miravel>();
+    m_bench->makeWindow();
     QVERIFY(!QFile::exists(QStringLiteral("gif/0.gif")));
     QVERIFY(!QFile::exists(QStringLiteral("gif/other.txt")));
     QVERIFY(QFile::exists(QStringLiteral("gif/kept/1.gif")));
@@ -305,18 +205,18 @@ void TestMiravel::beforeTheFirstFetch_questionsAreExplained()
     const LogCapture log;
     input()->setPlainText(QStringLiteral("桌面黑屏"));
     m_window->send_messages();
-    QCOMPARE(messages(), QStringList{notLoggedIn});
+    QCOMPARE(messages(), QStringList{notLoggedInText});
     QCOMPARE(log.linesWith(QStringLiteral("info: send messages")),
              QStringList{QStringLiteral("info: send messages when not logged in, "
                                         "isGetHotQuests:false. netHotWork:false")});
-    QCOMPARE(m_server->connectionCount(), 0);
+    QCOMPARE(m_bench->server().connectionCount(), 0);
 }
 
 void TestMiravel::afterTheFirstFetch_questionsAreAsked()
 {
-    QSignalSpy ready(m_window.get(), &Miravel::rightRegionSuccess);
+    QSignalSpy ready(m_window, &Miravel::rightRegionSuccess);
     m_window->startForVdiClient();
-    QTRY_COMPARE(messages(), QStringList{greeting});
+    QTRY_COMPARE(messages(), QStringList{greetingText});
     QCOMPARE(ready.count(), 1);
     const LogCapture log;
     input()->setPlainText(QStringLiteral("桌面黑屏"));
@@ -325,50 +225,6 @@ void TestMiravel::afterTheFirstFetch_questionsAreAsked()
     QCOMPARE(log.linesWith(QStringLiteral("info: send")),
              QStringList{QStringLiteral("info: send messages by idp qa request, "
                                         "isGetHotQuests:true. netHotWork:false")});
-}
-
-void TestMiravel::failedFirstFetch_saysSo_andQuestionsAreAskedAllTheSame()
-{
-    m_server->setReplyFor("/hot", httpReply(R"({"errorCode":"50001","result":[]})"));
-    const LogCapture log;
-    m_window->startForVdiClient();
-    QTRY_COMPARE(messages(), QStringList{noNetwork});
-    QCOMPARE(log.linesWith(QStringLiteral("warning: Network")),
-             QStringList{QStringLiteral("warning: Network problem! failed to get hot issues.")});
-    input()->setPlainText(QStringLiteral("桌面黑屏"));
-    m_window->send_messages();
-    QCOMPARE(askedQuestions(), QStringList{QStringLiteral("桌面黑屏")});
-    QCOMPARE(log.linesWith(QStringLiteral("info: send")),
-             QStringList{QStringLiteral("info: send messages by idp qa request, "
-                                        "isGetHotQuests:true. netHotWork:true")});
-}
-
-void TestMiravel::launcherStart_loggedOut_saysSo()
-{
-    const LogCapture log;
-    m_window->startForLauncher();
-    QCOMPARE(messages(), QStringList{notLoggedIn});
-    QCOMPARE(log.linesWith(QStringLiteral("info: Account")),
-             QStringList{QStringLiteral("info: Account not logged in!")});
-    QCOMPARE(m_server->connectionCount(), 0);
-}
-
-void TestMiravel::launcherStart_loggedIn_goesOnline()
-{
-    setLoginState(1);
-    const LogCapture log;
-    m_window->startForLauncher();
-    QCOMPARE(log.linesWith(QStringLiteral("info: Account")),
-             QStringList{QStringLiteral("info: Account is logged in!")});
-    QTRY_COMPARE(messages(), QStringList{greeting});
-}
-
-void TestMiravel::loginPoll_switchesOnlineOnce()
-{
-    m_window->startForLauncher();
-    setLoginState(1);
-    m_window->JudgeUser_ifLogined_ByConfig();
-    QTRY_COMPARE(messages(), (QStringList{notLoggedIn, greeting}));
 }
 
 void TestMiravel::focusOut_movesTheCursorToTheEnd()
@@ -386,16 +242,16 @@ void TestMiravel::dragging_movesTheWindow()
 {
     const QPoint start = m_window->pos();
     const QPoint grip(400, 30);
-    QTest::mousePress(m_window.get(), Qt::LeftButton, {}, grip);
+    QTest::mousePress(m_window, Qt::LeftButton, {}, grip);
     QMouseEvent drag(QEvent::MouseMove, grip, m_window->mapToGlobal(grip) + QPoint(15, -7),
                      Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(m_window.get(), &drag);
+    QApplication::sendEvent(m_window, &drag);
     QCOMPARE(m_window->pos(), start + QPoint(15, -7));
-    QTest::mouseRelease(m_window.get(), Qt::LeftButton, {}, grip);
+    QTest::mouseRelease(m_window, Qt::LeftButton, {}, grip);
 
     QMouseEvent later(QEvent::MouseMove, grip, m_window->mapToGlobal(grip) + QPoint(50, 50),
                       Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(m_window.get(), &later);
+    QApplication::sendEvent(m_window, &later);
     QCOMPARE(m_window->pos(), start + QPoint(15, -7));
 }
 
@@ -410,19 +266,10 @@ void TestMiravel::minimiseAndCloseButtons()
     QCOMPARE(log.lines(), QStringList{QStringLiteral("info: click to Close the window")});
 }
 
-void TestMiravel::windowGoesWhileTheFetchRuns()
-{
-    m_server->setReplyFor("/hot", held(httpReply(hotReply)));
-    m_window->startForVdiClient();
-    QTRY_COMPARE(m_server->requests().size(), 1);
-    m_window.reset();
-    QTRY_COMPARE(m_server->leftWhileHeld(), 1);
-}
-
 void TestMiravel::conversation_isNeverPaintedOverTheInput()
 {
     m_window->startForVdiClient();
-    QTRY_COMPARE(messages(), QStringList{greeting});
+    QTRY_COMPARE(messages(), QStringList{greetingText});
     const auto lineColour = [this] {
         return m_window->screen()->grabWindow(m_window->winId()).toImage().pixelColor(300, 490);
     };

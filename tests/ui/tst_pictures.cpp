@@ -1,4 +1,5 @@
 #include "ui/answer/answercontent.h"
+#include "ui/answer/base64.h"
 #include "ui/answer/inlinepicture.h"
 #include "ui/answer/picturerow.h"
 
@@ -43,6 +44,8 @@ private slots:
     void labelSize_data();
     void labelSize();
     void data_endAtTheQuote();
+    void base64_isReadAsTheToolkitReadsIt_data();
+    void base64_isReadAsTheToolkitReadsIt();
     void everyFormat_isRead_data();
     void everyFormat_isRead();
     void noPicture_isNull_withAWarning();
@@ -144,12 +147,41 @@ void TestPictures::labelSize()
 
 void TestPictures::data_endAtTheQuote()
 {
+    const auto textOf = [](const QString &piece) {
+        return inlinePictureText(piece).toString();
+    };
     const QString tag = QStringLiteral("<img src=\"data:image/png;base64,%1");
     const QString text = QStringLiteral("aGVsbG8=");
-    QCOMPARE(inlinePictureText(tag.arg(text) + QLatin1String("\" style=\"a\"/>")), text);
-    QCOMPARE(inlinePictureText(tag.arg(text) + QLatin1String("\" alt=\"abcd\">")), text);
-    QCOMPARE(inlinePictureText(tag.arg(text)), text);
-    QCOMPARE(inlinePictureText(QStringLiteral("<img src=\"data:image/svg+xml,x\">")), QString());
+    QCOMPARE(textOf(tag.arg(text) + QLatin1String("\" style=\"a\"/>")), text);
+    QCOMPARE(textOf(tag.arg(text) + QLatin1String("\" alt=\"abcd\">")), text);
+    QCOMPARE(textOf(tag.arg(text)), text);
+    QCOMPARE(textOf(QStringLiteral("<img src=\"data:image/svg+xml,x\">")), QString());
+}
+
+void TestPictures::base64_isReadAsTheToolkitReadsIt_data()
+{
+    QTest::addColumn<QString>("text");
+    for (const char *text :
+         {"", "A", "AB", "ABC", "ABCD", "ABCDE", "TWFu", "TWE=", "TQ==", "TW\nFu", " T W F u ",
+          "TWFu====TWFu", "TQ==TWFu", "!!!!", "_-_-", "T!WFuTWFu", "/+/+/+8="}) {
+        QTest::newRow(text) << QString::fromLatin1(text);
+    }
+    QTest::newRow("outside of ASCII") << QStringLiteral("TW像Fu素TWFu\u00ffTWFu");
+    QTest::newRow("NUL") << QString(QStringLiteral("TWFu") + QChar(QChar::Null)
+                                    + QStringLiteral("TWFu"));
+    QByteArray all;
+    for (int i = 0; i < 1000; ++i) {
+        all.append(static_cast<char>(i * i * 7 + i));
+    }
+    QTest::newRow("long") << QString::fromLatin1(all.toBase64());
+    QTest::newRow("long, foreign in between")
+        << QString::fromLatin1(all.toBase64()).replace(QLatin1Char('A'), QStringLiteral("\r\n"));
+}
+
+void TestPictures::base64_isReadAsTheToolkitReadsIt()
+{
+    QFETCH(QString, text);
+    QCOMPARE(bytesOfBase64(QStringRef(&text)), QByteArray::fromBase64(text.toLatin1()));
 }
 
 void TestPictures::everyFormat_isRead_data()

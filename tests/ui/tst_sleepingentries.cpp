@@ -90,12 +90,14 @@ void TestSleepingEntries::addExchanges(int count)
     letSleep();
 }
 
-/// Lets everything happen that waits for its turn.
+/// Lets happen what waits for its turn: the list's timer of no length began before this one.
 void TestSleepingEntries::letSleep()
 {
     QCoreApplication::processEvents();
     QEventLoop turn;
-    QTimer::singleShot(0, &turn, &QEventLoop::quit);
+    QTimer last;
+    connect(&last, &QTimer::timeout, &turn, &QEventLoop::quit);
+    last.start(0);
     turn.exec();
 }
 

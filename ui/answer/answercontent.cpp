@@ -2,6 +2,7 @@
 
 #include "app/logstream.h"
 #include "ui/answer/answergeometry.h"
+#include "ui/answer/base64.h"
 #include "ui/answer/bubblelabel.h"
 #include "ui/answer/picturerow.h"
 #include "ui/answer/replypieces.h"
@@ -17,6 +18,7 @@
 namespace {
 
 constexpr int paragraphPixelSize = 14;
+constexpr int mostContentHeight = QWIDGETSIZE_MAX - 2000; ///< px; title, bars and box come on top
 
 QFont paragraphFont()
 {
@@ -72,8 +74,8 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
 void AnswerContent::addPicture(const QString &source, const QString &title,
                                QVector<ConversationPicture> &pictures)
 {
-    const QString base64Data = inlinePictureText(source);
-    const QPixmap pixmap = decodePicture(QByteArray::fromBase64(base64Data.toLocal8Bit()));
+    const QStringRef base64Data = inlinePictureText(source);
+    const QPixmap pixmap = decodePicture(bytesOfBase64(base64Data));
     const QString file = animationFile(pictures.size());
     pictures.append({pixmap, title, isAnimatedPicture(source)});
     auto *row = new PictureRow(pixmap.size(), viewport());
@@ -104,5 +106,6 @@ void AnswerContent::addRow(QWidget *row)
     item->setSizeHint(row->size());
     addItem(item.get());
     setItemWidget(item.release(), row); // owned by the list since addItem()
-    m_contentHeight += row->height();
+    // No widget can be higher; sizes that a rich text asks for may be absurd.
+    m_contentHeight = qMin(m_contentHeight + row->height(), mostContentHeight);
 }

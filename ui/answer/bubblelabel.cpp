@@ -1,8 +1,11 @@
 #include "ui/answer/bubblelabel.h"
 
 #include "ui/answer/answergeometry.h"
+#include "ui/answer/resourceguard.h"
+#include "ui/answer/tabledepth.h"
 
 #include <QLabel>
+#include <QTextDocument>
 
 QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent)
 {
@@ -14,12 +17,19 @@ QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent)
     return label;
 }
 
+void setBubbleText(QLabel *label, const QString &text)
+{
+    const bool isRich = label->textFormat() != Qt::PlainText && Qt::mightBeRichText(text);
+    label->setText(isRich ? withoutDeepTables(text) : text);
+    ResourceGuard::guard(label); // which has a document now, but has not read the text yet
+    label->adjustSize();
+}
+
 void setWrappedText(QLabel *label, const QString &text)
 {
     // The text comes last, or a long one would be laid out several times.
     label->ensurePolished();
     label->setFixedWidth(textMaxWidth);
     label->setWordWrap(true);
-    label->setText(text);
-    label->adjustSize();
+    setBubbleText(label, text);
 }

@@ -8,6 +8,9 @@ class QWidget;
 /// be selected with the mouse, its links used with mouse and keyboard.
 [[nodiscard]] QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent);
 
+/// Gives \a label its \a text, which reads nothing from elsewhere, and the size that takes.
+void setBubbleText(QLabel *label, const QString &text);
+
 /// Fixes \a label to the width of bubble texts, breaks the lines of \a text between words and gives
 /// the label the height that takes.
 void setWrappedText(QLabel *label, const QString &text);

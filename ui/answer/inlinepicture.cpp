@@ -1,6 +1,7 @@
 #include "ui/answer/inlinepicture.h"
 
 #include "app/logstream.h"
+#include "ui/answer/base64.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -23,7 +24,7 @@ bool isAbsurd(const QSize &size)
 
 } // namespace
 
-QString inlinePictureText(const QString &piece)
+QStringRef inlinePictureText(const QString &piece)
 {
     const QLatin1String start("base64,");
     const int from = piece.indexOf(start);
@@ -33,12 +34,21 @@ QString inlinePictureText(const QString &piece)
     // Cut at the quote: what follows holds letters that would be decoded as well.
     const int begin = from + start.size();
     const int end = piece.indexOf(QLatin1Char('"'), begin);
-    return piece.mid(begin, end < 0 ? -1 : end - begin);
+    return piece.midRef(begin, end < 0 ? -1 : end - begin);
 }
 
 bool isAnimatedPicture(const QString &piece)
 {
-    return piece.contains(QLatin1String("data:image/gif"));
+    // There is no colon in the megabytes of data that may follow: nothing passes them faster.
+    const QLatin1String before("data");
+    const QLatin1String after(":image/gif");
+    for (int at = piece.indexOf(QLatin1Char(':')); at >= 0;
+         at = piece.indexOf(QLatin1Char(':'), at + 1)) {
+        if (piece.leftRef(at).endsWith(before) && piece.midRef(at).startsWith(after)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 QPixmap decodePicture(const QByteArray &data)
@@ -77,7 +87,7 @@ QString animationFile(int number)
     return QStringLiteral("gif/%1.gif").arg(number);
 }
 
-void save_gif(const QString &part, const QString &base64Data, const QString &fileName)
+void save_gif(const QString &part, const QStringRef &base64Data, const QString &fileName)
 {
     if (!isAnimatedPicture(part)) {
         return;
@@ -88,5 +98,5 @@ void save_gif(const QString &part, const QString &base64Data, const QString &fil
         LOG_WARNING() << "open file fail";
         return;
     }
-    file.write(QByteArray::fromBase64(base64Data.toLocal8Bit()));
+    file.write(bytesOfBase64(base64Data));
 }

@@ -14,8 +14,8 @@ struct ConversationPicture
 };
 
 /// The Base64 text (RFC 4648) in the source attribute of the image tag \a piece, up to its closing
-/// quote; empty when there is none.
-[[nodiscard]] QString inlinePictureText(const QString &piece);
+/// quote; empty when there is none. It refers to \a piece: the text may be large.
+[[nodiscard]] QStringRef inlinePictureText(const QString &piece);
 
 /// Whether the image tag \a piece holds an animation.
 [[nodiscard]] bool isAnimatedPicture(const QString &piece);
@@ -34,4 +34,4 @@ struct ConversationPicture
 /// Writes the picture \a base64Data to \a fileName when the image tag \a part holds an animation,
 /// making its folder first. A file that cannot be written gives a warning in the log; the animation
 /// then has no frames.
-void save_gif(const QString &part, const QString &base64Data, const QString &fileName);
+void save_gif(const QString &part, const QStringRef &base64Data, const QString &fileName);

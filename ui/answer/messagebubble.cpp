@@ -34,8 +34,7 @@ void MessageBubble::build()
     QWidget *bubble = addBubble();
     m_label = makeBubbleLabel(styles::bubbleBoldText, bubble);
     addText(m_label, 0);
-    m_label->setText(m_text);
-    m_label->adjustSize();
+    setBubbleText(m_label, m_text);
     if (m_label->width() > textMaxWidth) {
         setWrappedText(m_label, m_text);
     }

@@ -23,6 +23,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
+#include <QPalette>
 #include <QPushButton>
 #include <QTextEdit>
 
@@ -42,6 +43,15 @@ QString noMatchText()
     return QARegion::tr("您好，未找到匹配的问题，请换一种说法试试看呢！");
 }
 
+/// Links in answers in the blue of the recommendations. The toolkit takes their colour from the
+/// application's palette alone.
+void colourLinks()
+{
+    QPalette palette = QApplication::palette();
+    palette.setColor(QPalette::Link, QColor(41, 100, 245));
+    QApplication::setPalette(palette);
+}
+
 } // namespace
 
 QARegion::QARegion(QWidget *parent)
@@ -50,6 +60,7 @@ QARegion::QARegion(QWidget *parent)
     if (objectName().isEmpty()) {
         setObjectName(QStringLiteral("QARegion"));
     }
+    colourLinks();
     resize(formSize);
     setWindowTitle(tr("Form"));
     auto *layout = new QGridLayout(this);

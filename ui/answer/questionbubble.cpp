@@ -42,8 +42,7 @@ void QuestionBubble::build()
     if (metrics.horizontalAdvance(m_text) > textMaxWidth) {
         setWrappedText(m_label, wrapToWidth(metrics, m_text, textMaxWidth));
     } else {
-        m_label->setText(m_text);
-        m_label->adjustSize();
+        setBubbleText(m_label, m_text);
     }
     const QSize size = m_label->size();
     m_label->move(labelPlace);

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextDocument>
 
 #include <memory>
 
@@ -37,6 +38,14 @@ QString elided(const QString &text, RecommendPage::Elision elision, QLabel *meas
     measure->adjustSize();
     return measure->width() - 1 > answerTextLimit
              ? metrics.elidedText(text, Qt::ElideRight, answerElidedWidth)
+             : text;
+}
+
+/// \a text as a tool tip that shows it letter by letter, markup too.
+QString asShown(const QString &text)
+{
+    return Qt::mightBeRichText(text)
+             ? QLatin1String("<span>") + text.toHtmlEscaped() + QLatin1String("</span>")
              : text;
 }
 
@@ -83,7 +92,7 @@ void RecommendPage::addRow(const QJsonObject &recommend, Elision elision, QLabel
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
     }
     if (elision == Elision::Later && shown != question) {
-        button->setToolTip(question);
+        button->setToolTip(asShown(question));
     }
     connect(button, &QPushButton::clicked, this,
             [this, question, questionId] { emit recommendClicked(question, questionId); });

@@ -1,8 +1,5 @@
 #include "ui/answer/replypieces.h"
 
-#include <QRegularExpression>
-#include <QStringList>
-
 namespace {
 
 bool isPictureCandidate(const QString &piece)
@@ -14,6 +11,32 @@ bool isPictureCandidate(const QString &piece)
 bool holdsPictureData(const QString &piece)
 {
     return piece.contains(QLatin1String("data:image"));
+}
+
+/// Where a paragraph tag stands; at the end, and of no length, when there is none.
+struct ParagraphTag
+{
+    int position;
+    int length;
+};
+
+/// The first paragraph tag in \a reply from \a from on. A reply may hold megabytes of picture data,
+/// in which there is no "<": nothing passes them faster than looking for that.
+ParagraphTag nextTag(const QString &reply, int from)
+{
+    const QLatin1String opening("<p>");
+    const QLatin1String closing("</p>");
+    for (int at = reply.indexOf(QLatin1Char('<'), from); at >= 0;
+         at = reply.indexOf(QLatin1Char('<'), at + 1)) {
+        const QStringRef rest = reply.midRef(at, closing.size());
+        if (rest.startsWith(opening)) {
+            return {at, opening.size()};
+        }
+        if (rest == closing) {
+            return {at, closing.size()};
+        }
+    }
+    return {reply.size(), 0};
 }
 
 } // namespace
@@ -43,15 +66,17 @@ bool limitRows(QVector<ReplyPiece> &rows)
 
 QVector<ReplyPiece> splitReply(const QString &reply)
 {
-    static const QRegularExpression paragraphTags(QStringLiteral("(\\<p>|\\</p>)"));
     QVector<ReplyPiece> rows;
-    const QStringList pieces = reply.split(paragraphTags);
-    for (const QString &piece : pieces) {
+    int begin = 0;
+    while (begin >= 0) {
+        const ParagraphTag tag = nextTag(reply, begin);
+        const QString piece = reply.mid(begin, tag.position - begin);
         if (!isPictureCandidate(piece)) {
             rows.append({ReplyPiece::Kind::Text, piece});
         } else if (holdsPictureData(piece)) {
             rows.append({ReplyPiece::Kind::Picture, piece});
         }
+        begin = tag.length > 0 ? tag.position + tag.length : -1;
     }
     return rows;
 }

@@ -32,7 +32,7 @@ constexpr int mostMeasured = 4000; ///< characters; more never fit
 constexpr QColor shadowColour(238, 240, 244);
 constexpr qreal shadowBlurRadius = 28;
 
-constexpr QLatin1String rowTextStyle(
+const QLatin1String rowTextStyle(
     "QLabel{color:rgb(117,117,117);font:12px Microsoft YaHei;text-align: left;border:none;}");
 
 QRect popupPlace(int rows)

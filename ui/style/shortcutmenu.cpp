@@ -6,9 +6,9 @@
 
 namespace {
 
-constexpr QLatin1String
+const QLatin1String
     disabledHint("QLabel{background-color:transparent;color:#d0d2d9;font:12px;border:none;}");
-constexpr QLatin1String
+const QLatin1String
     enabledHint("QLabel{background-color:transparent;color: #757575;font:12px;border:none;}");
 
 QString buttonStyle(const ShortcutMenu::Row &row, bool enabled)

@@ -34,6 +34,8 @@ class ServiceWatch:
         self._read = 0
         self._due = {call: ONE_IN - 1 for call in CALLS}
         self._next = {call: index * 5 for index, call in enumerate(CALLS)}
+        self._set: collections.Counter[str] = collections.Counter()
+        self._met: collections.Counter[str] = collections.Counter()
         self.calls: collections.Counter[str] = collections.Counter()
         self.faults: collections.Counter[tuple[str, str]] = collections.Counter()
         self.refused: collections.Counter[str] = collections.Counter()
@@ -53,11 +55,13 @@ class ServiceWatch:
         """Reads on, and lets the next of each call fail of which enough have gone well."""
         self.read()
         for call in CALLS:
-            if self.calls[call] >= self._due[call]:
+            # Never a second while one is still due: it would take its place.
+            if self.calls[call] >= self._due[call] and self._set[call] == self._met[call]:
                 kind, arg = FAULTS[self._next[call] % len(FAULTS)]
                 self._service.fault(call, kind, arg=arg)
                 self._next[call] += 1
-                self._due[call] = self.calls[call] + ONE_IN
+                self._set[call] += 1
+                self._due[call] += ONE_IN
 
     def _count(self, fields: dict[str, str]) -> None:
         call = fields.get("call", "-")
@@ -69,5 +73,6 @@ class ServiceWatch:
             return
         self.calls[call] += 1
         self.faults[call, fields["fault"].split(":")[0]] += 1
+        self._met[call] += fields["fault"] != "-" and self.calls[call] > 1
         if call == "ask":
             self.questions[json.loads(fields["question"])] += 1
