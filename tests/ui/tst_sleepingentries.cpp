@@ -8,6 +8,7 @@
 
 #include <QBuffer>
 #include <QClipboard>
+#include <QCursor>
 #include <QEventLoop>
 #include <QJsonArray>
 #include <QLabel>
@@ -72,6 +73,8 @@ void TestSleepingEntries::init()
     m_region = std::make_unique<QARegion>();
     m_list = m_region->findChild<ConversationList *>();
     m_region->resize(647, 490);
+    m_region->move(100, 100);
+    QCursor::setPos(0, 0); // an entry under the mouse stays awake
     m_region->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_region.get()));
 }
