@@ -44,8 +44,13 @@ void StandInFolder::install(const QString &command) const
     const QString source = QStringLiteral(STANDIN_COMMAND);
     const QString suffix = QFileInfo(source).suffix();
     const QString name = suffix.isEmpty() ? command : command + QLatin1Char('.') + suffix;
-    if (!QFile::copy(source, m_folder.filePath(name))) {
-        qFatal("cannot copy the stand-in command");
+    // Windows looks into the working directory before the search path.
+    const QStringList places{m_folder.path(), QDir::currentPath()};
+    for (const QString &place : places) {
+        const QString target = QDir(place).filePath(name);
+        if (!QFile::exists(target) && !QFile::copy(source, target)) {
+            qFatal("cannot copy the stand-in command");
+        }
     }
 }
 

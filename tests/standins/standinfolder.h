@@ -19,7 +19,8 @@ public:
 
     [[nodiscard]] QString path() const;
 
-    /// Puts the stand-in command into the folder under the name \a command, e.g. "ping".
+    /// Puts the stand-in command into the folder, and into the working directory where that is
+    /// another one by now, under the name \a command, e.g. "ping".
     void install(const QString &command) const;
 
     /// The command, called with the first argument \a key ("default": without one), acts in the

@@ -95,12 +95,12 @@ void TestItReport::init()
     m_opened.clear();
     QDesktopServices::setUrlHandler(siteScheme, this, "openedByDesktop");
     m_folder = std::make_unique<StandInFolder>();
-    m_folder->install(QStringLiteral("ping"));
     // The program's folder, in which the stand-in works, with the settings of both layouts.
     QDir root(m_folder->path());
     QVERIFY(root.mkpath(QStringLiteral("config")));
     QVERIFY(root.mkpath(QStringLiteral("Miravel/config")));
     QVERIFY(QDir::setCurrent(root.filePath(QStringLiteral("Miravel"))));
+    m_folder->install(QStringLiteral("ping"));
     writeSite(site);
     m_log = std::make_unique<LogCapture>();
 }

@@ -8,11 +8,14 @@
 
 #include <QBuffer>
 #include <QClipboard>
+#include <QCursor>
+#include <QEventLoop>
 #include <QJsonArray>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QTimer>
 
 /// Entries far from what is seen have no widgets; nobody may notice.
 class TestSleepingEntries : public QObject
@@ -39,7 +42,7 @@ private slots:
 
 private:
     void addExchanges(int count);
-    void letSleep() { QCoreApplication::processEvents(); }
+    static void letSleep();
     [[nodiscard]] QList<QuestionBubble *> questions() const;
     [[nodiscard]] QList<AnswerItem *> answers() const;
     [[nodiscard]] QScrollBar *bar() const { return m_list->verticalScrollBar(); }
@@ -70,6 +73,8 @@ void TestSleepingEntries::init()
     m_region = std::make_unique<QARegion>();
     m_list = m_region->findChild<ConversationList *>();
     m_region->resize(647, 490);
+    m_region->move(100, 100);
+    QCursor::setPos(0, 0); // an entry under the mouse stays awake
     m_region->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_region.get()));
 }
@@ -86,6 +91,17 @@ void TestSleepingEntries::addExchanges(int count)
         m_region->showAnswer(QStringLiteral("标题"), QStringLiteral("<p>段落<b>粗</b></p>"));
     }
     letSleep();
+}
+
+/// Lets happen what waits for its turn: the list's timer of no length began before this one.
+void TestSleepingEntries::letSleep()
+{
+    QCoreApplication::processEvents();
+    QEventLoop turn;
+    QTimer last;
+    connect(&last, &QTimer::timeout, &turn, &QEventLoop::quit);
+    last.start(0);
+    turn.exec();
 }
 
 QList<QuestionBubble *> TestSleepingEntries::questions() const

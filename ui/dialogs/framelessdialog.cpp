@@ -23,6 +23,14 @@ FramelessDialog::FramelessDialog(QWidget *parent)
     setAttribute(Qt::WA_TranslucentBackground);
 }
 
+void FramelessDialog::setVisible(bool visible)
+{
+    QDialog::setVisible(visible);
+    if (visible) {
+        activateWindow(); // Windows shows tool windows without that
+    }
+}
+
 void FramelessDialog::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton) {

@@ -15,6 +15,9 @@ class FramelessDialog : public QDialog
 public:
     explicit FramelessDialog(QWidget *parent);
 
+    /// Shows or hides the dialog; shown, it has the keyboard.
+    void setVisible(bool visible) override;
+
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;

@@ -2,6 +2,7 @@
 
 #include "app/apppaths.h"
 #include "resources/resources.h"
+#include "tests/service/support/logcapture.h"
 #include "ui/answer/messagebubble.h"
 #include "ui/answer/questionbubble.h"
 #include "ui/mainwindow/hotquestionscolumn.h"
@@ -37,6 +38,7 @@ const QByteArray WindowBench::askPath = "/ask";
 namespace {
 
 constexpr int hurryMs = 5;
+constexpr int listenWaitMs = 30'000; // only a failing test waits that long
 
 ServedReply questionList(int count, const QString &text, int firstId)
 {
@@ -98,9 +100,17 @@ WindowBench::~WindowBench()
 
 void WindowBench::makeWindow()
 {
+    // The guard's thread says when it listens; waited for, that is in no test's log.
+    const LogCapture log;
+    const auto isListening = [&log] {
+        return !log.linesWith(QStringLiteral("info: Tcp listen")).isEmpty();
+    };
     m_window = std::make_unique<Miravel>();
     m_window->show();
     m_window->activateWindow();
+    if (!QTest::qWaitFor(isListening, listenWaitMs)) {
+        qFatal("the guard's thread does not listen");
+    }
 }
 
 void WindowBench::dropWindow()
