@@ -65,6 +65,10 @@ class WinePrefix:
         """Sets a text value in the registry, e.g. in "HKLM\\\\Software\\\\Example"."""
         self.run("reg", "add", key, "/v", name, "/t", "REG_SZ", "/d", value, "/f")
 
+    def set_registry_number(self, key: str, name: str, value: int) -> None:
+        """Sets a 32-bit number in the registry."""
+        self.run("reg", "add", key, "/v", name, "/t", "REG_DWORD", "/d", str(value), "/f")
+
     def start(self, environment: Mapping[str, str]) -> None:
         """Starts Wine's own services: begun by the program they would write into its output."""
         subprocess.run(["wine", "cmd", "/c", "exit"], env=dict(environment), check=True,
