@@ -15,6 +15,8 @@ packages=(
     wine     # runs the result
     wine64
     xvfb
+    openbox  # Wine waits for a window manager
+    xdotool
     locales  # the users' locale
 )
 if [[ ${1:-} == --sdk ]]; then

@@ -13,9 +13,13 @@ source scripts/windows/wine_environment.sh
 # One display for everything, and one Wine server kept between the programs. Both end with this
 # script; only the project's own prefix is touched.
 display=""
+manager=""
 ready=$(mktemp)
 end() {
-    [[ -z $display ]] || kill "$display" 2>/dev/null || true
+    local process
+    for process in $manager $display; do
+        kill "$process" 2>/dev/null || true
+    done
     env "${wine_environment[@]}" wineserver --kill 2>/dev/null || true
     rm -f "$ready"
 }
@@ -39,6 +43,13 @@ for _ in {1..20}; do
     fi
 done
 : "${DISPLAY:?no virtual display could be started}"
+# Without a window manager Wine waits seconds for each window, and gives some no keyboard.
+openbox --sm-disable 2>/dev/null &
+manager=$!
+until xdotool get_num_desktops >/dev/null 2>&1; do
+    kill -0 "$manager"
+    sleep 0.1
+done
 env "${wine_environment[@]}" wineserver --persistent
 
 results=$PWD/build/windows/test-results.xml

@@ -50,6 +50,8 @@ private:
 
 namespace {
 
+constexpr int amplyMs = 30'000;
+
 /// Everything that a reader finds inside \a interface.
 void collect(QAccessibleInterface *interface, QVector<QAccessibleInterface *> &found)
 {
@@ -82,7 +84,14 @@ void TestWindowAccess::cleanup()
 QWidgetList TestWindowAccess::stops(bool forward)
 {
     QWidgetList found;
+    m_bench->window().activateWindow();
     m_bench->input()->setFocus();
+    // No widget has the focus while the system has yet to make the window the active one.
+    const bool active
+        = QTest::qWaitFor([] { return QApplication::focusWidget() != nullptr; }, amplyMs);
+    if (!active) {
+        qFatal("the window does not get the keyboard");
+    }
     constexpr int most = 500;
     while (found.size() < most) {
         QTest::keyClick(QApplication::focusWidget(), forward ? Qt::Key_Tab : Qt::Key_Backtab);
