@@ -44,12 +44,16 @@ for _ in {1..20}; do
 done
 : "${DISPLAY:?no virtual display could be started}"
 # Without a window manager Wine waits seconds for each window, and gives some no keyboard.
-openbox --sm-disable 2>/dev/null &
+openbox --sm-disable >/dev/null 2>&1 &
 manager=$!
-until xdotool get_num_desktops >/dev/null 2>&1; do
-    kill -0 "$manager"
+for _ in {1..100}; do
+    if xdotool get_num_desktops >/dev/null 2>&1; then
+        break
+    fi
     sleep 0.1
 done
+# A server that is just ending is waited for.
+env "${wine_environment[@]}" wineserver --wait || true
 env "${wine_environment[@]}" wineserver --persistent
 
 results=$PWD/build/windows/test-results.xml
