@@ -53,8 +53,8 @@ for _ in {1..100}; do
     sleep 0.1
 done
 # A server that is just ending is waited for.
-env "${wine_environment[@]}" wineserver --wait || true
-env "${wine_environment[@]}" wineserver --persistent
+env "${wine_environment[@]}" timeout 30 wineserver --wait || true
+env "${wine_environment[@]}" wineserver --persistent || true
 
 results=$PWD/build/windows/test-results.xml
 rm -f "$results"
