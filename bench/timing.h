@@ -23,6 +23,12 @@ inline double median(std::vector<double> values)
     return *middle;
 }
 
+/// The least of \a values, which must not be empty.
+inline double least(const std::vector<double> &values)
+{
+    return *std::min_element(values.begin(), values.end());
+}
+
 /// The medians of two costs.
 struct TwoCosts
 {
