@@ -116,7 +116,8 @@ def draw_icons() -> None:
     for size in ICON_SIZES:
         picture = rasterise(source(ICON_SOURCES.get(size, "miravel")), size)
         save_png(picture, f"Miravel-{size}")
-    save_png(rasterise(source("miravel"), 256), "Miravel")
+    # The window's icon, which every start decodes: systems show it at no more than 128 px.
+    save_png(rasterise(source("miravel"), 128), "Miravel")
     save_png(rasterise(source("miravel"), 64), "Sysico")
     save_png(rasterise(source("miravel-16"), 16), "logo-16")
 
