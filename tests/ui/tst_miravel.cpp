@@ -130,6 +130,7 @@ void TestMiravel::inputBox_takesTypingStyleWithTheFirstTick()
              QStringLiteral("QTextEdit{selection-color:white;selection-background-color:rgb(0,120,"
                             "215);color:rgb(29,38,51);font:14px Microsoft YaHei;border:none;}"));
     QCOMPARE(input()->palette().color(QPalette::Text), QColor(29, 38, 51));
+    QCOMPARE(input()->palette().color(QPalette::PlaceholderText), QColor(168, 178, 191));
 }
 
 void TestMiravel::inputBox_hasTheFocusAtStart()

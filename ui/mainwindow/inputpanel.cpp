@@ -15,12 +15,24 @@ constexpr QRect panelPlace(1, 490, 647, 149);
 constexpr QRect inputPlace(16, 8, 616, 82);
 constexpr QRect sendPlace(538, 97, 86, 29);
 
+constexpr QColor placeholderColour(168, 178, 191);
+
 constexpr QLatin1String idleStyle(
     "QTextEdit{selection-color:white;selection-background-color:rgb(0,120,215);color:rgb(168,178,"
     "191);font:bold 14px Microsoft YaHei;border:none;}");
 constexpr QLatin1String typingStyle(
     "QTextEdit{selection-color:white;selection-background-color:rgb(0,120,215);color:rgb(29,38,51);"
     "font:14px Microsoft YaHei;border:none;}");
+
+void setInputStyle(QTextEdit *input, const QString &style)
+{
+    input->setStyleSheet(style);
+    // The place-holder stays grey in both styles; a style sheet makes it look like typed text.
+    input->ensurePolished();
+    QPalette palette = input->palette();
+    palette.setColor(QPalette::PlaceholderText, placeholderColour);
+    input->setPalette(palette);
+}
 
 QTextEdit *makeInput(QWidget *parent)
 {
@@ -33,7 +45,7 @@ QTextEdit *makeInput(QWidget *parent)
     input->viewport()->setAcceptDrops(false);
     input->setTabChangesFocus(true);
     input->setContextMenuPolicy(Qt::CustomContextMenu);
-    input->setStyleSheet(idleStyle);
+    setInputStyle(input, idleStyle);
     input->setAccessibleName(InputPanel::tr("问题"));
     input->verticalScrollBar()->setStyleSheet(
         QStringLiteral("QScrollBar:vertical{width:4px;background:transparent;}"
@@ -74,7 +86,7 @@ void InputPanel::applyTypingStyle()
 {
     // Setting an equal text would parse it anew and repaint the box.
     if (m_input->styleSheet() != typingStyle) {
-        m_input->setStyleSheet(typingStyle);
+        setInputStyle(m_input, typingStyle);
     }
 }
 
