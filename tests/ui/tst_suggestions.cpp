@@ -7,6 +7,14 @@
 #include <QTextEdit>
 #include <QTimer>
 
+namespace {
+
+// Time limits of the call for suggestions.
+constexpr int shortMs = 100;    // for one that is not answered
+constexpr int amplyMs = 30'000; // for one that is
+
+} // namespace
+
 /// Suggestions while the user types, in the window and from a real server.
 class TestSuggestions : public QObject
 {
@@ -178,8 +186,12 @@ void TestSuggestions::failedCall_showsNothing()
                             : manner == "dropped" ? droppedReply()
                                                   : httpReply(manner);
     m_bench->server().setReplyFor(WindowBench::suggestPath, reply);
+    if (manner == "held") {
+        m_bench->setSuggestionLimit(shortMs);
+    }
     tick(QStringLiteral("a"));
     QVERIFY(m_bench->popup() == nullptr);
+    m_bench->setSuggestionLimit(amplyMs);
     m_bench->serveSuggestions(3);
     tick(QStringLiteral("ab"));
     QVERIFY(m_bench->popup() != nullptr);
@@ -252,6 +264,7 @@ void TestSuggestions::runawayPattern_doesNotFreeze()
 void TestSuggestions::questionSentWhileSuggestionsAreFetched_showsNoPopup()
 {
     m_bench->server().setReplyFor(WindowBench::suggestPath, held(httpReply("{}")));
+    m_bench->setSuggestionLimit(shortMs);
     QTimer::singleShot(0, &m_bench->window(), [this] { m_bench->window().send_messages(); });
     tick(QStringLiteral("a"));
     QVERIFY(m_bench->popup() == nullptr);

@@ -51,6 +51,10 @@ public:
     /// The same for suggestions "建议1", ... with the ids 101, ...
     void serveSuggestions(int count);
 
+    /// How long the window waits for suggestions, in ms, from now on. Unless set it is more than a
+    /// busy machine needs.
+    void setSuggestionLimit(int ms) const;
+
     /// Runs the timer \a name every few milliseconds from now on, if it runs at all.
     void hurry(const char *name);
     [[nodiscard]] QTimer &timer(const char *name) const;
@@ -85,6 +89,9 @@ public:
     /// Does \a action as soon as the service has got \a count requests at \a path: inside the wait
     /// for the reply of the last, if it is held.
     void onceRequested(const QByteArray &path, int count, const std::function<void()> &action);
+
+    /// Puts the mouse pointer where a menu has room beside it; false when it does not get there.
+    [[nodiscard]] static bool putPointer();
 
     static const QByteArray hotPath;
     static const QByteArray suggestPath;
