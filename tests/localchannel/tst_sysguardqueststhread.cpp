@@ -10,6 +10,7 @@
 #include <QTcpServer>
 #include <QTest>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -43,6 +44,7 @@ private slots:
     void clientThatNeverReads_losesNoQuestion();
     void tenThousandBeforeReadiness_goOutInOrderOnAFlatStack();
     void twoHundredClientsAtOnce_loseNothing();
+    void clientsRightAfterOneAnother_areAllAcknowledged();
     void floodWhileTheWindowIsBusy_isHeldBack();
 
     void portTaken_leavesTheQueueWorking();
@@ -424,12 +426,26 @@ void TestSysguardQuestsThread::twoHundredClientsAtOnce_loseNothing()
     QVERIFY(answersAGoodQuestion());
 }
 
+void TestSysguardQuestsThread::clientsRightAfterOneAnother_areAllAcknowledged()
+{
+    constexpr int clients = 500;
+    startListening();
+    m_thread->rightRegionIniSuccess();
+    // The end of each must not reach the channel after the question of the next.
+    QVERIFY(postAll(m_port, QVector<QByteArray>(clients, document("x")), Connections::OneEach));
+    QCOMPARE(m_asked.size(), clients);
+}
+
 void TestSysguardQuestsThread::floodWhileTheWindowIsBusy_isHeldBack()
 {
     constexpr qint64 flood = 256LL * 1024 * 1024;
     startListening();
     m_thread->rightRegionIniSuccess();
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    static std::atomic<bool> clientGone;
+    clientGone = false;
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
+        clientGone = clientGone || text.startsWith(QLatin1String("Client is disconnected from"));
+    });
     // Blocking, so that nothing is read on this thread while as much is sent as goes.
     QTcpSocket client;
     client.connectToHost(QHostAddress(QHostAddress::LocalHost), m_port);
@@ -445,6 +461,8 @@ void TestSysguardQuestsThread::floodWhileTheWindowIsBusy_isHeldBack()
     }
     QVERIFY2(accepted < flood / 2, qPrintable(QString::number(accepted)));
     client.abort();
+    // What it has sent is read to its end; until then it is the client that spoke last.
+    QTRY_VERIFY_WITH_TIMEOUT(clientGone, 2 * waitMs);
     QVERIFY(answersAGoodQuestion());
 }
 
