@@ -3,6 +3,7 @@
 #include "ui/mainwindow/suggestionpopup.h"
 
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTextEdit>
 #include <QTimer>
@@ -33,6 +34,8 @@ private slots:
     void esc_closes_fromBoxAndRow();
     void runawayPattern_doesNotFreeze();
     void questionSentWhileSuggestionsAreFetched_showsNoPopup();
+    void questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds_data();
+    void questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds();
     void clickWhileAnAnswerIsAwaited_getsItsOwnAnswer();
     void popup_growsAboveTheInputPanel();
 
@@ -256,6 +259,49 @@ void TestSuggestions::questionSentWhileSuggestionsAreFetched_showsNoPopup()
     tick(QStringLiteral("a"));
     QVERIFY(m_bench->popup() == nullptr);
     QCOMPARE(m_bench->questions(), QStringList{QStringLiteral("a")});
+}
+
+void TestSuggestions::questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds_data()
+{
+    QTest::addColumn<bool>("answered");
+    QTest::newRow("answered late") << true;
+    QTest::newRow("never answered") << false;
+}
+
+void TestSuggestions::questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds()
+{
+    QFETCH(bool, answered);
+    constexpr int beyondTheTimeLimit = 100; // ticks
+    m_bench->server().setReplyFor(WindowBench::suggestPath, held(httpReply("{}")));
+    m_bench->server().setReplyFor(WindowBench::askPath,
+                                  held(answered ? httpReply("{}") : droppedReply()));
+    m_bench->onceRequested(WindowBench::suggestPath, 1,
+                           [this] { m_bench->send(QStringLiteral("问")); });
+    bool endedWhileItHung = false;
+    m_bench->onceRequested(WindowBench::askPath, 1, [this, &endedWhileItHung] {
+        QTimer
+            other; // as quick as the ticks, which wait for the call that the question is inside of
+        const QSignalSpy others(&other, &QTimer::timeout);
+        const QSignalSpy ticks(&m_bench->timer("associationTick"), &QTimer::timeout);
+        other.start(m_bench->timer("associationTick").interval());
+        m_bench->input()->setPlainText(QStringLiteral("b"));
+        m_bench->serveSuggestions(3);
+        QTRY_VERIFY(others.size() >= beyondTheTimeLimit);
+        QCOMPARE(ticks.size(), 0);
+        QCOMPARE(calls(), 1);
+        endedWhileItHung = true;
+        m_bench->server().release();
+    });
+    m_bench->hurry("associationTick");
+    m_bench->input()->setPlainText(QStringLiteral("a"));
+    m_bench->timer("associationTick").start();
+    QTRY_VERIFY(m_bench->popup() != nullptr);
+    QVERIFY(endedWhileItHung);
+    QCOMPARE(m_bench->questions(), QStringList{QStringLiteral("问")});
+    QCOMPARE(m_bench->input()->toPlainText(), QStringLiteral("b"));
+    QCOMPARE(calls(), 2);
+    m_bench->input()->setPlainText(QStringLiteral("bc"));
+    QTRY_COMPARE(calls(), 3);
 }
 
 void TestSuggestions::clickWhileAnAnswerIsAwaited_getsItsOwnAnswer()
