@@ -23,6 +23,8 @@ SENT = "send messages(Sysguard) by idp qa request, isGetHotQuests:true. netHotWo
 
 MIB = 1024 * 1024
 LARGE = 64 * MIB
+# Loopback delivers as much in one piece.
+READ_AT_ONCE = 32 * 1024
 # What may stay after a hard case: the log's and the heap's buffers, and a few bubbles.
 MAY_STAY_KIB = 24 * 1024
 WARM_UP = 3
@@ -53,6 +55,19 @@ class GuardChannelTest(DesktopTest):
         service.log.wait_for("call=ask", "verdict=accepted", f'question="{text}"',
                              'source="rawquery"')
         self.assertTrue(assistant.alive)
+
+    def send_and_leave(self, assistant: Assistant, pieces: list[bytes]) -> None:
+        """Sends what is no question, each piece as a message of its own, and leaves. Returns when
+        all of it is read: until then its sender is the client that spoke last."""
+        assistant.log.mark()
+        with GuardClient(channel_port(self.installation)) as client:
+            for piece in pieces:
+                client.send(piece)
+                assistant.wait_for_log("sysguard bytearray date")
+                assistant.log.mark()
+        # Wine now and then swallows the end of a connection on which it has just written.
+        if max(map(len, pieces)) > READ_AT_ONCE:
+            assistant.wait_for_log("Client is disconnected from ")
 
     def asked(self, service: DemoService) -> list[str]:
         """The questions that the service was asked since the mark."""
@@ -112,14 +127,7 @@ class GuardChannelTest(DesktopTest):
         for name, pieces in hard_messages():
             with self.subTest(name):
                 before = self.held_kib(assistant)
-                assistant.log.mark()
-                with GuardClient(port) as client:
-                    for piece in pieces:
-                        client.send(piece)
-                        assistant.wait_for_log("sysguard bytearray date")
-                        assistant.log.mark()
-                wait_until(lambda: assistant.log.has("Client is disconnected from ")
-                           or not assistant.alive, "the end of the connection")
+                self.send_and_leave(assistant, pieces)
                 self.good_question(assistant, service)
                 if MEMORY_COUNTS:
                     wait_until(lambda: self.held_kib(assistant) < before + MAY_STAY_KIB,
@@ -139,11 +147,8 @@ class GuardChannelTest(DesktopTest):
         wait_until(lambda: len(self.asked(service)) >= len(texts), "all questions", 120)
         self.assertEqual(texts, sorted(self.asked(service)))
         assistant.wait_for_log(*["send QAFinished signal"] * len(texts))
-        assistant.log.mark()
         for client in clients:
             client.close()
-        # Each takes along the client that spoke last, so they must be gone before the next.
-        assistant.wait_for_log(*["Client is disconnected from "] * len(clients))
         self.good_question(assistant, service)
         self.close_cleanly(assistant)
 
