@@ -4,26 +4,24 @@
 
 #ifdef Q_OS_WIN
 
-bool mayRemoveServerName(const QString &name)
+bool isOwnFile(const QString &name)
 {
     Q_UNUSED(name)
-    return true;
+    return false;
 }
 
 #else
 
+#include <QCoreApplication>
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 
-#include <sys/stat.h>
-
-bool mayRemoveServerName(const QString &name)
+bool isOwnFile(const QString &name)
 {
     // Joined as QLocalServer does it: an unusable TMPDIR gives an empty path, thus the root folder.
-    const QByteArray path
-        = QFile::encodeName(QDir::cleanPath(QDir::tempPath()) + QLatin1Char('/') + name);
-    struct stat status = {};
-    return lstat(path.constData(), &status) != 0 || S_ISSOCK(status.st_mode);
+    const QString path = QDir::cleanPath(QDir::tempPath()) + QLatin1Char('/') + name;
+    return QFileInfo(path).canonicalFilePath()
+        == QFileInfo(QCoreApplication::applicationFilePath()).canonicalFilePath();
 }
 
 #endif

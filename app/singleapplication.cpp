@@ -49,7 +49,7 @@ void SingleApplication::becomeFirstCopy()
     }
     // A copy that crashed leaves its name behind. Any other obstacle: run without the guard.
     if (m_localServer->serverError() == QAbstractSocket::AddressInUseError
-        && mayRemoveServerName(m_serverName)) {
+        && !isOwnFile(m_serverName)) {
         QLocalServer::removeServer(m_serverName);
         m_localServer->listen(m_serverName);
     }

@@ -33,6 +33,7 @@ private slots:
     void unreadable_isCopiedAsNothing();
     void unreadable_canBePreviewed();
     void unreadableAnimation_isWrittenAndHasNoFrames();
+    void animationOfAnAbsurdSize_isNeverDecoded();
     void inSingleQuotes_isRead();
     void withoutAClosingQuote_isRead();
     void twoInOnePiece_showTheFirst();
@@ -161,10 +162,30 @@ void TestHostilePictures::unreadableAnimation_isWrittenAndHasNoFrames()
         = show(QStringLiteral("<p><img src=\"data:image/gif;base64,aGVsbG8=\" style=\"\"/></p>"));
     const PictureRow *row = answer.content()->pictureRows().first();
     QCOMPARE(row->size(), QSize(446, 4));
-    QVERIFY(!row->label()->movie()->isValid());
+    QVERIFY(!row->label()->movie());
     QFile file(QStringLiteral("gif/0.gif"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("hello"));
+}
+
+void TestHostilePictures::animationOfAnAbsurdSize_isNeverDecoded()
+{
+    // One frame of 1 x 1 px on a canvas of 16,000 x 16,000 px (GIF89a).
+    const QByteArray gif = QByteArray::fromHex("474946383961803e803e800000ff0000ffffff"
+                                               "2c00000000010001000002024401003b");
+    const LogCapture log;
+    const AnswerItem &answer
+        = show(QStringLiteral("<p><img src=\"data:image/gif;base64,%1\" style=\"\"/></p>")
+                   .arg(QLatin1String(gif.toBase64())));
+    const PictureRow *row = answer.content()->pictureRows().first();
+    QCOMPARE(row->size(), QSize(446, 4));
+    QVERIFY(!row->label()->movie());
+    QCOMPARE(log.linesWith(QStringLiteral("warning: picture is too large")).size(), 1);
+    m_region->picture_preview(0);
+    QVERIFY(!m_region->preview()->findChild<QMovie *>());
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
+    QVERIFY(QApplication::clipboard()->image().isNull());
 }
 
 void TestHostilePictures::inSingleQuotes_isRead()

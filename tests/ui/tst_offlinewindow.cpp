@@ -1,17 +1,13 @@
-#include "app/apppaths.h"
-#include "resources/resources.h"
 #include "tests/service/support/logcapture.h"
 #include "tests/service/support/refusingport.h"
-#include "tests/service/support/testconfig.h"
-#include "tests/service/support/testserver.h"
 #include "tests/standins/standinfolder.h"
+#include "tests/ui/support/windowbench.h"
 #include "ui/answer/answercontent.h"
 #include "ui/answer/answeritem.h"
 #include "ui/answer/messagebubble.h"
 #include "ui/answer/qaregion.h"
 #include "ui/answer/questionbubble.h"
 #include "ui/mainwindow/hotquestionscolumn.h"
-#include "ui/mainwindow/miravel.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,10 +26,6 @@ namespace {
 constexpr int amplyMs = 30'000;
 
 const QString next = QStringLiteral("换一换");
-const QString noNetwork
-    = QStringLiteral("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
-                     "您可在“热门问答”区域查看常见问题。");
-
 const QByteArray hotReply = R"({"errorCode":"0","result":[{"id":7,"question":"如何修改密码？"}]})";
 
 const QByteArray answerReply
@@ -52,7 +44,6 @@ class TestOfflineWindow : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void init();
     void cleanup();
     void launcherStart_readsTheLibrary();
@@ -81,40 +72,21 @@ private:
     [[nodiscard]] QStringList rows() const;
     [[nodiscard]] QPushButton *row(const QString &question) const;
     [[nodiscard]] QPushButton *nextButton() const;
-    [[nodiscard]] QStringList messages() const;
 
-    std::unique_ptr<TestConfig> m_config;
-    std::unique_ptr<TestServer> m_server;
-    std::unique_ptr<Miravel> m_window;
+    std::unique_ptr<WindowBench> m_bench;
 };
-
-void TestOfflineWindow::initTestCase()
-{
-    initResources();
-}
 
 void TestOfflineWindow::init()
 {
-    m_config = std::make_unique<TestConfig>();
-    m_server = std::make_unique<TestServer>();
-    m_config->setServer(m_server->port());
-    m_config->set(QStringLiteral("url/hoturl"), QStringLiteral("/hot"));
-    m_config->set(QStringLiteral("url/askquesturl"), QStringLiteral("/ask"));
-    m_config->set(QStringLiteral("ihttpInfo/iHttpMode"), QStringLiteral("0"));
-    m_server->setReplyFor("/hot", httpReply(hotReply));
-    initAppPaths(QStringLiteral("vdi"));
-    QDir(m_config->root()).mkpath(QStringLiteral("Miravel/LocalQA"));
-    QDir::setCurrent(m_config->root() + QStringLiteral("/Miravel"));
-    m_window = std::make_unique<Miravel>();
-    m_window->show();
+    m_bench = std::make_unique<WindowBench>();
+    m_bench->removeClientSettings();
+    m_bench->server().setReplyFor(WindowBench::hotPath, httpReply(hotReply));
+    QVERIFY(QDir().mkdir(QStringLiteral("LocalQA")));
 }
 
 void TestOfflineWindow::cleanup()
 {
-    m_window.reset();
-    m_server.reset();
-    QDir::setCurrent(QDir::tempPath());
-    m_config.reset();
+    m_bench.reset();
 }
 
 void TestOfflineWindow::writeLibrary(int count) const
@@ -136,14 +108,15 @@ void TestOfflineWindow::write(int number, const QString &question, const QString
 
 void TestOfflineWindow::goOnline()
 {
-    QSignalSpy ready(m_window.get(), &Miravel::rightRegionSuccess);
-    m_window->startForVdiClient();
+    QSignalSpy ready(&m_bench->window(), &Miravel::rightRegionSuccess);
+    m_bench->window().startForVdiClient();
     QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, amplyMs);
 }
 
 QStringList TestOfflineWindow::rows() const
 {
-    const auto *list = m_window->findChild<HotQuestionsColumn *>()->findChild<QListWidget *>();
+    const auto *list
+        = m_bench->window().findChild<HotQuestionsColumn *>()->findChild<QListWidget *>();
     QStringList texts;
     for (int i = 0; i < list->count(); ++i) {
         const auto *button = list->itemWidget(list->item(i))->findChild<QPushButton *>();
@@ -154,7 +127,8 @@ QStringList TestOfflineWindow::rows() const
 
 QPushButton *TestOfflineWindow::row(const QString &question) const
 {
-    const auto *list = m_window->findChild<HotQuestionsColumn *>()->findChild<QListWidget *>();
+    const auto *list
+        = m_bench->window().findChild<HotQuestionsColumn *>()->findChild<QListWidget *>();
     for (int i = 0; i < list->count(); ++i) {
         auto *button = list->itemWidget(list->item(i))->findChild<QPushButton *>();
         if (button && button->accessibleName() == question) {
@@ -166,8 +140,9 @@ QPushButton *TestOfflineWindow::row(const QString &question) const
 
 QPushButton *TestOfflineWindow::nextButton() const
 {
-    const auto buttons = m_window->findChild<HotQuestionsColumn *>()->findChildren<QPushButton *>(
-        QString(), Qt::FindDirectChildrenOnly);
+    const auto buttons
+        = m_bench->window().findChild<HotQuestionsColumn *>()->findChildren<QPushButton *>(
+            QString(), Qt::FindDirectChildrenOnly);
     for (QPushButton *button : buttons) {
         if (button->text() == next) {
             return button;
@@ -176,22 +151,12 @@ QPushButton *TestOfflineWindow::nextButton() const
     return nullptr;
 }
 
-QStringList TestOfflineWindow::messages() const
-{
-    QStringList texts;
-    const auto bubbles = m_window->findChildren<MessageBubble *>();
-    for (const MessageBubble *bubble : bubbles) {
-        texts.append(bubble->label()->text());
-    }
-    return texts;
-}
-
 void TestOfflineWindow::launcherStart_readsTheLibrary()
 {
     writeLibrary(2);
-    QSignalSpy ready(m_window.get(), &Miravel::rightRegionSuccess);
+    QSignalSpy ready(&m_bench->window(), &Miravel::rightRegionSuccess);
     const LogCapture log;
-    m_window->startForLauncher();
+    m_bench->window().startForLauncher();
     QCOMPARE(rows(),
              (QStringList{QStringLiteral("1. 如何1？"), QStringLiteral("2. 如何2？"), QString()}));
     QVERIFY(nextButton()->isVisible());
@@ -204,8 +169,8 @@ void TestOfflineWindow::launcherStart_readsTheLibrary()
 
 void TestOfflineWindow::launcherStart_withoutLibrary_showsNoRowsAndNoButton()
 {
-    QSignalSpy ready(m_window.get(), &Miravel::rightRegionSuccess);
-    m_window->startForLauncher();
+    QSignalSpy ready(&m_bench->window(), &Miravel::rightRegionSuccess);
+    m_bench->window().startForLauncher();
     QCOMPARE(rows(), QStringList());
     QVERIFY(!nextButton()->isVisible());
     QCOMPARE(ready.count(), 0);
@@ -214,10 +179,11 @@ void TestOfflineWindow::launcherStart_withoutLibrary_showsNoRowsAndNoButton()
 void TestOfflineWindow::failedFirstFetch_showsTheLibrary()
 {
     writeLibrary(1);
-    m_server->setReplyFor("/hot", httpReply(R"({"errorCode":"50001","result":[]})"));
+    m_bench->server().setReplyFor(WindowBench::hotPath,
+                                  httpReply(R"({"errorCode":"50001","result":[]})"));
     const LogCapture log;
-    m_window->startForVdiClient();
-    QTRY_COMPARE_WITH_TIMEOUT(messages(), QStringList{noNetwork}, amplyMs);
+    m_bench->window().startForVdiClient();
+    QTRY_COMPARE_WITH_TIMEOUT(m_bench->messages(), QStringList{noNetworkText}, amplyMs);
     QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
     QCOMPARE(log.linesWith(QStringLiteral("info: Get Location")),
              QStringList{QStringLiteral("info: Get Location hot issues ! "
@@ -228,7 +194,7 @@ void TestOfflineWindow::nextPage_goesRound()
 {
     constexpr int shipped = 30;
     writeLibrary(shipped);
-    m_window->startForLauncher();
+    m_bench->window().startForLauncher();
     QCOMPARE(rows().first(), QStringLiteral("1. 如何1？"));
     QCOMPARE(rows().size(), 16);
     QTest::mouseClick(nextButton(), Qt::LeftButton);
@@ -242,13 +208,13 @@ void TestOfflineWindow::nextPage_goesRound()
 void TestOfflineWindow::clickedQuestion_getsItsAnswer()
 {
     writeLibrary(3);
-    m_window->startForLauncher();
+    m_bench->window().startForLauncher();
     const LogCapture log;
     QTest::mouseClick(row(numbered(2)), Qt::LeftButton);
-    const auto *question = m_window->findChild<QuestionBubble *>();
+    const auto *question = m_bench->window().findChild<QuestionBubble *>();
     QVERIFY(question);
     QCOMPARE(question->label()->text(), numbered(2));
-    const auto *answer = m_window->findChild<AnswerItem *>();
+    const auto *answer = m_bench->window().findChild<AnswerItem *>();
     QVERIFY(answer);
     QCOMPARE(answer->titleLabel()->text(), numbered(2));
     QCOMPARE(answer->content()->paragraphs().size(), 1);
@@ -257,7 +223,7 @@ void TestOfflineWindow::clickedQuestion_getsItsAnswer()
                                                       "questionId: 0"),
                                        QStringLiteral("info: getIDP: false"),
                                        QStringLiteral("info: locatNum: 2")}));
-    QCOMPARE(m_server->connectionCount(), 0);
+    QCOMPARE(m_bench->server().connectionCount(), 0);
 }
 
 void TestOfflineWindow::answerWithAPicture_showsIt()
@@ -270,9 +236,9 @@ void TestOfflineWindow::answerWithAPicture_showsIt()
           QStringLiteral(
               "<p>一</p><p><img src=\"data:image/png;base64,%1\" style=\"\"/></p><p>二</p>")
               .arg(picture));
-    m_window->startForLauncher();
+    m_bench->window().startForLauncher();
     QTest::mouseClick(row(numbered(1)), Qt::LeftButton);
-    const auto *answer = m_window->findChild<AnswerItem *>();
+    const auto *answer = m_bench->window().findChild<AnswerItem *>();
     QCOMPARE(answer->content()->paragraphs().size(), 2);
     QCOMPARE(answer->content()->pictureRows().size(), 1);
 }
@@ -280,11 +246,11 @@ void TestOfflineWindow::answerWithAPicture_showsIt()
 void TestOfflineWindow::unknownQuestion_showsNothing()
 {
     writeLibrary(1);
-    m_window->startForLauncher();
+    m_bench->window().startForLauncher();
     const LogCapture log;
-    m_window->hotRecom_list_click(QStringLiteral("如何1"), 0);
-    QVERIFY(!m_window->findChild<QuestionBubble *>());
-    QVERIFY(!m_window->findChild<AnswerItem *>());
+    m_bench->window().hotRecom_list_click(QStringLiteral("如何1"), 0);
+    QVERIFY(!m_bench->window().findChild<QuestionBubble *>());
+    QVERIFY(!m_bench->window().findChild<AnswerItem *>());
     QVERIFY(log.lines().contains(QStringLiteral("info: locatNum: -1")));
 }
 
@@ -294,7 +260,7 @@ void TestOfflineWindow::networkProblem_showsTheLibraryOnce()
     goOnline();
     QCOMPARE(rows().size(), 16);
     const LogCapture log;
-    emit m_window->findChild<QARegion *>()->netproblem();
+    emit m_bench->window().findChild<QARegion *>()->netproblem();
     QCOMPARE(rows(),
              (QStringList{QStringLiteral("1. 如何1？"), QStringLiteral("2. 如何2？"), QString()}));
     QCOMPARE(log.linesWith(QStringLiteral("info: ")),
@@ -302,21 +268,21 @@ void TestOfflineWindow::networkProblem_showsTheLibraryOnce()
                           QStringLiteral("info: before getIDP = true, show LocalQA"),
                           QStringLiteral("info: questLocation size0"),
                           QStringLiteral("info: parse localQuest. questLocation size2")}));
-    emit m_window->findChild<QARegion *>()->netproblem();
+    emit m_bench->window().findChild<QARegion *>()->netproblem();
     QCOMPARE(log.linesWith(QStringLiteral("info: ")).mid(4),
              QStringList{QStringLiteral("info: get network problem signal")});
     QTest::mouseClick(row(numbered(2)), Qt::LeftButton);
-    QVERIFY(m_window->findChild<AnswerItem *>());
+    QVERIFY(m_bench->window().findChild<AnswerItem *>());
 }
 
 void TestOfflineWindow::networkProblem_withTheLibraryRead_readsNothing()
 {
     writeLibrary(1);
-    m_window->startForLauncher(); // reads the library
+    m_bench->window().startForLauncher(); // reads the library
     goOnline();
     writeLibrary(2);
     const LogCapture log;
-    m_window->refreshLocalQA();
+    m_bench->window().refreshLocalQA();
     QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
     QCOMPARE(log.lines(), (QStringList{QStringLiteral("info: get network problem signal"),
                                        QStringLiteral("info: before getIDP = true, show LocalQA"),
@@ -326,7 +292,7 @@ void TestOfflineWindow::networkProblem_withTheLibraryRead_readsNothing()
 void TestOfflineWindow::networkProblem_withoutLibrary_showsTheButton()
 {
     goOnline();
-    m_window->refreshLocalQA();
+    m_bench->window().refreshLocalQA();
     QCOMPARE(rows(), QStringList{QString()});
     QVERIFY(nextButton()->isVisible());
     QTest::mouseClick(nextButton(), Qt::LeftButton);
@@ -338,30 +304,30 @@ void TestOfflineWindow::networkProblem_ofARealQuestion_showsTheLibrary()
     writeLibrary(1);
     goOnline();
     const RefusingPort refusing;
-    m_config->setServer(refusing.port());
+    m_bench->config().setServer(refusing.port());
     QTest::mouseClick(row(QStringLiteral("如何修改密码？")), Qt::LeftButton);
     QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
-    QCOMPARE(messages().last(), noNetwork);
+    QCOMPARE(m_bench->messages().last(), noNetworkText);
     QTest::mouseClick(row(numbered(1)), Qt::LeftButton);
-    QVERIFY(m_window->findChild<AnswerItem *>());
+    QVERIFY(m_bench->window().findChild<AnswerItem *>());
 }
 
 void TestOfflineWindow::refreshWithData_bringsTheServiceBack()
 {
     writeLibrary(1);
     goOnline();
-    m_window->refreshLocalQA();
+    m_bench->window().refreshLocalQA();
     QCOMPARE(rows().first(), QStringLiteral("1. 如何1？"));
-    m_window->refreshHotQuestionsTimer();
+    m_bench->window().refreshHotQuestionsTimer();
     QTRY_COMPARE_WITH_TIMEOUT(rows().first(), QStringLiteral("1. 如何修改密码？"), amplyMs);
-    QCOMPARE(messages().last(), QStringLiteral("热门问题刷新成功。"));
+    QCOMPARE(m_bench->messages().last(), QStringLiteral("热门问题刷新成功。"));
 }
 
 void TestOfflineWindow::askWhile(const std::function<void()> &meanwhile)
 {
-    m_server->setReplyFor("/ask", held(httpReply(answerReply)));
+    m_bench->server().setReplyFor(WindowBench::askPath, held(httpReply(answerReply)));
     QPushButton *clicked = row(QStringLiteral("如何修改密码？"));
-    connect(clicked, &QObject::destroyed, this, [this] { m_server->release(); });
+    connect(clicked, &QObject::destroyed, this, [this] { m_bench->server().release(); });
     QTimer::singleShot(0, this, meanwhile);
     QTest::mouseClick(clicked, Qt::LeftButton);
 }
@@ -370,20 +336,20 @@ void TestOfflineWindow::networkProblem_replacesTheRowWhoseAnswerIsAwaited()
 {
     writeLibrary(1);
     goOnline();
-    askWhile([this] { emit m_window->findChild<QARegion *>()->netproblem(); });
+    askWhile([this] { emit m_bench->window().findChild<QARegion *>()->netproblem(); });
     QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
-    QCOMPARE(m_window->findChildren<AnswerItem *>().size(), 1);
+    QCOMPARE(m_bench->window().findChildren<AnswerItem *>().size(), 1);
 }
 
 void TestOfflineWindow::programsGone_replaceTheColumnWhoseAnswerIsAwaited()
 {
     const StandInFolder noCommands; // nothing is found that could list programs
-    QDir::setCurrent(m_config->root() + QStringLiteral("/Miravel"));
+    QDir::setCurrent(m_bench->config().root() + QStringLiteral("/Miravel"));
     writeLibrary(1);
     goOnline();
-    askWhile([this] { m_window->detectionProcess_VdiAndOmbra(); });
+    askWhile([this] { m_bench->window().detectionProcess_VdiAndOmbra(); });
     QCOMPARE(rows(), (QStringList{QStringLiteral("1. 如何1？"), QString()}));
-    QCOMPARE(m_window->findChildren<AnswerItem *>().size(), 1);
+    QCOMPARE(m_bench->window().findChildren<AnswerItem *>().size(), 1);
 }
 
 QTEST_MAIN(TestOfflineWindow)

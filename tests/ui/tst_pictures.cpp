@@ -43,7 +43,7 @@ private slots:
 
     void labelSize_data();
     void labelSize();
-    void data_endAtTheQuote();
+    void data_endAtTheQuoteBeforeTheStyle();
     void base64_isReadAsTheToolkitReadsIt_data();
     void base64_isReadAsTheToolkitReadsIt();
     void everyFormat_isRead_data();
@@ -145,7 +145,7 @@ void TestPictures::labelSize()
     QCOMPARE(pictureLabelSize(picture), label);
 }
 
-void TestPictures::data_endAtTheQuote()
+void TestPictures::data_endAtTheQuoteBeforeTheStyle()
 {
     const auto textOf = [](const QString &piece) {
         return inlinePictureText(piece).toString();
@@ -153,7 +153,10 @@ void TestPictures::data_endAtTheQuote()
     const QString tag = QStringLiteral("<img src=\"data:image/png;base64,%1");
     const QString text = QStringLiteral("aGVsbG8=");
     QCOMPARE(textOf(tag.arg(text) + QLatin1String("\" style=\"a\"/>")), text);
-    QCOMPARE(textOf(tag.arg(text) + QLatin1String("\" alt=\"abcd\">")), text);
+    const QString other = QStringLiteral("\" alt=\"abcd");
+    QCOMPARE(textOf(tag.arg(text) + other + QLatin1String("\" style=\"a\">")), text + other);
+    QCOMPARE(textOf(tag.arg(text) + QLatin1String("\"  style=\"a\"/>base64,QQ==\" style=\"\"")),
+             text + QLatin1String("\"  style=\"a\"/>"));
     QCOMPARE(textOf(tag.arg(text)), text);
     QCOMPARE(textOf(QStringLiteral("<img src=\"data:image/svg+xml,x\">")), QString());
 }

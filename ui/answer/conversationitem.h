@@ -72,6 +72,6 @@ private:
     [[nodiscard]] bool isInUse() const;
 
     Speaker m_speaker;
+    bool m_awake = true;     ///< before the next, as the list asks for it
     QListWidgetItem *m_item; ///< owned by the list, as this is
-    bool m_awake = true;
 };

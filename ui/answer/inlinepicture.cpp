@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QtEndian>
 
 namespace {
 
@@ -22,6 +23,18 @@ bool isAbsurd(const QSize &size)
     return size.isValid() && qint64(size.width()) * size.height() > maxDecodedBytes / bytesPerPixel;
 }
 
+/// The size in px of the canvas of the GIF \a data (GIF89a, logical screen descriptor), which each
+/// frame is painted on and which QImageReader does not tell; invalid when \a data are no GIF.
+QSize gifCanvas(const QByteArray &data)
+{
+    constexpr int descriptor = 6;
+    if (!data.startsWith("GIF8") || data.size() < descriptor + 2 * int(sizeof(quint16))) {
+        return {};
+    }
+    const char *sides = data.constData() + descriptor;
+    return {qFromLittleEndian<quint16>(sides), qFromLittleEndian<quint16>(sides + sizeof(quint16))};
+}
+
 } // namespace
 
 QStringRef inlinePictureText(const QString &piece)
@@ -31,10 +44,11 @@ QStringRef inlinePictureText(const QString &piece)
     if (from < 0) {
         return {};
     }
-    // Cut at the quote: what follows holds letters that would be decoded as well.
+    // Cut behind the data: what follows holds letters that would be decoded as well.
     const int begin = from + start.size();
-    const int end = piece.indexOf(QLatin1Char('"'), begin);
-    return piece.midRef(begin, end < 0 ? -1 : end - begin);
+    const int next = piece.indexOf(start, begin); // of another picture in the same paragraph
+    const QStringRef text = piece.midRef(begin, next < 0 ? -1 : next - begin);
+    return text.left(text.indexOf(QLatin1String("\" style=")));
 }
 
 bool isAnimatedPicture(const QString &piece)
@@ -58,7 +72,7 @@ QPixmap decodePicture(const QByteArray &data)
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
     reader.setDecideFormatFromContent(true);
-    const QSize size = reader.size();
+    const QSize size = reader.size().expandedTo(gifCanvas(data));
     if (isAbsurd(size)) {
         LOG_WARNING() << "picture is too large: " << size.width() << "x" << size.height();
         return {};
@@ -96,7 +110,6 @@ void save_gif(const QString &part, const QStringRef &base64Data, const QString &
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly)) {
         LOG_WARNING() << "open file fail";
-        return;
     }
-    file.write(bytesOfBase64(base64Data));
+    file.write(bytesOfBase64(base64Data)); // to no avail then, as the toolkit says in the log
 }

@@ -13,8 +13,9 @@ struct ConversationPicture
     bool animated = false;
 };
 
-/// The Base64 text (RFC 4648) in the source attribute of the image tag \a piece, up to its closing
-/// quote; empty when there is none. It refers to \a piece: the text may be large.
+/// The Base64 text (RFC 4648) in the source attribute of the image tag \a piece, up to the closing
+/// quote that a style attribute follows, or else up to the end; empty when there is none. It refers
+/// to \a piece: the text may be large.
 [[nodiscard]] QStringRef inlinePictureText(const QString &piece);
 
 /// Whether the image tag \a piece holds an animation.

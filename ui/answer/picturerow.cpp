@@ -32,12 +32,16 @@ PictureRow::PictureRow(const QSize &size, QWidget *parent)
     m_button->setCursor(Qt::PointingHandCursor);
     m_button->setContextMenuPolicy(Qt::CustomContextMenu);
     m_button->setAccessibleName(tr("查看图片"));
+    m_button->setToolTip(m_button->accessibleName());
     setPictureSize(pictureLabelSize(size));
 }
 
 void PictureRow::setPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath)
 {
     if (isAnimatedPicture(part)) {
+        if (pixmap.isNull()) {
+            return; // no picture, or one too large to be decoded
+        }
         auto *movie = new QMovie(gifPath, QByteArray(), m_label);
         m_label->setScaledContents(true);
         m_label->setMovie(movie);

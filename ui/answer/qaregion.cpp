@@ -340,6 +340,7 @@ ImageDisplay *QARegion::preview() const
 void QARegion::picture_preview(int k)
 {
     const ConversationPicture &picture = m_pictures.at(k);
+    imagePreview.reset(); // one window at a time
     imagePreview = std::make_unique<ImageDisplay>();
     imagePreview->PreviewWin(picture.pixmap, picture.title, picture.animated, k);
     connect(imagePreview.get(), &ImageDisplay::previousImage_signal, this,
@@ -404,10 +405,11 @@ void QARegion::copyPicture(int num) const
     if (num < 0 || num >= m_pictures.size()) {
         return;
     }
-    if (m_pictures.at(num).animated) {
+    const ConversationPicture &picture = m_pictures.at(num);
+    if (picture.animated && !picture.pixmap.isNull()) {
         QApplication::clipboard()->setImage(QImage(animationFile(num)));
     } else {
-        QApplication::clipboard()->setPixmap(m_pictures.at(num).pixmap);
+        QApplication::clipboard()->setPixmap(picture.pixmap);
     }
 }
 

@@ -46,6 +46,9 @@ public:
     void getAskAndAnswer_NoThread(const QString &question, const QString &source,
                                   const QString &originalQuestion, qint64 questionId);
 
+    /// The service that is asked. Its time limits may be changed between two calls.
+    [[nodiscard]] IdpInterface &service() { return m_idp; }
+
     /// The service's suggestions for the typed \a text, empty on any failure. Waits for them for at
     /// most 0.4 s, in which the window stays responsive.
     [[nodiscard]] QJsonArray association_questions(const QString &text);

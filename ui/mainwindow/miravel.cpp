@@ -145,6 +145,31 @@ void Miravel::refreshLocalQA()
     m_modes->refreshLocalQA();
 }
 
+void Miravel::getHotQuestion_thread_right()
+{
+    m_modes->getHotQuestion_thread_right();
+}
+
+void Miravel::getHotQuestion_right(QJsonArray hotQuestions)
+{
+    m_modes->getHotQuestion_right(hotQuestions);
+}
+
+void Miravel::refreshHotQuestions(QJsonArray hotQuestions)
+{
+    m_modes->refreshHotQuestions(hotQuestions);
+}
+
+void Miravel::switchHotQuestionLocation_show()
+{
+    m_modes->switchHotQuestionLocation_show();
+}
+
+void Miravel::showLocalQA()
+{
+    m_modes->showLocalQA();
+}
+
 void Miravel::switchHotQuestionLocation_change()
 {
     m_modes->switchHotQuestionLocation_change();

@@ -6,6 +6,7 @@
 #include "ui/mainwindow/windowform.h"
 #include "ui/mainwindow/windowtimers.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QWidget>
 
@@ -113,13 +114,32 @@ public slots:
     /// Fetches the hot questions anew; runs every 30 minutes.
     void refreshHotQuestionsTimer();
 
+    /// The service turned out to be unreachable: shows the local library unless it is shown
+    /// already.
+    void refreshLocalQA();
+
+public:
     /// Asks the question that the guard tool posted, in the user's stead, and reports by
     /// QAFinished() when it has been dealt with.
     void sendSysguardQuest(QJsonObject obj);
 
-    /// The service turned out to be unreachable: shows the local library unless it is shown
-    /// already.
-    void refreshLocalQA();
+    /// Starts the thread that takes the guard tool's questions.
+    void listenSysguardMessage_thread();
+
+    /// Fetches the hot questions for the first time, under a veil that shows it.
+    void getHotQuestion_thread_right();
+
+    /// What that fetch has brought; nothing means that the service is not to be had.
+    void getHotQuestion_right(QJsonArray hotQuestions);
+
+    /// What a later fetch has brought.
+    void refreshHotQuestions(QJsonArray hotQuestions);
+
+    /// Shows the first page of the local questions and says why they are shown.
+    void switchHotQuestionLocation_show();
+
+    /// Shows the local questions in place of the service's.
+    void showLocalQA();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -138,7 +158,6 @@ private:
     void connectTimers();
     void connectModes();
     void watchScreens();
-    void listenSysguardMessage_thread();
     void stopSuggestions();
 
     QString m_configPath;

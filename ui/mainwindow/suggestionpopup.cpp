@@ -50,14 +50,10 @@ void addShadow(QWidget *widget)
     widget->setGraphicsEffect(shadow);
 }
 
-/// The part of \a question that fits into a row; all of it when it does.
-QString fittingText(const QString &question, const QFontMetrics &metrics)
+/// Whether a row has room for all of \a question.
+bool fits(const QString &question, const QFontMetrics &metrics)
 {
-    const QString measured = question.left(mostMeasured);
-    if (metrics.horizontalAdvance(measured) < textLimit && measured.size() == question.size()) {
-        return question;
-    }
-    return metrics.elidedText(measured, Qt::ElideRight, textLimit);
+    return question.size() <= mostMeasured && metrics.horizontalAdvance(question) < textLimit;
 }
 
 void setRowText(QLabel *label, const QString &text, SuggestionHighlight &highlight)
@@ -115,8 +111,13 @@ void SuggestionPopup::addRow(const SuggestedQuestion &suggestion, SuggestionHigh
     label->setStyleSheet(rowTextStyle);
     label->setGeometry(QRect(QPoint(), rowSize));
     label->ensurePolished(); // measured with its own font
-    const QString text = fittingText(suggestion.text, label->fontMetrics());
-    setRowText(label, text, highlight);
+    const QFontMetrics metrics = label->fontMetrics();
+    const bool whole = fits(suggestion.text, metrics);
+    setRowText(
+        label,
+        whole ? suggestion.text
+              : metrics.elidedText(suggestion.text.left(mostMeasured), Qt::ElideRight, textLimit),
+        highlight);
 
     auto *button = new QPushButton(row);
     button->setGeometry(label->geometry());
@@ -124,7 +125,7 @@ void SuggestionPopup::addRow(const SuggestedQuestion &suggestion, SuggestionHigh
     button->setStyleSheet(styles::flatButton);
     button->setCursor(Qt::PointingHandCursor);
     button->setAccessibleName(suggestion.text);
-    if (text != suggestion.text) {
+    if (!whole) {
         button->setToolTip(plainToolTip(suggestion.text));
     }
     connect(button, &QPushButton::clicked, this,

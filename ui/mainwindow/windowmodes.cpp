@@ -143,7 +143,7 @@ void WindowModes::getHotQuestion_right(const QJsonArray &hotQuestions)
 void WindowModes::refreshHotQuestions(const QJsonArray &hotQuestions)
 {
     if (hotQuestions.isEmpty()) {
-        LOG_WARNING() << "failed to get hot issues";
+        LOG_INFO() << "failed to get hot issues";
         if (getIDP) {
             m_form.region->addRobotMessage(fixedmessages::refreshFailed());
             m_form.region->scrollToBottom();

@@ -35,6 +35,11 @@ public:
     void detectionProcess_VdiAndOmbra();
     void refreshHotQuestionsTimer();
     void refreshLocalQA();
+    void getHotQuestion_thread_right();
+    void getHotQuestion_right(const QJsonArray &hotQuestions);
+    void refreshHotQuestions(const QJsonArray &hotQuestions);
+    void switchHotQuestionLocation_show();
+    void showLocalQA();
     void switchHotQuestionLocation_change();
     void hotRecom_list_click(const QString &question, qint64 questionId);
     [[nodiscard]] int getLocationQuest_Num(const QString &question) const;
@@ -61,11 +66,6 @@ private:
     void switchToOnlineMode();
     void switchToOfflineMode();
     void buildHotQuestions();
-    void getHotQuestion_thread_right();
-    void getHotQuestion_right(const QJsonArray &hotQuestions);
-    void refreshHotQuestions(const QJsonArray &hotQuestions);
-    void switchHotQuestionLocation_show();
-    void showLocalQA();
 
     WindowForm m_form;
     WindowTimers &m_timers;

@@ -57,6 +57,7 @@ void ImageDisplay::buildForm()
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(frameWidth, frameWidth, frameWidth, frameWidth);
     layout->setSpacing(0);
+    layout->setSizeConstraint(QLayout::SetNoConstraint); // a restored animation may be smaller
     layout->addWidget(m_titleBar);
     layout->addWidget(m_area, 1);
     layout->addWidget(m_toolBar);
@@ -95,7 +96,6 @@ void ImageDisplay::PreviewWin(const QPixmap &picture, const QString &title, bool
 void ImageDisplay::PreviewWin_initial()
 {
     borderWidth = resizeBorderWidth;
-    limitSystemResize(this, smallestDraggedSize);
     resize(normalSize);
     const QRect desktop = screen()->geometry();
     move(desktop.center() - rect().center());
@@ -159,7 +159,7 @@ void ImageDisplay::playAnimation()
     m_toolBar->setAnimated(true);
     m_area->setScaled(false);
     const QString file = animationFile(index);
-    if (!m_area->playMovie(file)) {
+    if (original.isNull() || !m_area->playMovie(file)) {
         LOG_WARNING() << "animated picture cannot be played: " << file;
         m_area->showPicture(original);
     }
@@ -199,6 +199,7 @@ void ImageDisplay::max_windows_Imag()
 
 void ImageDisplay::MaxToNormal()
 {
+    limitSystemResize(this, QSize(0, 0)); // a small animation makes a small window
     showNormal();
     move(savedPos);
     resize(normalSize);
@@ -249,9 +250,8 @@ void ImageDisplay::MaxPicWind_clicked()
     current = scaledPicture(original, fit.box, screen()->size());
     scale = fit.ratio; // the next zoom step starts from here
     zoomAction = NoZoom;
+    m_area->setScaled(false);
     m_area->showPicture(current);
-    // A picture of about the area's proportions still exceeds its other side.
-    m_area->setScaled(current.width() > m_area->width() || current.height() > m_area->height());
 }
 
 void ImageDisplay::nextImage_clicked()
@@ -328,6 +328,7 @@ void ImageDisplay::mousePressEvent(QMouseEvent *event)
     const ResizeZone zone = resizeZoneAt(event->pos(), size(), borderWidth);
     if (zone != ResizeZone::None) {
         // Where the window system has no hit test of its own, it is asked to resize.
+        limitSystemResize(this, smallestDraggedSize);
         windowHandle()->startSystemResize(edgesOf(zone));
     } else if (isOnTitleBar(event->pos())) {
         m_dragOffset = event->globalPos() - pos();

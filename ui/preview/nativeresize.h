@@ -27,5 +27,6 @@ struct NativeResizeRequest
 /// Puts \a geometry in place of the one that a Sizing \a message proposes.
 void writeProposedGeometry(void *message, const QRect &geometry);
 
-/// Sees to it that \a window cannot be dragged below \a size where no Sizing request comes.
+/// Sees to it that \a window cannot be dragged below \a size where no Sizing request comes; empty
+/// for no limit.
 void limitSystemResize(QWidget *window, const QSize &size);

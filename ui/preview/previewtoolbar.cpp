@@ -50,13 +50,10 @@ QString disabledStyle(QLatin1String image)
         .arg(styles::spriteRow(image, rowsOfStrip - 1, rowsOfStrip, toolSize));
 }
 
-/// Nothing is painted behind the arrow, until the button is hovered over.
+/// Nothing is painted until the button is hovered over.
 QString pageStyle(QLatin1String image)
 {
-    return QStringLiteral("QPushButton{background-color:transparent;color:rgb(143,155,182);"
-                          "font:32px Microsoft YaHei;padding-bottom:6px;}"
-                          "QPushButton:focus,QPushButton:hover,QPushButton:pressed{color:"
-                          "transparent;}")
+    return QStringLiteral("QPushButton{background-color:transparent;}")
          + rowsAfterTheFirst(image, pageSize);
 }
 
@@ -71,11 +68,9 @@ QPushButton *makeButton(int size, const QString &name, QWidget *parent)
     return button;
 }
 
-QPushButton *makePageButton(QLatin1String image, const QString &arrow, const QString &name,
-                            QWidget *parent)
+QPushButton *makePageButton(QLatin1String image, const QString &name, QWidget *parent)
 {
     QPushButton *button = makeButton(pageSize, name, parent);
-    button->setText(arrow);
     button->setStyleSheet(pageStyle(image));
     return button;
 }
@@ -94,10 +89,8 @@ PreviewToolBar::PreviewToolBar(QWidget *parent)
     // Made in the order of their places, which is the order of the Tab key.
     m_tools[0] = makeButton(toolSize, tr("原始大小"), this);
     m_tools[1] = makeButton(toolSize, tr("适应窗口"), this);
-    m_previous = makePageButton(QLatin1String("btn-preview-5.png"), QStringLiteral("‹"),
-                                tr("上一张"), this);
-    m_next = makePageButton(QLatin1String("btn-preview-6.png"), QStringLiteral("›"), tr("下一张"),
-                            this);
+    m_previous = makePageButton(QLatin1String("btn-preview-5.png"), tr("上一张"), this);
+    m_next = makePageButton(QLatin1String("btn-preview-6.png"), tr("下一张"), this);
     m_tools[2] = makeButton(toolSize, tr("放大"), this);
     m_tools[3] = makeButton(toolSize, tr("缩小"), this);
     setAnimated(false);

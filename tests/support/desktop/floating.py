@@ -85,10 +85,19 @@ def _has_blue(row: Image.Image) -> bool:
 
 
 def wait_for_suggestions(assistant: Assistant) -> int:
-    """Waits for the popup for what is typed; how many suggestions it shows."""
+    """Waits for the popup for what is typed; how many suggestions it shows. The program waits 0.4 s
+    for them: when a busy machine took longer, a blank is typed and deleted, which asks again."""
+    replies = 0
+    has_blank = False
+
     def shown() -> int:
+        nonlocal replies, has_blank
         counts = [int(found) for found in _COUNT.findall(assistant.log.text())]
-        if not counts or counts[-1] == 0:
+        if len(counts) > replies and (has_blank or counts[-1] == 0):
+            assistant.person.press("BackSpace" if has_blank else "space")
+            has_blank = not has_blank
+        replies = len(counts)
+        if has_blank or not counts or counts[-1] == 0:
             return 0
         return counts[-1] if suggestions_shown(assistant.look(), counts[-1]) else 0
     return wait_until(shown, "suggestions for what is typed")

@@ -28,6 +28,8 @@ RECOMMENDED = "忘记登录密码怎么办？"
 # What is typed for suggestions, and the first of them.
 TYPED = "登录"
 SUGGESTED = "如何登录云桌面？"
+# The same text, typed within the second after it has been sent, asks for nothing.
+TYPED_NEXT = "密码"
 
 # How long the service keeps the first look waiting, so that the veil is seen, in ms.
 LOADING_MS = 1500
@@ -107,7 +109,7 @@ class Tour:
         self._click(place, SUGGESTED, "associate", "suggested-question")
 
     def _look_at_input_menu(self) -> None:
-        floating.type_text(self._assistant, TYPED)
+        floating.type_text(self._assistant, TYPED_NEXT)
         self._assistant.rest()
         floating.wait_for_suggestions(self._assistant)
         self._assistant.person.press("Escape", "ctrl+a")

@@ -4,6 +4,7 @@
 #include "resources/resources.h"
 #include "tests/service/support/logcapture.h"
 #include "ui/answer/messagebubble.h"
+#include "ui/answer/qaregion.h"
 #include "ui/answer/questionbubble.h"
 #include "ui/mainwindow/hotquestionscolumn.h"
 #include "ui/mainwindow/suggestionpopup.h"
@@ -39,6 +40,7 @@ namespace {
 
 constexpr int hurryMs = 5;
 constexpr int listenWaitMs = 30'000; // only a failing test waits that long
+constexpr int patientMs = 30'000;    // the same
 
 ServedReply questionList(int count, const QString &text, int firstId)
 {
@@ -106,11 +108,17 @@ void WindowBench::makeWindow()
         return !log.linesWith(QStringLiteral("info: Tcp listen")).isEmpty();
     };
     m_window = std::make_unique<Miravel>();
+    setSuggestionLimit(patientMs);
     m_window->show();
     m_window->activateWindow();
     if (!QTest::qWaitFor(isListening, listenWaitMs)) {
         qFatal("the guard's thread does not listen");
     }
+}
+
+void WindowBench::setSuggestionLimit(int ms) const
+{
+    m_window->findChild<QARegion *>()->service().associationTimeoutMs = ms;
 }
 
 void WindowBench::dropWindow()

@@ -51,6 +51,10 @@ public:
     /// The same for suggestions "建议1", ... with the ids 101, ...
     void serveSuggestions(int count);
 
+    /// How long the window waits for suggestions, in ms, from now on. Unless set it is more than a
+    /// busy machine needs.
+    void setSuggestionLimit(int ms) const;
+
     /// Runs the timer \a name every few milliseconds from now on, if it runs at all.
     void hurry(const char *name);
     [[nodiscard]] QTimer &timer(const char *name) const;
