@@ -12,7 +12,7 @@ from desktop.conversation import ANSWER, QUESTION
 from desktop.demoservice import DemoService
 from desktop.guardchannel import GuardClient, channel_port, document
 from desktop.installation import LOOPBACK, free_port
-from desktop.project import ON_WINE
+from desktop.project import ON_WINE, SLOWNESS
 from desktop.testcase import DesktopTest
 from desktop.waiting import wait_until
 
@@ -28,6 +28,9 @@ READ_AT_ONCE = 32 * 1024
 # What may stay after a hard case: the log's and the heap's buffers, and a few bubbles.
 MAY_STAY_KIB = 24 * 1024
 WARM_UP = 3
+
+# Hundreds of questions, inside each other or one after the other.
+MANY_S = 120 * SLOWNESS
 
 # Sanitizers keep what was freed; Wine's processes hold more than the program.
 MEMORY_COUNTS = "TSAN_OPTIONS" not in os.environ and not ON_WINE
@@ -144,7 +147,7 @@ class GuardChannelTest(DesktopTest):
         clients = [self.enterContext(GuardClient(port)) for _ in texts]
         for client, text in zip(clients, texts):
             client.send(document(text))
-        wait_until(lambda: len(self.asked(service)) >= len(texts), "all questions", 120)
+        wait_until(lambda: len(self.asked(service)) >= len(texts), "all questions", MANY_S)
         self.assertEqual(texts, sorted(self.asked(service)))
         assistant.wait_for_log(*["send QAFinished signal"] * len(texts))
         for client in clients:
@@ -162,7 +165,7 @@ class GuardChannelTest(DesktopTest):
                 client.send(document(text))
                 self.assertTrue(client.acknowledged())
             wait_until(lambda: self.asked(service) == [text for text in texts if text],
-                       "every question, in order", 120)
+                       "every question, in order", MANY_S)
         self.good_question(assistant, service)
         self.close_cleanly(assistant)
 
