@@ -18,6 +18,7 @@ DeadlineWait::~DeadlineWait()
 bool DeadlineWait::exec()
 {
     if (!m_ended) {
+        m_deadline.setRemainingTime(m_timer.interval(), Qt::PreciseTimer);
         m_timer.start();
         m_loop.exec();
         m_timer.stop();
@@ -35,6 +36,12 @@ void DeadlineWait::end()
 
 void DeadlineWait::expire()
 {
+    // The system's timers may fire a moment before their time.
+    const qint64 left = m_deadline.remainingTime();
+    if (left > 0) {
+        m_timer.start(static_cast<int>(left));
+        return;
+    }
     m_expired = true;
     m_loop.quit();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QTimer>
 
@@ -36,6 +37,7 @@ private:
 
     QEventLoop m_loop;
     QTimer m_timer;
+    QDeadlineTimer m_deadline; ///< of the wait that goes on
     QMetaObject::Connection m_ending;
     bool m_ended = false;
     bool m_expired = false;

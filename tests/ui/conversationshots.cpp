@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QDir>
+#include <QFile>
 #include <QFont>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -67,15 +68,14 @@ QString stillPicture(const QSize &size)
     return pictureTag(bytes, "png");
 }
 
-/// Two frames of 2 x 2 px, each of one colour.
+/// The program's own moving picture, 150 x 260 px.
 QString animatedPicture()
 {
-    return pictureTag(
-        QByteArray::fromHex("47494638396102000200810000ff00000000ff00000000000021ff0b4e455453"
-                            "43415045322e30030100000021f90400020000002c0000000002000200000806"
-                            "0001080410100021f90400020000002c0000000002000200810000ff00000000"
-                            "00000000000806000108041010003b"),
-        "gif");
+    QFile file(QStringLiteral(":/Images/waiting.gif"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        qFatal("the moving picture is missing");
+    }
+    return pictureTag(file.readAll(), "gif");
 }
 
 QString shortReply()

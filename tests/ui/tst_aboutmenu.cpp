@@ -81,6 +81,7 @@ void TestAboutMenu::environmentType()
 void TestAboutMenu::entries()
 {
     makeWindow(QStringLiteral("2"));
+    QVERIFY(WindowBench::putPointer());
     m_bench->window().about_menuClicked();
     QCOMPARE(menu()->pos(), QCursor::pos());
     QCOMPARE(button()->menu(), menu());

@@ -223,6 +223,7 @@ void TestInputMenu::returnKey_doesWhatTheArrowsChose()
 
 void TestInputMenu::rightClick_opensTheMenu()
 {
+    QVERIFY(WindowBench::putPointer());
     QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), QPoint(5, 5));
     QApplication::sendEvent(m_bench->input()->viewport(), &event);
     QVERIFY(menu() != nullptr);

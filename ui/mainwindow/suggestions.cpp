@@ -4,7 +4,6 @@
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/suggestionpopup.h"
 
-#include <QApplication>
 #include <QJsonArray>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -47,7 +46,7 @@ void Suggestions::close()
     if (m_popup.isNull()) {
         return;
     }
-    if (m_popup->isAncestorOf(QApplication::focusWidget())) {
+    if (m_popup->isAncestorOf(m_input->window()->focusWidget())) {
         m_input->setFocus(); // the user types on
     }
     m_popup->close();

@@ -9,6 +9,7 @@
 #include "ui/mainwindow/hotquestionscolumn.h"
 #include "ui/mainwindow/suggestionpopup.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -119,6 +120,13 @@ void WindowBench::makeWindow()
 void WindowBench::setSuggestionLimit(int ms) const
 {
     m_window->findChild<QARegion *>()->service().associationTimeoutMs = ms;
+}
+
+bool WindowBench::putPointer()
+{
+    const QPoint place(300, 300);
+    QCursor::setPos(place);
+    return QTest::qWaitFor([place] { return QCursor::pos() == place; }, patientMs);
 }
 
 void WindowBench::dropWindow()

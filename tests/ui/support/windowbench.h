@@ -90,6 +90,9 @@ public:
     /// for the reply of the last, if it is held.
     void onceRequested(const QByteArray &path, int count, const std::function<void()> &action);
 
+    /// Puts the mouse pointer where a menu has room beside it; false when it does not get there.
+    [[nodiscard]] static bool putPointer();
+
     static const QByteArray hotPath;
     static const QByteArray suggestPath;
     static const QByteArray askPath;
