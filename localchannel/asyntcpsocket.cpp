@@ -2,6 +2,7 @@
 
 #include "app/logstream.h"
 #include "app/texttools.h"
+#include "localchannel/peerhasleft.h"
 
 #include <QHostAddress>
 #include <QTcpServer>
@@ -38,12 +39,27 @@ void AsynTcpSocket::acceptClient()
     if (socket == nullptr) {
         return;
     }
+    noticeDepartures(socket);
     LOG_INFO() << "TcpServer have a new connection, ip: " << socket->peerAddress().toString()
                << ", port:" << socket->peerPort() << ", time: " << time;
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1); // replies are short
     connect(socket, &QTcpSocket::readyRead, this, &AsynTcpSocket::ReadSocket);
     connect(socket, &QTcpSocket::disconnected, this, &AsynTcpSocket::CloseSocket);
     connect(socket, &QTcpSocket::errorOccurred, this, &AsynTcpSocket::ErrorSocket);
+}
+
+void AsynTcpSocket::noticeDepartures(const QTcpSocket *newcomer)
+{
+    // On Windows the toolkit may tell of the newcomer's message before it tells that an earlier
+    // client has left, which would then take the newcomer along.
+    const auto sockets
+        = tcpServer->findChildren<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QTcpSocket *socket : sockets) {
+        if (socket != newcomer && socket->state() == QAbstractSocket::ConnectedState
+            && peerHasLeft(socket->socketDescriptor())) {
+            socket->waitForReadyRead(0); // meets the end and tells of it
+        }
+    }
 }
 
 void AsynTcpSocket::ReadSocket()

@@ -114,6 +114,21 @@ class WaitingTest(unittest.TestCase):
             log.mark()
             self.assertFalse(log.has("one"))
 
+    def test_log_that_becomes_its_backup_is_read_on(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "a.log"
+            log = ProgramLog(path)
+            path.write_text("one two\n")
+            log.mark()
+            path.write_text("one two\nthree\n")
+            path.rename(path.with_name("a.log.bk"))
+            self.assertTrue(log.has("three"))
+            path.write_text("four\n")
+            self.assertTrue(log.has("three", "four"))
+            self.assertFalse(log.has("two"))
+            log.mark()
+            self.assertFalse(log.has("four"))
+
 
 class ChildTest(unittest.TestCase):
     def test_child_is_stopped_and_its_output_kept(self) -> None:

@@ -3,10 +3,12 @@
 #include "tests/localchannel/support/guardclient.h"
 #include "tests/service/support/logcapture.h"
 
+#include <QHostAddress>
 #include <QNetworkInterface>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 
 #include <memory>
@@ -39,6 +41,9 @@ private slots:
     void silentClientsDisconnect_removesTheCurrentClient();
     void silentClientsDisconnect_withoutACurrentClient_isOnlyLogged();
     void oneClientsDisconnect_leavesThoseThatAreNotCurrent();
+    void clientThatLeftBeforeAnotherCame_isSeenToLeaveFirst_data();
+    void clientThatLeftBeforeAnotherCame_isSeenToLeaveFirst();
+    void clientThatLeftAtOnce_isSeenToComeFirst();
     void replyWithoutAClient_isDroppedWithAWarning();
     void replyAfterTheClientLeft_isDroppedWithAWarning();
     void replyFromAnotherThread_keepsItsOrder();
@@ -329,6 +334,59 @@ void TestAsynTcpSocket::oneClientsDisconnect_leavesThoseThatAreNotCurrent()
     QTRY_VERIFY_WITH_TIMEOUT(m_server->hasClient(), waitMs);
     m_server->ResponseContent(QByteArrayLiteral("reply"));
     QTRY_COMPARE_WITH_TIMEOUT(b->received(), QByteArrayLiteral("reply"), waitMs);
+}
+
+void TestAsynTcpSocket::clientThatLeftBeforeAnotherCame_isSeenToLeaveFirst_data()
+{
+    QTest::addColumn<bool>("speaks");
+    QTest::addColumn<bool>("leavesUnread");
+    QTest::newRow("silent") << false << false;
+    QTest::newRow("current") << true << false;
+    QTest::newRow("current, with a reply unread") << true << true;
+}
+
+void TestAsynTcpSocket::clientThatLeftBeforeAnotherCame_isSeenToLeaveFirst()
+{
+    QFETCH(bool, speaks);
+    QFETCH(bool, leavesUnread);
+    listen();
+    const auto first = connected();
+    QVERIFY(first);
+    if (speaks) {
+        first->send(QByteArrayLiteral("first"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_server->hasClient(), waitMs);
+    }
+    m_log->clear();
+    if (leavesUnread) {
+        m_server->ResponseContent(QByteArrayLiteral("unread")); // the connection is reset
+    }
+    // The server handles nothing until the next client has spoken.
+    first->leave();
+    QTcpSocket second;
+    second.connectToHost(QHostAddress(QHostAddress::LocalHost), m_server->serverPort());
+    QVERIFY(second.waitForConnected(waitMs));
+    second.write(QByteArrayLiteral("second"));
+    second.flush();
+    QTRY_COMPARE_WITH_TIMEOUT(m_messages->size(), speaks ? 2 : 1, waitMs);
+    m_server->ResponseContent(QByteArrayLiteral("reply"));
+    QTRY_COMPARE_WITH_TIMEOUT(second.bytesAvailable(), 5, waitMs);
+    const QStringList lines = m_log->lines().filter(
+        QRegularExpression(QStringLiteral("disconnected from|new connection|received message")));
+    QCOMPARE(lines.size(), 3);
+    QVERIFY(lines[0].startsWith(disconnected));
+    QVERIFY(lines[1].startsWith(newConnection));
+    QVERIFY(m_server->hasClient());
+}
+
+void TestAsynTcpSocket::clientThatLeftAtOnce_isSeenToComeFirst()
+{
+    listen();
+    QTcpSocket client;
+    client.connectToHost(QHostAddress(QHostAddress::LocalHost), m_server->serverPort());
+    QVERIFY(client.waitForConnected(waitMs));
+    client.disconnectFromHost();
+    QTRY_COMPARE_WITH_TIMEOUT(loggedLines(disconnected), 1, waitMs);
+    QCOMPARE(loggedLines(newConnection), 1);
 }
 
 void TestAsynTcpSocket::replyWithoutAClient_isDroppedWithAWarning()

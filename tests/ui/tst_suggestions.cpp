@@ -1,8 +1,10 @@
 #include "tests/service/support/logcapture.h"
 #include "tests/ui/support/windowbench.h"
+#include "ui/answer/qaregion.h"
 #include "ui/mainwindow/suggestionpopup.h"
 
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTextEdit>
 #include <QTimer>
@@ -41,6 +43,8 @@ private slots:
     void esc_closes_fromBoxAndRow();
     void runawayPattern_doesNotFreeze();
     void questionSentWhileSuggestionsAreFetched_showsNoPopup();
+    void questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds_data();
+    void questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds();
     void clickWhileAnAnswerIsAwaited_getsItsOwnAnswer();
     void popup_growsAboveTheInputPanel();
 
@@ -269,6 +273,54 @@ void TestSuggestions::questionSentWhileSuggestionsAreFetched_showsNoPopup()
     tick(QStringLiteral("a"));
     QVERIFY(m_bench->popup() == nullptr);
     QCOMPARE(m_bench->questions(), QStringList{QStringLiteral("a")});
+}
+
+void TestSuggestions::questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds_data()
+{
+    QTest::addColumn<bool>("answered");
+    QTest::newRow("answered late") << true;
+    QTest::newRow("never answered") << false;
+}
+
+void TestSuggestions::questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds()
+{
+    QFETCH(bool, answered);
+    constexpr int limitMs = 1000;
+    constexpr int beyondTheLimits = 250; // ticks of 5 ms
+    m_bench->server().setReplyFor(WindowBench::suggestPath, held(httpReply("{}")));
+    m_bench->server().setReplyFor(WindowBench::askPath, held(httpReply("{}")));
+    m_bench->setSuggestionLimit(limitMs);
+    m_bench->window().findChild<QARegion *>()->service().askTimeoutMs
+        = answered ? amplyMs : limitMs;
+    m_bench->onceRequested(WindowBench::suggestPath, 1,
+                           [this] { m_bench->send(QStringLiteral("问")); });
+    bool noTickWhileItHung = false;
+    m_bench->onceRequested(WindowBench::askPath, 1, [this, answered, &noTickWhileItHung] {
+        QTimer other; // as quick as the ticks, which wait for the call that all this is inside of
+        const QSignalSpy others(&other, &QTimer::timeout);
+        const QSignalSpy ticks(&m_bench->timer("associationTick"), &QTimer::timeout);
+        other.start(m_bench->timer("associationTick").interval());
+        m_bench->input()->setPlainText(QStringLiteral("b"));
+        m_bench->serveSuggestions(3);
+        m_bench->setSuggestionLimit(amplyMs);
+        QTRY_VERIFY_WITH_TIMEOUT(others.size() >= beyondTheLimits, amplyMs);
+        QCOMPARE(ticks.size(), 0);
+        QCOMPARE(calls(), 1);
+        noTickWhileItHung = true;
+        if (answered) {
+            m_bench->server().release();
+        }
+    });
+    m_bench->hurry("associationTick");
+    m_bench->input()->setPlainText(QStringLiteral("a"));
+    m_bench->timer("associationTick").start();
+    QTRY_VERIFY_WITH_TIMEOUT(m_bench->popup() != nullptr, amplyMs);
+    QVERIFY(noTickWhileItHung);
+    QCOMPARE(m_bench->questions(), QStringList{QStringLiteral("问")});
+    QCOMPARE(m_bench->input()->toPlainText(), QStringLiteral("b"));
+    QCOMPARE(calls(), 2);
+    m_bench->input()->setPlainText(QStringLiteral("bc"));
+    QTRY_COMPARE_WITH_TIMEOUT(calls(), 3, amplyMs);
 }
 
 void TestSuggestions::clickWhileAnAnswerIsAwaited_getsItsOwnAnswer()

@@ -25,16 +25,30 @@ bool exchange(QTcpSocket &socket, const QByteArray &document)
     return reply == acknowledgementBytes();
 }
 
-bool postFromHere(quint16 port, const QVector<QByteArray> &documents)
+bool connectTo(QTcpSocket &socket, quint16 port)
 {
-    QTcpSocket socket;
     socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
     if (!socket.waitForConnected(patienceMs)) {
         return false;
     }
     socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    return std::all_of(documents.begin(), documents.end(), [&socket](const QByteArray &document) {
-        return exchange(socket, document);
+    return true;
+}
+
+bool postOnOne(quint16 port, const QVector<QByteArray> &documents)
+{
+    QTcpSocket socket;
+    return connectTo(socket, port)
+        && std::all_of(documents.begin(), documents.end(), [&socket](const QByteArray &document) {
+               return exchange(socket, document);
+           });
+}
+
+bool postOnOneEach(quint16 port, const QVector<QByteArray> &documents)
+{
+    return std::all_of(documents.begin(), documents.end(), [port](const QByteArray &document) {
+        QTcpSocket socket;
+        return connectTo(socket, port) && exchange(socket, document);
     });
 }
 
@@ -84,11 +98,12 @@ bool GuardClient::isClosed() const
     return m_socket.state() == QAbstractSocket::UnconnectedState;
 }
 
-bool postAll(quint16 port, const QVector<QByteArray> &documents)
+bool postAll(quint16 port, const QVector<QByteArray> &documents, Connections connections)
 {
+    const auto post = connections == Connections::One ? postOnOne : postOnOneEach;
     bool acknowledged = false; // read when the thread has ended
     const std::unique_ptr<QThread> poster(QThread::create(
-        [&acknowledged, port, &documents] { acknowledged = postFromHere(port, documents); }));
+        [&acknowledged, post, port, &documents] { acknowledged = post(port, documents); }));
     QEventLoop loop;
     QObject::connect(poster.get(), &QThread::finished, &loop, &QEventLoop::quit);
     poster->start();

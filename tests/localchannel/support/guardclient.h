@@ -39,6 +39,10 @@ private:
     QByteArray m_received;
 };
 
+/// One connection for all documents, or a new one for each right after the end of the one before.
+enum class Connections { One, OneEach };
+
 /// Posts \a documents to \a port one after the other, each when the one before is acknowledged,
 /// from a thread of its own while this thread's event loop runs. Whether all were acknowledged.
-[[nodiscard]] bool postAll(quint16 port, const QVector<QByteArray> &documents);
+[[nodiscard]] bool postAll(quint16 port, const QVector<QByteArray> &documents,
+                           Connections connections = Connections::One);
