@@ -95,8 +95,7 @@ void initLogSetting(const QString &level, const QString &basePath)
 void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     // The cheap test comes first: most messages end here.
-    if (msgTypeToLevel(type).number < logLevelThreshold
-        || message.contains(QLatin1String("Unknown property"), Qt::CaseSensitive)) {
+    if (!isLogged(type) || message.contains(QLatin1String("Unknown property"), Qt::CaseSensitive)) {
         return;
     }
     const QString line = formatLogLine(type, currentTimeText(), context, message);
@@ -104,6 +103,11 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const 
     const QByteArray bytes = line.toLocal8Bit() + "\r\n";
     const std::lock_guard<std::mutex> lock(logMutex());
     appendToLiveLog(bytes);
+}
+
+bool isLogged(QtMsgType type)
+{
+    return msgTypeToLevel(type).number >= logLevelThreshold;
 }
 
 MessageLevel msgTypeToLevel(QtMsgType type)

@@ -30,6 +30,9 @@ void initLogSetting(const QString &level, const QString &basePath);
 /// "Unknown property" complaints, and, silently, what cannot be written.
 void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const QString &message);
 
+/// False when the handler drops every message of \a type: what goes into one need not be found out.
+[[nodiscard]] bool isLogged(QtMsgType type);
+
 /// Prefix and level number of \a type; an unknown type counts as critical.
 [[nodiscard]] MessageLevel msgTypeToLevel(QtMsgType type);
 

@@ -5,6 +5,7 @@
 #include "app/qtenvironment.h"
 #include "app/singleapplication.h"
 #include "resources/resources.h"
+#include "service/bearerplugins.h"
 #include "ui/mainwindow/miravel.h"
 
 #include <QCommandLineOption>
@@ -57,6 +58,7 @@ int main(int argc, char *argv[])
         return 0; // an unknown caller is shown nothing
     }
 
+    leaveOutBearerPlugins();
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
     Miravel window;
     if (fromLauncher) {

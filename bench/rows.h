@@ -4,8 +4,8 @@
 
 // The measurements, each a file of its own. All run on the GUI thread of the benchmark.
 
-/// From the start of the program to its first picture, and its memory when idle; both against a
-/// bare window.
+/// From the start of the program to its first picture, by the clock and by the processor time of
+/// all threads, and its memory when idle; all against a bare window.
 [[nodiscard]] Rows measureStart();
 
 /// One signed request and its reply against the same POST without us.

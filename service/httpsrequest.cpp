@@ -1,6 +1,7 @@
 #include "service/httpsrequest.h"
 
 #include "app/apppaths.h"
+#include "app/loghandler.h"
 #include "app/logstream.h"
 #include "app/texttools.h"
 #include "service/deadlinewait.h"
@@ -128,7 +129,9 @@ QNetworkRequest httpsRequest::prepareRequest(const QString &urlPath, int httpMod
         setTlsConfiguration(request);
         LOG_DEBUG() << "version:" << QSslSocket::sslLibraryBuildVersionString();
     }
-    LOG_DEBUG() << "OpenSSL is supported:" << QSslSocket::supportsSsl();
+    if (isLogged(QtDebugMsg)) { // asking loads the TLS libraries, which plain HTTP does without
+        LOG_DEBUG() << "OpenSSL is supported:" << QSslSocket::supportsSsl();
+    }
     LOG_INFO() << "url:" << url;
     request.setUrl(QUrl(url));
     setSignedHeaders(request, freshCredentials(settings), settings.server);

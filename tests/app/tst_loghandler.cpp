@@ -203,6 +203,9 @@ void TestLogHandler::messageAtTheThreshold_isWrittenAndBelowIsNot()
         prefixes << line.left(line.indexOf(QLatin1Char('[')));
     }
     QCOMPARE(prefixes, written);
+    for (const QtMsgType type : {QtDebugMsg, QtInfoMsg, QtWarningMsg, QtCriticalMsg, QtFatalMsg}) {
+        QCOMPARE(isLogged(type), written.contains(msgTypeToLevel(type).prefix));
+    }
 }
 
 void TestLogHandler::unknownProperty_isNeverWritten_data()

@@ -20,7 +20,7 @@ struct Picture
 
 /// Every still picture that the program asks for, at the size it is shown in.
 const Picture pictures[] = {
-    {"Miravel.png", {256, 256}},
+    {"Miravel.png", {128, 128}},
     {"Miravel-16.png", {16, 16}},
     {"Miravel-24.png", {24, 24}},
     {"Miravel-32.png", {32, 32}},

@@ -1,21 +1,12 @@
 #include "ui/style/shadow.h"
 
-#include <QColor>
-#include <QGraphicsDropShadowEffect>
+#include "ui/style/surfaceshadow.h"
+
 #include <QWidget>
-
-namespace {
-
-constexpr qreal surfaceBlurRadius = 8;
-
-} // namespace
 
 QGraphicsDropShadowEffect *addSurfaceShadow(QWidget *widget)
 {
-    auto *shadow = new QGraphicsDropShadowEffect(widget);
-    shadow->setOffset(0, 0);
-    shadow->setColor(QColor(QStringLiteral("#DCDCDC")));
-    shadow->setBlurRadius(surfaceBlurRadius);
+    auto *shadow = new SurfaceShadow(widget);
     widget->setGraphicsEffect(shadow);
     return shadow;
 }

@@ -1,0 +1,175 @@
+#include "ui/style/surfaceshadow.h"
+
+#include <QImage>
+#include <QScreen>
+#include <QTest>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int room = 20; ///< px around a surface, more than its shadow needs
+
+/// A plain rectangle that counts how often it is painted.
+class Surface : public QWidget
+{
+public:
+    explicit Surface(QWidget *parent)
+        : QWidget(parent)
+    {
+        setAutoFillBackground(true);
+    }
+
+    [[nodiscard]] int paintings() const { return m_paintings; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        Q_UNUSED(event)
+        ++m_paintings;
+    }
+
+private:
+    int m_paintings = 0;
+};
+
+QGraphicsDropShadowEffect *makeToolkitShadow(QWidget *widget)
+{
+    auto *shadow = new QGraphicsDropShadowEffect(widget);
+    shadow->setOffset(0, 0);
+    shadow->setColor(QColor(0xDC, 0xDC, 0xDC));
+    shadow->setBlurRadius(8);
+    return shadow;
+}
+
+/// A surface of \a size with the effect that \a makeShadow gives it, in a black window.
+template <typename MakeShadow>
+class Window : public QWidget
+{
+public:
+    Window(const QSize &size, MakeShadow makeShadow)
+        : m_surface(this)
+    {
+        setPalette(Qt::black);
+        m_surface.setPalette(Qt::white);
+        m_surface.setGeometry(QRect(QPoint(room, room), size));
+        m_surface.setGraphicsEffect(makeShadow(&m_surface));
+        setWindowFlags(Qt::FramelessWindowHint);
+        setFixedSize(size + QSize(2 * room, 2 * room));
+    }
+
+    /// What is on the screen.
+    QImage shown()
+    {
+        show();
+        return QTest::qWaitForWindowExposed(this)
+                    && QTest::qWaitFor([this] { return m_surface.paintings() > 0; })
+                 ? screen()->grabWindow(winId()).toImage()
+                 : QImage();
+    }
+
+private:
+    Surface m_surface;
+};
+
+SurfaceShadow *makeOwnShadow(QWidget *widget)
+{
+    return new SurfaceShadow(widget);
+}
+
+/// The largest difference in brightness between two pictures of one size.
+int largestDifference(const QImage &one, const QImage &other)
+{
+    int largest = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            largest = std::max(largest, qAbs(qGray(one.pixel(x, y)) - qGray(other.pixel(x, y))));
+        }
+    }
+    return largest;
+}
+
+} // namespace
+
+/// The shadow of the window's surfaces against the toolkit's own.
+class TestSurfaceShadow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void shadow_looksAsTheToolkitsOwn_data();
+    void shadow_looksAsTheToolkitsOwn();
+    void picture_looksAsTheWindow();
+    void shadow_hasTheFixedValues();
+    void change_paintsNothingElseOfTheSurface();
+};
+
+void TestSurfaceShadow::shadow_looksAsTheToolkitsOwn_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("list of questions") << QSize(224, 496);
+    QTest::newRow("title bar") << QSize(920, 56);
+    QTest::newRow("as small as its corners") << QSize(32, 32);
+}
+
+void TestSurfaceShadow::shadow_looksAsTheToolkitsOwn()
+{
+    QFETCH(QSize, size);
+    const QImage own = Window(size, makeOwnShadow).shown();
+    const QImage toolkits = Window(size, makeToolkitShadow).shown();
+    QVERIFY(!own.isNull());
+    QCOMPARE(own.size(), toolkits.size());
+    // The toolkit blurs at half the size, so its own result differs a little from edge to edge.
+    constexpr int invisible = 4;
+    const int difference = largestDifference(own, toolkits);
+    QVERIFY2(difference <= invisible, qPrintable(QString::number(difference)));
+    constexpr int justOutside = room - 1;
+    QVERIFY(qGray(own.pixel(own.width() / 2, justOutside)) > invisible);
+}
+
+void TestSurfaceShadow::picture_looksAsTheWindow()
+{
+    Window window(QSize(200, 100), makeOwnShadow);
+    const QImage shown = window.shown();
+    QVERIFY(!shown.isNull());
+    const QImage grabbed = window.grab().toImage();
+    QCOMPARE(grabbed.size(), shown.size());
+    constexpr int invisible = 4;
+    const int difference = largestDifference(grabbed, shown);
+    QVERIFY2(difference <= invisible, qPrintable(QString::number(difference)));
+}
+
+void TestSurfaceShadow::shadow_hasTheFixedValues()
+{
+    QWidget widget;
+    const SurfaceShadow shadow(&widget);
+    QCOMPARE(shadow.offset(), QPointF(0, 0));
+    QCOMPARE(shadow.color(), QColor(0xDC, 0xDC, 0xDC));
+    QCOMPARE(shadow.blurRadius(), 8.0);
+}
+
+void TestSurfaceShadow::change_paintsNothingElseOfTheSurface()
+{
+    QWidget window;
+    window.resize(300, 300);
+    Surface surface(&window);
+    surface.setGeometry(room, room, 200, 200);
+    surface.setGraphicsEffect(new SurfaceShadow(&surface));
+    Surface changing(&surface);
+    changing.setGeometry(10, 10, 20, 20);
+    Surface resting(&surface);
+    resting.setGeometry(150, 150, 20, 20);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTRY_VERIFY(changing.paintings() > 0);
+    const int before = changing.paintings();
+    const int restingBefore = resting.paintings();
+    changing.update();
+    QTRY_VERIFY(changing.paintings() > before);
+    QCOMPARE(resting.paintings(), restingBefore);
+}
+
+QTEST_MAIN(TestSurfaceShadow)
+
+#include "tst_surfaceshadow.moc"
