@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import json
+import select
 import socket
 import subprocess
 from types import TracebackType
@@ -14,6 +15,7 @@ from .waiting import PATIENCE_S
 ACKNOWLEDGEMENT = b'{"code":"0"}'
 
 _CHUNK = 65536
+_SOON_S = 1.0
 
 
 def channel_port(installation: Installation) -> int:
@@ -70,6 +72,13 @@ class GuardClient:
                 return False
             received += data
         return received == wanted
+
+    def is_heard(self) -> bool:
+        """Sends an empty question: whether it is acknowledged soon. It is not when it is read
+        together with what was sent before."""
+        self.send(b"{}")
+        readable, _, _ = select.select([self._socket], [], [], _SOON_S)
+        return bool(readable) and self.acknowledged()
 
     def closed(self) -> bool:
         """Waits for the end of the connection; False when something came instead."""
