@@ -69,8 +69,9 @@ function(miravel_add_test name)
     if(arg_THREADED)
         set_tests_properties(${name} PROPERTIES LABELS threaded)
     endif()
-    if(WIN32 AND "miravel_ui" IN_LIST arg_LINK)
-        # Only one window at a time is the active one, and some wait until theirs is.
+    if(WIN32 AND "${arg_LINK}" MATCHES "miravel_(ui|window_test_support)")
+        # Only one window at a time is the active one, and some wait until theirs is; there is one
+        # mouse pointer for all.
         set_tests_properties(${name} PROPERTIES RESOURCE_LOCK active-window)
     endif()
 endfunction()

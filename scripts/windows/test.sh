@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # Builds for Windows and runs the tests under Wine: test.sh [CTEST-ARGUMENT...]
+# MIRAVEL_TEST_REPEAT=until-fail:10 looks for tests that fail now and then.
 # Ends with what passed, what was skipped inside the tests, and which tests do not run there.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -59,9 +60,10 @@ env "${wine_environment[@]}" wineserver --persistent || true
 results=$PWD/build/windows/test-results.xml
 rm -f "$results"
 failed=0
-# Wine now and then loses a window's first messages: one more try, which the output shows.
-ctest --preset windows --repeat until-pass:2 -j"${MIRAVEL_TEST_JOBS:-$(nproc)}" --no-tests=error \
-    --output-junit "$results" --test-output-size-passed 1048576 "$@" || failed=1
+# One more try, which the output shows, for what Wine loses now and then, such as the end of a
+# connection.
+ctest --preset windows --repeat "${MIRAVEL_TEST_REPEAT:-until-pass:2}" \
+    -j"${MIRAVEL_TEST_JOBS:-$(nproc)}" --no-tests=error --output-junit "$results" --test-output-size-passed 1048576 "$@" || failed=1
 /usr/bin/python3 scripts/check_results.py "$results" || failed=1
 echo "tests that do not run on Windows:"
 cat build/windows/not-on-windows.txt

@@ -140,7 +140,7 @@ void TestScreens::changedScreens_centreTheWindow()
 {
     QFETCH(QByteArray, signal);
     m_bench->window().move(5, 5);
-    QCursor::setPos(300, 300);
+    QVERIFY(WindowBench::putPointer());
     ShowCounter counter(&m_bench->window());
     const LogCapture log;
     QT_WARNING_PUSH
@@ -156,7 +156,7 @@ void TestScreens::changedScreens_centreTheWindow()
     const QSize screen = QGuiApplication::primaryScreen()->size();
     const QPoint place = centredPosition(screen, QSize(920, 640));
     QCOMPARE(m_bench->window().pos(), place);
-    QCOMPARE(QCursor::pos(), QPoint(1, 1));
+    QTRY_COMPARE(QCursor::pos(), QPoint(1, 1)); // the window system may tell of it late
     QCOMPARE(counter.hidden, 1);
     QCOMPARE(counter.shown, 1);
     QCOMPARE(log.lines(),
