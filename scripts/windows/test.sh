@@ -63,7 +63,8 @@ failed=0
 # One more try, which the output shows, for what Wine loses now and then, such as the end of a
 # connection.
 ctest --preset windows --repeat "${MIRAVEL_TEST_REPEAT:-until-pass:2}" \
-    -j"${MIRAVEL_TEST_JOBS:-$(nproc)}" --no-tests=error --output-junit "$results" --test-output-size-passed 1048576 "$@" || failed=1
+    -j"${MIRAVEL_TEST_JOBS:-$(nproc)}" --no-tests=error --output-junit "$results" \
+    --test-output-size-passed 1048576 "$@" || failed=1
 /usr/bin/python3 scripts/check_results.py "$results" || failed=1
 echo "tests that do not run on Windows:"
 cat build/windows/not-on-windows.txt
