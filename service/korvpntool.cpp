@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QLibrary>
-#include <QStringList>
 
 #include <cstring>
 #include <mutex>

@@ -2,8 +2,6 @@
 
 #include <QSettings>
 
-#include <utility>
-
 namespace {
 
 QString readText(const QSettings &settings, const char *key)

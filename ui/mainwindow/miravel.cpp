@@ -30,7 +30,8 @@
 Miravel::Miravel(QWidget *parent)
     : QWidget(parent)
     , m_configPath(miravelConfigPath())
-    , m_form(buildWindowForm(*this, opensAboutMenu()))
+    , m_opensAboutMenu(opensAboutMenu())
+    , m_form(buildWindowForm(*this, m_opensAboutMenu))
     , m_suggestions(
           std::make_unique<Suggestions>(m_form.inputPanel->input(), m_form.region, m_form.inner))
     , m_timers(this)
@@ -62,7 +63,7 @@ bool Miravel::opensAboutMenu() const
 void Miravel::connectTitleBar()
 {
     connect(m_form.titleBar, &TitleBar::aboutClicked, this,
-            opensAboutMenu() ? &Miravel::about_menuClicked : &Miravel::about_clicked);
+            m_opensAboutMenu ? &Miravel::about_menuClicked : &Miravel::about_clicked);
     connect(m_form.titleBar, &TitleBar::minimiseClicked, this, &Miravel::min_windows);
     connect(m_form.titleBar, &TitleBar::closeClicked, this, &Miravel::close_windows);
 }

@@ -162,6 +162,7 @@ private:
 
     QString m_configPath;
     NetStateTestThread m_diagnosis;
+    bool m_opensAboutMenu; ///< read once, so that the button and what it does agree
 
     WindowForm m_form;
     std::unique_ptr<Suggestions> m_suggestions;

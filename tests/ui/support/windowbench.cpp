@@ -40,8 +40,7 @@ const QByteArray WindowBench::askPath = "/ask";
 namespace {
 
 constexpr int hurryMs = 5;
-constexpr int listenWaitMs = 30'000; // only a failing test waits that long
-constexpr int patientMs = 30'000;    // the same
+constexpr int patientMs = 30'000; // only a failing test waits that long
 
 ServedReply questionList(int count, const QString &text, int firstId)
 {
@@ -112,7 +111,7 @@ void WindowBench::makeWindow()
     setSuggestionLimit(patientMs);
     m_window->show();
     m_window->activateWindow();
-    if (!QTest::qWaitFor(isListening, listenWaitMs)) {
+    if (!QTest::qWaitFor(isListening, patientMs)) {
         qFatal("the guard's thread does not listen");
     }
 }
