@@ -1,5 +1,5 @@
-#include "app/loghandler.h"
-#include "app/logstream.h"
+#include "app/base/loghandler.h"
+#include "app/base/logstream.h"
 #include "bench/rows.h"
 #include "bench/timing.h"
 

@@ -1,5 +1,5 @@
-#include "app/apppaths.h"
-#include "app/loghandler.h"
+#include "app/base/apppaths.h"
+#include "app/base/loghandler.h"
 #include "bench/rows.h"
 #include "bench/table.h"
 #include "resources/resources.h"

@@ -1,8 +1,8 @@
 #include "bench/rows.h"
 #include "bench/timing.h"
-#include "service/httpsrequest.h"
-#include "tests/service/support/testconfig.h"
+#include "service/request/httpsrequest.h"
 #include "tests/service/support/testserver.h"
+#include "tests/support/testconfig.h"
 
 #include <QDir>
 #include <QEventLoop>

@@ -1,8 +1,8 @@
 #include "bench/rows.h"
 #include "bench/timing.h"
-#include "tests/service/support/testconfig.h"
 #include "tests/service/support/testserver.h"
 #include "tests/support/installation.h"
+#include "tests/support/testconfig.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

@@ -47,12 +47,22 @@ function(miravel_add_library name)
     miravel_bare_file_names(${name})
 endfunction()
 
-# miravel_add_test(<name> [THREADED] [SOURCES <file>...] [LINK <target>...] [TIMEOUT <s>]): one Qt
-# Test program run by CTest on the offscreen platform. THREADED marks it for the thread sanitizer.
-function(miravel_add_test name)
+# miravel_add_helper(<name> LINK <target>...): a program that tests start as another process.
+function(miravel_add_helper name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINK")
+    add_executable(${name} ${name}.cpp)
+    target_link_libraries(${name} PRIVATE ${arg_LINK})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+endfunction()
+
+# miravel_add_test(<[folder/]name> [THREADED] [SOURCES <file>...] [LINK <target>...] [TIMEOUT <s>]):
+# one Qt Test program, run by CTest on the offscreen platform. THREADED marks it for the thread
+# sanitizer.
+function(miravel_add_test path)
     cmake_parse_arguments(PARSE_ARGV 1 arg "THREADED" "TIMEOUT" "SOURCES;LINK")
+    cmake_path(GET path FILENAME name)
     if(NOT arg_SOURCES)
-        set(arg_SOURCES ${name}.cpp)
+        set(arg_SOURCES ${path}.cpp)
     endif()
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
@@ -69,7 +79,7 @@ function(miravel_add_test name)
     if(arg_THREADED)
         set_tests_properties(${name} PROPERTIES LABELS threaded)
     endif()
-    if(WIN32 AND "${arg_LINK}" MATCHES "miravel_(ui|window_test_support)")
+    if(WIN32 AND "${arg_LINK}" MATCHES "miravel_(answer|dialogs|preview|style|text|window_test_support)")
         # Only one window at a time is the active one, and some wait until theirs is; there is one
         # mouse pointer for all.
         set_tests_properties(${name} PROPERTIES RESOURCE_LOCK active-window)
@@ -92,7 +102,7 @@ function(miravel_test_environment test timeout)
         set(platform windows)
     endif()
     set(environment "LC_ALL=C.UTF-8" "QT_QPA_PLATFORM=${platform}"
-                    "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/tests/support/fonts.conf")
+                    "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/tools/desktop/fonts.conf")
     if(MIRAVEL_SANITIZE)
         list(APPEND environment
              "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp halt_on_error=1"
@@ -103,7 +113,7 @@ function(miravel_test_environment test timeout)
 endfunction()
 
 # miravel_add_python_test(<name> [ENVIRONMENT <NAME=value>...] [TIMEOUT <s>]): one unittest program
-# <name>.py that drives the real executable on a screen of its own, with tests/support on its path.
+# <name>.py that drives the real executable on a screen of its own, with tools on its path.
 function(miravel_add_python_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "ENVIRONMENT")
     if(NOT arg_TIMEOUT)
@@ -119,7 +129,7 @@ function(miravel_add_python_test name)
     set_property(
         TEST ${name}
         APPEND
-        PROPERTY ENVIRONMENT "PYTHONPATH=${PROJECT_SOURCE_DIR}/tests/support"
+        PROPERTY ENVIRONMENT "PYTHONPATH=${PROJECT_SOURCE_DIR}/tools"
                  "PYTHONDONTWRITEBYTECODE=1" "MIRAVEL_BUILD_DIR=${CMAKE_BINARY_DIR}"
                  ${arg_ENVIRONMENT})
     set_tests_properties(${name} PROPERTIES LABELS e2e)

@@ -1,7 +1,7 @@
 #include "localchannel/asyntcpsocket.h"
 
-#include "app/logstream.h"
-#include "app/texttools.h"
+#include "app/base/logstream.h"
+#include "app/base/texttools.h"
 #include "localchannel/peerhasleft.h"
 
 #include <QHostAddress>

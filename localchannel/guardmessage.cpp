@@ -1,6 +1,6 @@
 #include "localchannel/guardmessage.h"
 
-#include "app/texttools.h"
+#include "app/base/texttools.h"
 
 #include <QJsonDocument>
 

@@ -1,8 +1,8 @@
 #include "localchannel/sysguardqueststhread.h"
 
-#include "app/apppaths.h"
-#include "app/logstream.h"
-#include "app/texttools.h"
+#include "app/base/apppaths.h"
+#include "app/base/logstream.h"
+#include "app/base/texttools.h"
 #include "localchannel/asyntcpsocket.h"
 #include "localchannel/guardmessage.h"
 

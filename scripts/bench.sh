@@ -7,5 +7,5 @@ cd "$(dirname "$0")/.."
 scripts/build.sh bench miravel_bench
 # The fonts of the tests, so that texts are as wide, and as dear, on every machine.
 exec env LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen \
-    FONTCONFIG_FILE="$PWD/tests/support/fonts.conf" \
+    FONTCONFIG_FILE="$PWD/tools/desktop/fonts.conf" \
     build/bench/bin/miravel_bench build/bench/results.json "$@"

@@ -5,5 +5,5 @@ cd "$(dirname "$0")/.."
 
 scripts/build.sh release conversationshots
 exec env LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen \
-    FONTCONFIG_FILE="$PWD/tests/support/fonts.conf" \
+    FONTCONFIG_FILE="$PWD/tools/desktop/fonts.conf" \
     build/release/bin/conversationshots build/conversation

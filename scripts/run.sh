@@ -5,4 +5,4 @@ cd "$(dirname "$0")/.."
 
 scripts/build.sh release Miravel demoservice guardpost
 # The system's own interpreter: the imaging library is installed for that one.
-PYTHONPATH=tests/support exec /usr/bin/python3 -B scripts/run_assistant.py
+PYTHONPATH=tools exec /usr/bin/python3 -B scripts/run_assistant.py

@@ -4,4 +4,4 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/build.sh release Miravel soakassistant demoservice
-PYTHONPATH=tests/support exec /usr/bin/python3 -B scripts/run_soak.py "$@"
+PYTHONPATH=tools:tests/support exec /usr/bin/python3 -B scripts/run_soak.py "$@"

@@ -9,7 +9,7 @@ wine_environment=(
     WINEARCH=win64
     "WINEDLLOVERRIDES=mscoree,mshtml=" # else the first start offers to download them
     "WINEDEBUG=${WINEDEBUG:--all}"
-    "FONTCONFIG_FILE=$project/tests/support/fonts.conf"
+    "FONTCONFIG_FILE=$project/tools/desktop/fonts.conf"
     LC_ALL=zh_CN.UTF-8 # code page 936, as on the users' machines
     "LOCPATH=$wine_locales" # where that locale is, whatever this system has
 )

@@ -1,6 +1,6 @@
-#include "tests/service/support/testconfig.h"
 #include "tests/service/support/testserver.h"
 #include "tests/support/installation.h"
+#include "tests/support/testconfig.h"
 
 #include <QFile>
 #include <QTest>

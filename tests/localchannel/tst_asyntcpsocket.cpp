@@ -1,7 +1,7 @@
 #include "localchannel/asyntcpsocket.h"
 #include "tests/localchannel/support/freeport.h"
 #include "tests/localchannel/support/guardclient.h"
-#include "tests/service/support/logcapture.h"
+#include "tests/support/logcapture.h"
 
 #include <QHostAddress>
 #include <QNetworkInterface>

@@ -1,4 +1,4 @@
-#include "app/texttools.h"
+#include "app/base/texttools.h"
 #include "localchannel/guardmessage.h"
 
 #include <QTest>

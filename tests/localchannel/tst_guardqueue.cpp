@@ -1,7 +1,7 @@
-#include "app/apppaths.h"
+#include "app/base/apppaths.h"
 #include "localchannel/sysguardqueststhread.h"
-#include "tests/service/support/logcapture.h"
-#include "tests/service/support/testconfig.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/testconfig.h"
 
 #include <QDir>
 #include <QJsonArray>

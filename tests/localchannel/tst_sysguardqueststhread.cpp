@@ -1,10 +1,10 @@
-#include "app/apppaths.h"
-#include "app/texttools.h"
+#include "app/base/apppaths.h"
+#include "app/base/texttools.h"
 #include "localchannel/sysguardqueststhread.h"
 #include "tests/localchannel/support/freeport.h"
 #include "tests/localchannel/support/guardclient.h"
-#include "tests/service/support/logcapture.h"
-#include "tests/service/support/testconfig.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/testconfig.h"
 
 #include <QDir>
 #include <QTcpServer>

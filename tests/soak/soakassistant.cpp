@@ -1,7 +1,7 @@
-#include "app/apppaths.h"
-#include "app/heap.h"
-#include "app/loghandler.h"
-#include "app/qtenvironment.h"
+#include "app/base/apppaths.h"
+#include "app/base/loghandler.h"
+#include "app/startup/heap.h"
+#include "app/startup/qtenvironment.h"
 #include "resources/resources.h"
 #include "ui/mainwindow/miravel.h"
 

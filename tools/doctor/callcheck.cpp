@@ -1,8 +1,8 @@
 #include "tools/doctor/callcheck.h"
 
-#include "service/httpsrequest.h"
-#include "service/replyreading.h"
-#include "service/servicecall.h"
+#include "service/reply/replyreading.h"
+#include "service/request/httpsrequest.h"
+#include "service/request/servicecall.h"
 #include "tools/doctor/replyjudgement.h"
 #include "tools/doctor/servicelog.h"
 

@@ -1,7 +1,7 @@
 #include "tools/doctor/endpointcheck.h"
 
-#include "service/httpsrequest.h"
-#include "service/requestsettings.h"
+#include "service/request/httpsrequest.h"
+#include "service/request/requestsettings.h"
 
 #include <QHostInfo>
 #include <QNetworkProxy>

@@ -1,7 +1,7 @@
 #include "tools/doctor/installationcheck.h"
 
-#include "app/apppaths.h"
-#include "ui/mainwindow/locallibrary.h"
+#include "app/base/apppaths.h"
+#include "locallibrary/locallibrary.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,5 @@
-#include "app/apppaths.h"
-#include "service/httpsrequest.h"
+#include "app/base/apppaths.h"
+#include "service/request/httpsrequest.h"
 #include "tools/doctor/callcheck.h"
 #include "tools/doctor/endpointcheck.h"
 #include "tools/doctor/installationcheck.h"

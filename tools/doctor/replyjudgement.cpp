@@ -1,6 +1,6 @@
 #include "tools/doctor/replyjudgement.h"
 
-#include "service/replyreading.h"
+#include "service/reply/replyreading.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

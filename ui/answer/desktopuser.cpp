@@ -1,6 +1,6 @@
 #include "ui/answer/desktopuser.h"
 
-#include "app/apppaths.h"
+#include "app/base/apppaths.h"
 
 #include <QSettings>
 

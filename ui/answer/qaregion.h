@@ -1,8 +1,8 @@
 #pragma once
 
-#include "service/httpsrequest.h"
-#include "service/idpinterface.h"
-#include "ui/answer/inlinepicture.h"
+#include "service/request/httpsrequest.h"
+#include "service/request/idpinterface.h"
+#include "ui/answer/picture/inlinepicture.h"
 
 #include <QJsonArray>
 #include <QPointer>

@@ -1,7 +1,7 @@
 #include "ui/dialogs/aboutdialog.h"
 
-#include "app/apppaths.h"
-#include "app/logstream.h"
+#include "app/base/apppaths.h"
+#include "app/base/logstream.h"
 #include "ui/dialogs/opensoulicense.h"
 #include "ui/dialogs/rightsnotice.h"
 #include "ui_aboutdialog.h"

@@ -1,8 +1,8 @@
 #include "ui/mainwindow/itreport.h"
 
-#include "app/apppaths.h"
-#include "app/logstream.h"
-#include "service/netstatetestthread.h"
+#include "app/base/apppaths.h"
+#include "app/base/logstream.h"
+#include "service/diagnosis/netstatetestthread.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>

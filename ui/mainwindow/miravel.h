@@ -1,8 +1,8 @@
 #pragma once
 
 #include "localchannel/sysguardqueststhread.h"
-#include "service/netstatetestthread.h"
-#include "ui/mainwindow/windowdrag.h"
+#include "service/diagnosis/netstatetestthread.h"
+#include "ui/mainwindow/frame/windowdrag.h"
 #include "ui/mainwindow/windowform.h"
 #include "ui/mainwindow/windowtimers.h"
 

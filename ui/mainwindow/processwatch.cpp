@@ -1,6 +1,6 @@
 #include "ui/mainwindow/processwatch.h"
 
-#include "service/systemcommand.h"
+#include "service/diagnosis/systemcommand.h"
 
 QByteArray taskList(int limitMs)
 {

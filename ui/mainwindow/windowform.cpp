@@ -1,9 +1,9 @@
 #include "ui/mainwindow/windowform.h"
 
 #include "ui/answer/qaregion.h"
-#include "ui/mainwindow/inputpanel.h"
+#include "ui/mainwindow/frame/titlebar.h"
+#include "ui/mainwindow/input/inputpanel.h"
 #include "ui/mainwindow/miravel.h"
-#include "ui/mainwindow/titlebar.h"
 
 #include <QGridLayout>
 

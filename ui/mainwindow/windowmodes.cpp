@@ -1,11 +1,11 @@
 #include "ui/mainwindow/windowmodes.h"
 
-#include "app/apppaths.h"
-#include "app/logstream.h"
+#include "app/base/apppaths.h"
+#include "app/base/logstream.h"
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/fixedmessages.h"
-#include "ui/mainwindow/hotquestionscolumn.h"
-#include "ui/mainwindow/loadingoverlay.h"
+#include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
+#include "ui/mainwindow/hotquestions/loadingoverlay.h"
 #include "ui/mainwindow/windowtimers.h"
 
 #include <QJsonArray>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/mainwindow/hotfetch.h"
-#include "ui/mainwindow/locallibrary.h"
+#include "locallibrary/locallibrary.h"
+#include "ui/mainwindow/hotquestions/hotfetch.h"
 #include "ui/mainwindow/processwatch.h"
 #include "ui/mainwindow/windowform.h"
 

@@ -1,6 +1,6 @@
 #include "ui/preview/imagedisplay.h"
 
-#include "app/logstream.h"
+#include "app/base/logstream.h"
 #include "ui/preview/nativeresize.h"
 #include "ui/preview/picturearea.h"
 #include "ui/preview/picturezoom.h"

@@ -1,13 +1,13 @@
 #include "tests/ui/support/windowbench.h"
 
-#include "app/apppaths.h"
+#include "app/base/apppaths.h"
 #include "resources/resources.h"
-#include "tests/service/support/logcapture.h"
-#include "ui/answer/messagebubble.h"
+#include "tests/support/logcapture.h"
+#include "ui/answer/bubble/messagebubble.h"
+#include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/qaregion.h"
-#include "ui/answer/questionbubble.h"
-#include "ui/mainwindow/hotquestionscolumn.h"
-#include "ui/mainwindow/suggestionpopup.h"
+#include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
+#include "ui/mainwindow/suggestions/suggestionpopup.h"
 
 #include <QCursor>
 #include <QDir>

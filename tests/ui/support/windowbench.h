@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/service/support/testconfig.h"
 #include "tests/service/support/testserver.h"
+#include "tests/support/testconfig.h"
 #include "ui/mainwindow/miravel.h"
 
 #include <QJsonObject>

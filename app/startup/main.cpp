@@ -1,0 +1,72 @@
+#include "app/base/apppaths.h"
+#include "app/base/loghandler.h"
+#include "app/base/logstream.h"
+#include "app/startup/bearerplugins.h"
+#include "app/startup/heap.h"
+#include "app/startup/qtenvironment.h"
+#include "app/startup/singleapplication.h"
+#include "resources/resources.h"
+#include "ui/mainwindow/miravel.h"
+
+#include <QCommandLineOption>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFont>
+#include <QIcon>
+#include <QSettings>
+
+namespace {
+
+const QLatin1String vdiClient("vdi");
+const QLatin1String launcher("ombra");
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    giveLargeBlocksBack();
+    clearQtEnvironment();
+    SingleApplication app(argc, argv);
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
+
+    initResources();
+    const QIcon icon(QStringLiteral(":/Images/Miravel.png"));
+    QApplication::setWindowIcon(icon);
+    const QFont font(QStringLiteral("Microsoft YaHei"));
+    QApplication::setFont(font);
+
+    const QCommandLineOption typeOption(QStringLiteral("Type"), QString(), QStringLiteral("Name"));
+    QCommandLineParser parser;
+    parser.addOption(typeOption);
+    parser.process(app);
+    QString callerType = parser.value(typeOption);
+    initAppPaths(callerType);
+
+    const QSettings settings(configFilePath, QSettings::IniFormat);
+    const QString level = settings.value(QStringLiteral("Log/level")).toString().toUpper();
+    initLogSetting(level, logFolderPath);
+    qInstallMessageHandler(logMessageHandler);
+
+    LOG_INFO() << "Caller Type: " << callerType;
+    LOG_INFO() << "miravelVersion: " << miravelVersion;
+
+    if (miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT")) {
+        callerType = vdiClient;
+    }
+    const bool fromLauncher = callerType == launcher;
+    if (app.isRunning() || (!fromLauncher && callerType != vdiClient)) {
+        return 0; // an unknown caller is shown nothing
+    }
+
+    leaveOutBearerPlugins();
+    QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
+    Miravel window;
+    if (fromLauncher) {
+        window.startForLauncher();
+    } else {
+        window.startForVdiClient();
+    }
+    app.w = &window;
+    window.show();
+    return QApplication::exec();
+}

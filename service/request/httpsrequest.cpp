@@ -1,0 +1,192 @@
+#include "service/request/httpsrequest.h"
+
+#include "app/base/apppaths.h"
+#include "app/base/loghandler.h"
+#include "app/base/logstream.h"
+#include "app/base/texttools.h"
+#include "service/gateway/korvpntool.h"
+#include "service/request/deadlinewait.h"
+#include "service/request/requestsettings.h"
+#include "service/request/requesttarget.h"
+#include "service/request/signedrequest.h"
+
+#include <QList>
+#include <QMetaEnum>
+#include <QNetworkAccessManager>
+#include <QNetworkProxy>
+#include <QNetworkReply>
+#include <QNetworkSession>
+#include <QPair>
+#include <QSharedPointer>
+#include <QSslError>
+#include <QSslSocket>
+#include <QTcpSocket>
+#include <QUrl>
+
+#include <memory>
+
+namespace {
+
+constexpr int repliedInTime = 0;
+constexpr int repliedTooLate = -1;
+constexpr int connectTimeoutMs = 1000;
+
+const QLatin1String successMarker("\"errorCode\":\"0\"");
+
+/// The toolkit registers these types with a thread's first request, and warns when the first
+/// requests of two threads meet there.
+void registerReplyTypes()
+{
+    static const int last = [] {
+        qRegisterMetaType<QList<QPair<QByteArray, QByteArray>>>();
+        QT_WARNING_PUSH
+        QT_WARNING_DISABLE_DEPRECATED // nothing of ours uses a session, but every request makes one
+        qRegisterMetaType<QSharedPointer<QNetworkSession>>();
+        QT_WARNING_POP
+        return qRegisterMetaType<QList<QSslError>>();
+    }();
+    Q_UNUSED(last)
+}
+
+ServiceEndpoint chooseTarget(bool configFallback, const ServiceEndpoint &configured)
+{
+    ServiceEndpoint resolved = resolvedEndpoint();
+    if (!fallsBackToConfigured(configFallback, resolved)) {
+        return resolved;
+    }
+    LOG_DEBUG() << "assocation request, strAddr or strPort is empty. ip = " << configured.strAddr
+                << ", port = " << configured.strPort;
+    return configured;
+}
+
+bool finishedInTime(const QNetworkReply &reply, int timeoutMs)
+{
+    if (reply.isFinished()) {
+        return true;
+    }
+    DeadlineWait wait(timeoutMs);
+    wait.endOn(&reply, &QNetworkReply::finished);
+    return wait.exec();
+}
+
+void logNetworkError(QNetworkReply::NetworkError error)
+{
+    if (error != QNetworkReply::NoError) {
+        const auto names = QMetaEnum::fromType<QNetworkReply::NetworkError>();
+        LOG_WARNING() << "https reply error:" << names.valueToKey(error);
+    }
+}
+
+ServiceEndpoint askForGateway()
+{
+    ServiceEndpoint endpoint;
+    if (const auto gateway = selectedKorGateway()) {
+        endpoint = {gateway->address, QString::number(gateway->port)};
+        setResolvedEndpoint(endpoint);
+        LOG_INFO() << "strAddr:" << endpoint.strAddr << "strPort:" << endpoint.strPort;
+    }
+    return endpoint;
+}
+
+} // namespace
+
+httpsRequest::httpsRequest(QWidget *parent)
+    : QWidget(parent)
+    , configPath(miravelConfigPath())
+{
+    registerReplyTypes();
+}
+
+int httpsRequest::SendHttpsRequest(const QString &urlPath, int httpMode, int timeoutMs,
+                                   QByteArray *replyBuffer, QByteArray body, bool configFallback)
+{
+    // One manager a request: a kept-alive connection meets the delayed acknowledgement of the
+    // other side and is slower than a new one.
+    QNetworkAccessManager manager;
+    const QNetworkRequest request = prepareRequest(urlPath, httpMode, configFallback);
+    manager.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    const std::unique_ptr<QNetworkReply> reply(manager.post(request, body));
+    if (!finishedInTime(*reply, timeoutMs)) {
+        reply->abort();
+        LOG_WARNING() << "HTTPS request timeout.";
+        return repliedTooLate;
+    }
+    *replyBuffer = reply->readAll();
+    httpsError_Log(utf8UpToNul(*replyBuffer));
+    logNetworkError(reply->error());
+    reply->abort(); // still under way when the application quits
+    return repliedInTime;
+}
+
+QNetworkRequest httpsRequest::prepareRequest(const QString &urlPath, int httpMode,
+                                             bool configFallback) const
+{
+    const RequestSettings settings = readRequestSettings(configPath);
+    const ServiceEndpoint target = chooseTarget(configFallback, settings.server);
+    const QString url = requestUrl(httpMode, target, urlPath);
+    QNetworkRequest request;
+    if (isHttps(httpMode)) {
+        setTlsConfiguration(request);
+        LOG_DEBUG() << "version:" << QSslSocket::sslLibraryBuildVersionString();
+    }
+    if (isLogged(QtDebugMsg)) { // asking loads the TLS libraries, which plain HTTP does without
+        LOG_DEBUG() << "OpenSSL is supported:" << QSslSocket::supportsSsl();
+    }
+    LOG_INFO() << "url:" << url;
+    request.setUrl(QUrl(url));
+    setSignedHeaders(request, freshCredentials(settings), settings.server);
+    LOG_DEBUG() << "mServerIP:" << settings.server.strAddr
+                << "mServerHttpsPort:" << settings.server.strPort;
+    return request;
+}
+
+void httpsRequest::httpsError_Log(QString buf)
+{
+    if (!buf.contains(successMarker)) {
+        LOG_WARNING() << "The HTTPS request returns a result before it times out, buf:" << buf;
+    } else if (!buf.isEmpty()) {
+        LOG_INFO() << "The HTTPS request returns a result before it times out!";
+    } else {
+        LOG_WARNING() << "The HTTPS request returns a result before it times out, but the buf is "
+                         "empty!";
+    }
+}
+
+void httpsRequest::getUseful_IpPort()
+{
+    setResolvedEndpoint({});
+    const ServiceEndpoint configured = readConfiguredServer(configPath);
+    LOG_DEBUG() << "start ping, time: " << timeOfDay();
+    if (NetSocketConnect(configured.strAddr, configured.strPort.toInt())) {
+        LOG_INFO() << "can ping";
+        setResolvedEndpoint(configured);
+    } else {
+        LOG_INFO() << "can not ping, try kor";
+        if (!askForGateway().isComplete()) {
+            LOG_WARNING() << "get no korinfo when connect vd";
+        }
+    }
+    LOG_DEBUG() << "end ping, time: " << timeOfDay();
+}
+
+bool httpsRequest::NetSocketConnect(QString host, int port)
+{
+    QTcpSocket socket;
+    socket.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    DeadlineWait wait(connectTimeoutMs);
+    wait.endOn(&socket, &QTcpSocket::connected);
+    socket.abort();
+    socket.connectToHost(host, static_cast<quint16>(port), QIODevice::ReadWrite,
+                         QAbstractSocket::AnyIPProtocol);
+    if (!wait.exec()) {
+        LOG_WARNING() << "NetSocketConnect iErrorCode = " << static_cast<int>(socket.error());
+        return false;
+    }
+    LOG_DEBUG() << "connected ipport:" << host;
+    return true;
+}
+
+QString httpsRequest::resolvedAddr() const
+{
+    return resolvedEndpoint().strAddr;
+}

@@ -1,0 +1,143 @@
+#include "app/base/loghandler.h"
+#include "app/base/logstream.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr int threads = 8;
+constexpr int messagesPerThread = 400;
+constexpr qint64 tenMebibytes = 10'485'760;
+
+QStringList linesOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QByteArray content = file.readAll();
+    return QString::fromUtf8(content.mid(content.lastIndexOf('\0') + 1))
+        .split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+}
+
+/// Logs \a messages from each of all threads at once, with \a padding behind each, and waits for
+/// them.
+void logFromManyThreads(int messages, const QString &padding = QString())
+{
+    std::atomic<int> ready = 0;
+    std::vector<std::thread> workers;
+    workers.reserve(threads);
+    for (int number = 0; number < threads; ++number) {
+        workers.emplace_back([number, messages, padding, &ready] {
+            ++ready;
+            while (ready < threads) {
+                std::this_thread::yield();
+            }
+            for (int i = 0; i < messages; ++i) {
+                LOG_INFO() << "message " << number << "-" << i << "." << padding;
+            }
+        });
+    }
+    for (std::thread &worker : workers) {
+        worker.join();
+    }
+}
+
+} // namespace
+
+/// Messages of many threads at once in the one log file.
+class TestLogThreads : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void manyThreads_writeEveryLineWholeAndOnce();
+    void manyThreads_loseNoLineAcrossARotation();
+    void manyThreads_tearNoLineAcrossManyRotations();
+
+private:
+    void installHandler();
+    void checkWhole(const QStringList &lines);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_live;
+    QString m_backup;
+    QtMessageHandler m_previous = nullptr;
+    QSet<QString> m_messages; // found in the lines checked so far
+};
+
+void TestLogThreads::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    const QString base = m_folder->filePath(QStringLiteral("Miravel"));
+    m_live = base + QStringLiteral(".log");
+    m_backup = base + QStringLiteral(".log.bk");
+    m_messages.clear();
+    initLogSetting(QStringLiteral("INFO"), base);
+    m_previous = qInstallMessageHandler(logMessageHandler);
+}
+
+void TestLogThreads::cleanup()
+{
+    qInstallMessageHandler(m_previous);
+}
+
+void TestLogThreads::checkWhole(const QStringList &lines)
+{
+    static const QRegularExpression whole(
+        QStringLiteral("^Info:\\[\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d "
+                       "tst_logthreads.cpp  line: \\d+\\]: (message \\d-\\d+\\.)x*$"));
+    for (const QString &line : lines) {
+        const QRegularExpressionMatch match = whole.match(line);
+        QVERIFY2(match.hasMatch(), qUtf8Printable(line));
+        QVERIFY2(!m_messages.contains(match.captured(1)), qUtf8Printable(line));
+        m_messages.insert(match.captured(1));
+    }
+}
+
+void TestLogThreads::manyThreads_writeEveryLineWholeAndOnce()
+{
+    logFromManyThreads(messagesPerThread);
+    checkWhole(linesOf(m_live));
+    QCOMPARE(m_messages.size(), threads * messagesPerThread);
+}
+
+void TestLogThreads::manyThreads_loseNoLineAcrossARotation()
+{
+    constexpr qint64 roomBeforeRotation = 50'000; // less than the lines need
+    QFile live(m_live);
+    QVERIFY(live.open(QIODevice::WriteOnly) && live.resize(tenMebibytes - roomBeforeRotation));
+    live.close();
+    logFromManyThreads(messagesPerThread);
+    QVERIFY(QFileInfo(m_backup).size() >= tenMebibytes);
+    checkWhole(linesOf(m_backup));
+    checkWhole(linesOf(m_live));
+    QCOMPARE(m_messages.size(), threads * messagesPerThread);
+}
+
+void TestLogThreads::manyThreads_tearNoLineAcrossManyRotations()
+{
+    constexpr int messages = 30;
+    constexpr int paddingLength = 200'000; // 48 MB in all, more than four times the limit
+    logFromManyThreads(messages, QString(paddingLength, QLatin1Char('x')));
+    QVERIFY(QFileInfo(m_backup).size() >= tenMebibytes);
+    QVERIFY(QFileInfo(m_live).size() < tenMebibytes);
+    const QStringList kept = linesOf(m_backup) + linesOf(m_live);
+    checkWhole(kept);
+    QCOMPARE(m_messages.size(), kept.size());
+}
+
+QTEST_GUILESS_MAIN(TestLogThreads)
+#include "tst_logthreads.moc"

@@ -1,0 +1,181 @@
+#include "service/request/httpsrequest.h"
+#include "tests/service/support/refusingport.h"
+#include "tests/service/support/testgateway.h"
+#include "tests/service/support/testserver.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/testconfig.h"
+
+#include <QSet>
+#include <QTest>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+#include <vector>
+
+/// Requests and resolutions on several threads at once, through one request object. The threads are
+/// the standard library's, so that the thread sanitizer sees every step of them.
+class TestConcurrentRequests : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void requests_getTheirOwnReplies();
+    void requests_allHaveNoncesOfTheirOwn();
+    void resolutions_ofAReachableServerAgree();
+    void resolutions_askTheLibraryOneAtATime();
+    void resolutionsAndRequests_runSideBySide();
+};
+
+namespace {
+
+constexpr int threadCount = 4;
+constexpr int requestCount = 15; // of each thread
+constexpr int longMs = 60000;
+constexpr int http = 0;
+
+void runAll(const std::function<void(int)> &work)
+{
+    std::vector<std::thread> threads;
+    for (int number = 0; number < threadCount; ++number) {
+        threads.emplace_back(work, number);
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+}
+
+QByteArray post(httpsRequest &request, const QByteArray &path)
+{
+    QByteArray reply;
+    request.SendHttpsRequest(QString::fromLatin1(path), http, longMs, &reply, "{}", true);
+    return reply;
+}
+
+QByteArray pathOf(int thread)
+{
+    return "/thread" + QByteArray::number(thread);
+}
+
+QByteArray bodyOf(int thread)
+{
+    return "{\"errorCode\":\"0\",\"thread\":" + QByteArray::number(thread) + '}';
+}
+
+void setReplies(TestServer &server)
+{
+    for (int thread = 0; thread < threadCount; ++thread) {
+        server.setReplyFor(pathOf(thread), httpReply(bodyOf(thread)));
+    }
+}
+
+/// How many of a thread's requests got another body than theirs.
+int wrongReplies(httpsRequest &request, int thread)
+{
+    int wrong = 0;
+    for (int round = 0; round < requestCount; ++round) {
+        wrong += post(request, pathOf(thread)) == bodyOf(thread) ? 0 : 1;
+    }
+    return wrong;
+}
+
+} // namespace
+
+void TestConcurrentRequests::init()
+{
+    setResolvedEndpoint({});
+}
+
+void TestConcurrentRequests::requests_getTheirOwnReplies()
+{
+    TestServer server;
+    setReplies(server);
+    TestConfig config;
+    config.setServer(server.port());
+    httpsRequest request;
+    request.configPath = config.path();
+    const LogCapture log;
+    std::atomic<int> wrong = 0;
+    runAll([&](int thread) { wrong += wrongReplies(request, thread); });
+    QCOMPARE(wrong.load(), 0);
+    QCOMPARE(server.requests().size(), threadCount * requestCount);
+    QCOMPARE(log.linesWith(QStringLiteral("warning: ")), QStringList());
+    QCOMPARE(log.foreignLines().join(QLatin1Char('|')), QString());
+}
+
+void TestConcurrentRequests::requests_allHaveNoncesOfTheirOwn()
+{
+    TestServer server;
+    TestConfig config;
+    config.setServer(server.port());
+    httpsRequest request;
+    request.configPath = config.path();
+    const LogCapture log;
+    runAll([&](int thread) { wrongReplies(request, thread); });
+    QSet<QByteArray> nonces;
+    for (const ReceivedRequest &received : server.requests()) {
+        nonces.insert(received.header("x-ca-nonce"));
+    }
+    QCOMPARE(nonces.size(), threadCount * requestCount);
+}
+
+void TestConcurrentRequests::resolutions_ofAReachableServerAgree()
+{
+    TestServer server;
+    TestConfig config;
+    config.setServer(server.port());
+    httpsRequest request;
+    request.configPath = config.path();
+    const LogCapture log;
+    runAll([&](int) { request.getUseful_IpPort(); });
+    QCOMPARE(resolvedEndpoint().strAddr, QStringLiteral("127.0.0.1"));
+    QCOMPARE(resolvedEndpoint().strPort, QString::number(server.port()));
+    QCOMPARE(log.linesWith(QStringLiteral("info: can ping")).size(), threadCount);
+}
+
+void TestConcurrentRequests::resolutions_askTheLibraryOneAtATime()
+{
+    const TestGateway gateway("10.1.1.1", 443);
+    const RefusingPort refusing;
+    TestConfig config;
+    config.setServer(refusing.port());
+    httpsRequest request;
+    request.configPath = config.path();
+    const LogCapture log;
+    runAll([&](int) { request.getUseful_IpPort(); });
+    QStringList expected;
+    for (int query = 0; query < threadCount; ++query) {
+        expected += TestGateway::oneQuery();
+    }
+    QCOMPARE(gateway.calls(), expected); // whole queries, none inside another
+    QCOMPARE(resolvedEndpoint().strAddr, QStringLiteral("10.1.1.1"));
+}
+
+void TestConcurrentRequests::resolutionsAndRequests_runSideBySide()
+{
+    TestServer server;
+    setReplies(server);
+    TestConfig config;
+    config.setServer(server.port());
+    httpsRequest request;
+    request.configPath = config.path();
+    const LogCapture log;
+    std::atomic<int> wrong = 0;
+    std::atomic<int> torn = 0;
+    const std::vector<std::function<void()>> work
+        = {[&] { request.getUseful_IpPort(); },
+           // With the fall-back every request has a whole endpoint, resolved or configured.
+           [&] { wrong += wrongReplies(request, 1); }, [&] { wrong += wrongReplies(request, 2); },
+           [&] {
+               const ServiceEndpoint seen = resolvedEndpoint();
+               torn += seen.strAddr.isEmpty() == seen.strPort.isEmpty() ? 0 : 1;
+               request.getUseful_IpPort();
+           }};
+    runAll([&](int thread) { work.at(static_cast<std::size_t>(thread))(); });
+    QCOMPARE(wrong.load(), 0);
+    QCOMPARE(torn.load(), 0);
+}
+
+QTEST_MAIN(TestConcurrentRequests)
+#include "tst_concurrentrequests.moc"

@@ -1,0 +1,228 @@
+#include "ui/answer/list/conversationlist.h"
+
+#include <QLabel>
+#include <QScrollBar>
+#include <QTest>
+
+/// The list of the conversation lays out its items itself: where they are, and what moves.
+class TestConversationList : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void scrollBar_isThin();
+    void items_lieBelowEachOther();
+    void itemWidgets_areThoseOfTheirItems();
+    void shortList_doesNotScroll();
+    void longList_scrollsByThePixel();
+    void scrollToBottom_showsTheLastItem();
+    void changedHeight_movesWhatFollows();
+    void indexAt_findsTheItem();
+    void scrollToItem_hints();
+    void wheelAndKeys_scroll();
+    void entries_paintWhatTheyShow();
+    void farDown_itemsAreStillInPlace();
+
+private:
+    QWidget *append(int height);
+    [[nodiscard]] QRect placeOf(const QWidget *widget) const;
+    [[nodiscard]] QScrollBar *bar() const { return m_list->verticalScrollBar(); }
+
+    std::unique_ptr<QWidget> m_window;
+    ConversationList *m_list = nullptr;
+};
+
+namespace {
+
+constexpr int width = 648;
+constexpr int height = 400;
+
+} // namespace
+
+void TestConversationList::init()
+{
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(width, height);
+    m_list = new ConversationList(m_window.get());
+    m_list->setFrameShape(QFrame::NoFrame);
+    m_list->setGeometry(0, 0, width, height);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+}
+
+void TestConversationList::cleanup()
+{
+    m_window.reset();
+}
+
+QWidget *TestConversationList::append(int itemHeight)
+{
+    auto *widget = new QWidget(m_list->nextParent());
+    widget->setFixedSize(600, itemHeight);
+    m_list->append(widget);
+    return widget;
+}
+
+QRect TestConversationList::placeOf(const QWidget *widget) const
+{
+    return {widget->mapTo(m_list, QPoint()), widget->size()};
+}
+
+void TestConversationList::scrollBar_isThin()
+{
+    const QString style = bar()->styleSheet();
+    QVERIFY(style.contains(QLatin1String("width:14px")));
+    QVERIFY(style.contains(QLatin1String("margin:0px 10px 0px 0px")));
+    QVERIFY(style.contains(QLatin1String("background:rgba(207,207,207,70%)")));
+    QCOMPARE(style.count(QLatin1String("background:rgba(207,207,207,100%)")), 2);
+    QCOMPARE(m_list->contentsMargins(), QMargins());
+}
+
+void TestConversationList::items_lieBelowEachOther()
+{
+    const QWidget *first = append(50);
+    const QWidget *second = append(120);
+    const QWidget *third = append(30);
+    QCOMPARE(placeOf(first), QRect(0, 0, 600, 50));
+    QCOMPARE(placeOf(second), QRect(0, 50, 600, 120));
+    QCOMPARE(placeOf(third), QRect(0, 170, 600, 30));
+    QCOMPARE(m_list->visualItemRect(m_list->item(1)), QRect(0, 50, 600, 120));
+    QVERIFY(third->isVisible());
+}
+
+void TestConversationList::itemWidgets_areThoseOfTheirItems()
+{
+    QWidget *first = append(50);
+    QWidget *second = append(60);
+    QCOMPARE(m_list->count(), 2);
+    QCOMPARE(m_list->itemWidget(m_list->item(0)), first);
+    QCOMPARE(m_list->itemWidget(m_list->item(1)), second);
+    QCOMPARE(m_list->item(1)->sizeHint(), QSize(600, 60));
+}
+
+void TestConversationList::shortList_doesNotScroll()
+{
+    append(height);
+    QCOMPARE(bar()->maximum(), 0);
+    QVERIFY(!bar()->isVisible());
+}
+
+void TestConversationList::longList_scrollsByThePixel()
+{
+    const QWidget *first = append(300);
+    append(301);
+    QCOMPARE(bar()->maximum(), 201);
+    QTRY_VERIFY(bar()->isVisible());
+    bar()->setValue(7);
+    QCOMPARE(placeOf(first).top(), -7);
+    bar()->setValue(0);
+    QCOMPARE(placeOf(first).top(), 0);
+}
+
+void TestConversationList::scrollToBottom_showsTheLastItem()
+{
+    for (int i = 0; i < 50; ++i) {
+        const QWidget *last = append(40 + i);
+        m_list->scrollToBottom();
+        QCOMPARE(bar()->value(), bar()->maximum());
+        QVERIFY(placeOf(last).bottom() < height);
+    }
+}
+
+void TestConversationList::changedHeight_movesWhatFollows()
+{
+    const QWidget *first = append(50);
+    QWidget *second = append(60);
+    const QWidget *third = append(70);
+    second->setFixedSize(600, 200);
+    m_list->item(1)->setSizeHint(second->size());
+    QCOMPARE(placeOf(first).top(), 0);
+    QCOMPARE(placeOf(third), QRect(0, 250, 600, 70));
+    second->setFixedSize(600, 10);
+    m_list->item(1)->setSizeHint(second->size());
+    QCOMPARE(placeOf(third).top(), 60);
+}
+
+void TestConversationList::indexAt_findsTheItem()
+{
+    append(300);
+    append(300);
+    append(300);
+    QCOMPARE(m_list->indexAt({5, 0}).row(), 0);
+    QCOMPARE(m_list->indexAt({5, 299}).row(), 0);
+    QCOMPARE(m_list->indexAt({5, 300}).row(), 1);
+    bar()->setValue(350);
+    QCOMPARE(m_list->indexAt({5, 0}).row(), 1);
+    QCOMPARE(m_list->indexAt({5, 260}).row(), 2);
+    QVERIFY(!m_list->indexAt({5, 5000}).isValid());
+    QVERIFY(!m_list->indexAt({5, -400}).isValid());
+}
+
+void TestConversationList::scrollToItem_hints()
+{
+    for (int i = 0; i < 20; ++i) {
+        append(100);
+    }
+    m_list->scrollToItem(m_list->item(10), QAbstractItemView::PositionAtTop);
+    QCOMPARE(bar()->value(), 1000);
+    m_list->scrollToItem(m_list->item(10), QAbstractItemView::PositionAtBottom);
+    QCOMPARE(bar()->value(), 1100 - height);
+    m_list->scrollToItem(m_list->item(10), QAbstractItemView::PositionAtCenter);
+    QCOMPARE(bar()->value(), 1050 - height / 2);
+    m_list->scrollToItem(m_list->item(10), QAbstractItemView::EnsureVisible);
+    QCOMPARE(bar()->value(), 1050 - height / 2);
+    m_list->scrollToItem(m_list->item(0), QAbstractItemView::EnsureVisible);
+    QCOMPARE(bar()->value(), 0);
+    m_list->scrollToItem(m_list->item(19), QAbstractItemView::EnsureVisible);
+    QCOMPARE(bar()->value(), bar()->maximum());
+}
+
+void TestConversationList::wheelAndKeys_scroll()
+{
+    for (int i = 0; i < 20; ++i) {
+        append(100);
+    }
+    QTest::keyClick(m_list, Qt::Key_PageDown);
+    QCOMPARE(bar()->value(), height);
+    QTest::keyClick(m_list, Qt::Key_End);
+    QCOMPARE(bar()->value(), bar()->maximum());
+    QTest::keyClick(m_list, Qt::Key_Up);
+    QVERIFY(bar()->value() < bar()->maximum());
+    QTest::keyClick(m_list, Qt::Key_Home);
+    QCOMPARE(bar()->value(), 0);
+    const QPoint middle(100, 100);
+    QWheelEvent wheel(middle, m_list->mapToGlobal(middle), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(m_list->viewport(), &wheel);
+    QVERIFY(bar()->value() > 0);
+}
+
+void TestConversationList::entries_paintWhatTheyShow()
+{
+    QWidget *first = append(100);
+    first->setStyleSheet(QStringLiteral("background-color:rgb(255, 0, 0);"));
+    QWidget *second = append(100);
+    second->setStyleSheet(QStringLiteral("background-color:rgb(0, 0, 255);"));
+    const QImage shot = m_list->grab().toImage();
+    QCOMPARE(shot.pixelColor(10, 50), QColor(255, 0, 0));
+    QCOMPARE(shot.pixelColor(10, 150), QColor(0, 0, 255));
+    QCOMPARE(shot.pixelColor(10, 250), QColor(255, 255, 255));
+}
+
+void TestConversationList::farDown_itemsAreStillInPlace()
+{
+    // Further than a 16-bit number of pixels, at which the stock list loses its items.
+    for (int i = 0; i < 800; ++i) {
+        append(100);
+    }
+    m_list->scrollToBottom();
+    const QWidget *last = m_list->itemWidget(m_list->item(799));
+    QCOMPARE(placeOf(last), QRect(0, height - 100, 600, 100));
+    QCOMPARE(m_list->indexAt({5, height - 1}).row(), 799);
+}
+
+QTEST_MAIN(TestConversationList)
+#include "tst_conversationlist.moc"

@@ -1,0 +1,289 @@
+#include "app/base/apppaths.h"
+#include "resources/resources.h"
+#include "ui/answer/bubble/answeritem.h"
+#include "ui/answer/bubble/questionbubble.h"
+#include "ui/answer/content/answercontent.h"
+#include "ui/answer/list/conversationlist.h"
+#include "ui/answer/qaregion.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QCursor>
+#include <QEventLoop>
+#include <QJsonArray>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTest>
+#include <QTimer>
+
+/// Entries far from what is seen have no widgets; nobody may notice.
+class TestSleepingEntries : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void farEntries_sleep_nearOnesDoNot();
+    void wokenEntries_lookAsBefore();
+    void wokenAnswer_keepsItsFold();
+    void foldingASleepingAnswer_wakesIt();
+    void entryWithASelection_staysAwake_andIsCopiedByItsNumber();
+    void wokenText_isCopiedByItsNumber();
+    void entryWithTheFocus_staysAwake();
+    void answersWithPicturesOrBoxes_stayAwake();
+    void veryLongAnswer_staysAwake();
+    void neverScrolledTo_sleepsToo();
+    void tabKey_bringsWhatItReachesIntoView();
+    void foldingFarAbove_movesAllThatFollows();
+
+private:
+    void addExchanges(int count);
+    static void letSleep();
+    [[nodiscard]] QList<QuestionBubble *> questions() const;
+    [[nodiscard]] QList<AnswerItem *> answers() const;
+    [[nodiscard]] QScrollBar *bar() const { return m_list->verticalScrollBar(); }
+
+    std::unique_ptr<QARegion> m_region;
+    ConversationList *m_list = nullptr;
+};
+
+namespace {
+
+constexpr int many = 35;
+
+QString question(int number)
+{
+    return QStringLiteral("第%1个问题").arg(number);
+}
+
+} // namespace
+
+void TestSleepingEntries::initTestCase()
+{
+    initResources();
+    initAppPaths(QString());
+}
+
+void TestSleepingEntries::init()
+{
+    m_region = std::make_unique<QARegion>();
+    m_list = m_region->findChild<ConversationList *>();
+    m_region->resize(647, 490);
+    m_region->move(100, 100);
+    QCursor::setPos(0, 0); // an entry under the mouse stays awake
+    m_region->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_region.get()));
+}
+
+void TestSleepingEntries::cleanup()
+{
+    m_region.reset();
+}
+
+void TestSleepingEntries::addExchanges(int count)
+{
+    for (int i = 0; i < count; ++i) {
+        m_region->addQuestionBubble(question(questions().size()));
+        m_region->showAnswer(QStringLiteral("标题"), QStringLiteral("<p>段落<b>粗</b></p>"));
+    }
+    letSleep();
+}
+
+/// Lets happen what waits for its turn: the list's timer of no length began before this one.
+void TestSleepingEntries::letSleep()
+{
+    QCoreApplication::processEvents();
+    QEventLoop turn;
+    QTimer last;
+    connect(&last, &QTimer::timeout, &turn, &QEventLoop::quit);
+    last.start(0);
+    turn.exec();
+}
+
+QList<QuestionBubble *> TestSleepingEntries::questions() const
+{
+    return m_region->findChildren<QuestionBubble *>();
+}
+
+QList<AnswerItem *> TestSleepingEntries::answers() const
+{
+    return m_region->findChildren<AnswerItem *>();
+}
+
+void TestSleepingEntries::farEntries_sleep_nearOnesDoNot()
+{
+    addExchanges(many);
+    QVERIFY(!questions().first()->isAwake());
+    QVERIFY(!answers().first()->isAwake());
+    QVERIFY(questions().first()->findChildren<QWidget *>().isEmpty());
+    QVERIFY(questions().last()->isAwake());
+    QVERIFY(answers().last()->isAwake());
+    bar()->setValue(0);
+    letSleep();
+    QVERIFY(questions().first()->isAwake());
+    QVERIFY(answers().first()->isAwake());
+    QVERIFY(!questions().last()->isAwake());
+    QCOMPARE(m_list->count(), 2 * many);
+}
+
+void TestSleepingEntries::wokenEntries_lookAsBefore()
+{
+    addExchanges(2);
+    m_region->addRobotMessage(QStringLiteral("一条消息"));
+    m_region->addQuestionBubble(QStringLiteral("很长的问题，").repeated(20));
+    m_region->showAnswer(QStringLiteral("长"), QStringLiteral("<p>一行文字</p>").repeated(20));
+    bar()->setValue(0);
+    letSleep();
+    const QImage before = m_list->grab().toImage();
+    const QRect label = questions().first()->label()->geometry();
+    addExchanges(many);
+    QVERIFY(!questions().first()->isAwake());
+    bar()->setValue(0);
+    QCOMPARE(questions().first()->label()->geometry(), label);
+    QCOMPARE(questions().first()->label()->text(), question(0));
+    // The scroll bar's handle is another size now.
+    const QRect entries(0, 0, 600, m_list->height());
+    QCOMPARE(m_list->grab(entries).toImage(), before.copy(entries));
+}
+
+void TestSleepingEntries::wokenAnswer_keepsItsFold()
+{
+    m_region->showAnswer(QStringLiteral("长"), QStringLiteral("<p>一行文字</p>").repeated(20));
+    m_region->showAnswer(QStringLiteral("长"), QStringLiteral("<p>一行文字</p>").repeated(20));
+    QTest::mouseClick(answers().first()->findChildren<QPushButton *>().first(), Qt::LeftButton);
+    const int opened = answers().first()->height();
+    QVERIFY(opened > 400);
+    addExchanges(many);
+    QVERIFY(!answers().first()->isAwake());
+    QCOMPARE(answers().first()->height(), opened);
+    bar()->setValue(0);
+    const auto buttons = answers().first()->findChildren<QPushButton *>();
+    QVERIFY(!buttons.at(0)->isVisible());
+    QVERIFY(buttons.at(1)->isVisible());
+    QTest::mouseClick(buttons.at(1), Qt::LeftButton);
+    QCOMPARE(answers().first()->size(), QSize(648, 230));
+    QCOMPARE(answers().at(1)->size(), QSize(648, 230));
+}
+
+void TestSleepingEntries::foldingASleepingAnswer_wakesIt()
+{
+    m_region->showAnswer(QStringLiteral("长"), QStringLiteral("<p>一行文字</p>").repeated(20));
+    addExchanges(many);
+    AnswerItem *answer = answers().first();
+    QVERIFY(!answer->isAwake());
+    answer->setFoldState(FoldState::Opened);
+    QVERIFY(answer->isAwake());
+    QCOMPARE(answer->height(),
+             answer->titleLabel()->height() + answer->content()->contentHeight() + 100);
+}
+
+void TestSleepingEntries::entryWithASelection_staysAwake_andIsCopiedByItsNumber()
+{
+    addExchanges(3);
+    questions().at(1)->label()->setSelection(0, 3);
+    addExchanges(many);
+    QVERIFY(!questions().at(0)->isAwake());
+    QVERIFY(questions().at(1)->isAwake());
+    m_region->qaRightHitMenu_copySlots(1, QARegion::QuestionMenu);
+    QCOMPARE(QApplication::clipboard()->text(), question(1).left(3));
+    m_region->qaRightHitMenu_copySlots(0, QARegion::QuestionMenu);
+    QCOMPARE(QApplication::clipboard()->text(), QString());
+}
+
+void TestSleepingEntries::wokenText_isCopiedByItsNumber()
+{
+    addExchanges(many);
+    bar()->setValue(0);
+    questions().at(1)->label()->setSelection(0, question(1).size());
+    answers().at(1)->content()->paragraphs().first()->setSelection(0, 3);
+    m_region->qaRightHitMenu_copySlots(1, QARegion::QuestionMenu);
+    QCOMPARE(QApplication::clipboard()->text(), question(1));
+    m_region->qaRightHitMenu_copySlots(1, QARegion::ParagraphMenu);
+    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("段落粗"));
+}
+
+void TestSleepingEntries::entryWithTheFocus_staysAwake()
+{
+    addExchanges(2);
+    m_region->activateWindow();
+    questions().at(0)->label()->setFocus();
+    QTRY_VERIFY(questions().at(0)->label()->hasFocus());
+    addExchanges(many);
+    QVERIFY(questions().at(0)->isAwake());
+    QVERIFY(!questions().at(1)->isAwake());
+}
+
+void TestSleepingEntries::answersWithPicturesOrBoxes_stayAwake()
+{
+    QImage image(20, 20, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    m_region->showAnswer(QStringLiteral("图"),
+                         QStringLiteral("<p><img src=\"data:image/png;base64,%1\" style=\"\"/></p>")
+                             .arg(QLatin1String(bytes.toBase64())));
+    m_region->showAnswerWithRecommends(QStringLiteral("荐"), QStringLiteral("<p>段</p>"),
+                                       QJsonArray(), QString());
+    addExchanges(many);
+    QVERIFY(answers().at(0)->isAwake());
+    QVERIFY(answers().at(1)->isAwake());
+    QVERIFY(!answers().at(2)->isAwake());
+}
+
+void TestSleepingEntries::veryLongAnswer_staysAwake()
+{
+    m_region->showAnswer(QStringLiteral("长"), QStringLiteral("<p>一行文字</p>").repeated(500));
+    addExchanges(many);
+    QVERIFY(answers().at(0)->isAwake());
+}
+
+void TestSleepingEntries::neverScrolledTo_sleepsToo()
+{
+    for (int i = 0; i < many; ++i) {
+        m_region->addRobotMessage(QStringLiteral("消息"));
+    }
+    letSleep();
+    QCOMPARE(bar()->value(), 0);
+    const auto *last = qobject_cast<ConversationItem *>(m_list->itemWidget(m_list->item(many - 1)));
+    QVERIFY(!last->isAwake());
+    m_list->scrollToBottom();
+    QVERIFY(last->isAwake());
+}
+
+void TestSleepingEntries::tabKey_bringsWhatItReachesIntoView()
+{
+    addExchanges(many);
+    bar()->setValue(0);
+    m_region->activateWindow();
+    questions().first()->label()->setFocus();
+    QTRY_VERIFY(questions().first()->label()->hasFocus());
+    for (int i = 0; i < 40; ++i) {
+        QTest::keyClick(m_region->focusWidget(), Qt::Key_Tab);
+        const QWidget *focused = m_region->focusWidget();
+        const int top = focused->mapTo(m_list->viewport(), QPoint()).y();
+        QVERIFY(top >= 0);
+        QVERIFY(top + focused->height() <= m_list->viewport()->height());
+    }
+    QVERIFY(bar()->value() > m_list->viewport()->height());
+}
+
+void TestSleepingEntries::foldingFarAbove_movesAllThatFollows()
+{
+    m_region->showAnswer(QStringLiteral("长"), QStringLiteral("<p>一行文字</p>").repeated(20));
+    addExchanges(many); // more than one section of the list
+    const int folded = answers().last()->mapTo(m_list, QPoint()).y();
+    const int height = answers().first()->height();
+    m_region->FoldToOpen_answer(0);
+    const int more = answers().first()->height() - height;
+    QVERIFY(more > 0);
+    QCOMPARE(answers().last()->mapTo(m_list, QPoint()).y(), folded + more);
+}
+
+QTEST_MAIN(TestSleepingEntries)
+#include "tst_sleepingentries.moc"

@@ -1,0 +1,286 @@
+#include "app/base/apppaths.h"
+#include "resources/resources.h"
+#include "ui/answer/bubble/answeritem.h"
+#include "ui/answer/bubble/messagebubble.h"
+#include "ui/answer/bubble/questionbubble.h"
+#include "ui/answer/content/answercontent.h"
+#include "ui/answer/copymenu.h"
+#include "ui/answer/picture/picturerow.h"
+#include "ui/answer/qaregion.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// Copying from the conversation, and links that are not opened.
+class TestCopyMenu : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void form();
+    void nothingSelected_isGreyed_data();
+    void nothingSelected_isGreyed();
+    void selectedText_isCopied_data();
+    void selectedText_isCopied();
+    void textOfSeveralLines_keepsItsLines();
+    void stillPicture_isCopiedWhole();
+    void animatedPicture_isCopiedAsTheFirstFrameOfItsFile();
+    void animatedPictureWithoutFile_copiesAnEmptyPicture();
+    void menu_goesWithTheCopy();
+    void secondMenu_replacesTheFirst();
+    void unknownNumbers_copyNothing();
+    void programStartingLinks_areNotOpened_data();
+    void programStartingLinks_areNotOpened();
+
+private:
+    [[nodiscard]] QLabel *labelOf(int kind) const;
+    void show(QLabel *label);
+    [[nodiscard]] CopyMenu *menu() const { return m_region->findChild<CopyMenu *>(); }
+    [[nodiscard]] QPushButton *item() const { return menu()->findChild<QPushButton *>(); }
+    static void addKindRows();
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QARegion> m_region;
+};
+
+namespace {
+
+QByteArray bytesOf(const QImage &image, const char *format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+QString pictureTag(const QByteArray &bytes, const char *type)
+{
+    return QStringLiteral("<p><img src=\"data:image/%1;base64,%2\" style=\"\"/></p>")
+        .arg(QLatin1String(type), QLatin1String(bytes.toBase64()));
+}
+
+} // namespace
+
+void TestCopyMenu::initTestCase()
+{
+    initResources();
+    initAppPaths(QString());
+}
+
+void TestCopyMenu::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QDir::setCurrent(m_folder->path());
+    m_region = std::make_unique<QARegion>();
+    m_region->resize(646, 490);
+    m_region->show();
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    m_region->addQuestionBubble(QStringLiteral("用户的问题"));
+    m_region->addRobotMessage(QStringLiteral("助手的消息"));
+    m_region->showAnswer(QStringLiteral("答案的标题"), QStringLiteral("<p>答案的段落</p>"));
+}
+
+void TestCopyMenu::cleanup()
+{
+    m_region.reset();
+    QDir::setCurrent(QDir::tempPath());
+    m_folder.reset();
+}
+
+void TestCopyMenu::addKindRows()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("paragraph") << 0 << QStringLiteral("答案的段落");
+    QTest::newRow("question") << 2 << QStringLiteral("用户的问题");
+    QTest::newRow("title") << 3 << QStringLiteral("答案的标题");
+    QTest::newRow("message") << 4 << QStringLiteral("助手的消息");
+}
+
+QLabel *TestCopyMenu::labelOf(int kind) const
+{
+    switch (kind) {
+    case QARegion::QuestionMenu:
+        return m_region->findChild<QuestionBubble *>()->label();
+    case QARegion::MessageMenu:
+        return m_region->findChild<MessageBubble *>()->label();
+    case QARegion::TitleMenu:
+        return m_region->findChild<AnswerItem *>()->titleLabel();
+    default:
+        return m_region->findChild<AnswerItem *>()->content()->paragraphs().first();
+    }
+}
+
+void TestCopyMenu::show(QLabel *label)
+{
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(3, 3));
+    QApplication::sendEvent(label, &event);
+}
+
+void TestCopyMenu::form()
+{
+    m_region->qaRightHitMenu_show(0, QARegion::PictureMenu);
+    QVERIFY(menu()->isVisible());
+    QCOMPARE(menu()->size(), QSize(137, 37));
+    QVERIFY(menu()->windowFlags().testFlag(Qt::FramelessWindowHint));
+    QVERIFY(menu()->windowFlags().testFlag(Qt::NoDropShadowWindowHint));
+    QVERIFY(menu()->testAttribute(Qt::WA_TranslucentBackground));
+    QCOMPARE(item()->text(), QStringLiteral("复制"));
+    QCOMPARE(item()->size(), QSize(135, 37));
+    QCOMPARE(item()->focusPolicy(), Qt::NoFocus);
+    const auto *hint = item()->findChild<QLabel *>();
+    QCOMPARE(hint->text(), QStringLiteral("Ctrl+C"));
+    QCOMPARE(hint->geometry(), QRect(88, 5, 38, 27));
+    QVERIFY(item()->isEnabled());
+}
+
+void TestCopyMenu::nothingSelected_isGreyed_data()
+{
+    addKindRows();
+}
+
+void TestCopyMenu::nothingSelected_isGreyed()
+{
+    QFETCH(int, kind);
+    show(labelOf(kind));
+    QVERIFY(!item()->isEnabled());
+    QVERIFY(item()->styleSheet().contains(QLatin1String("#d0d2d9")));
+    QVERIFY(item()->findChild<QLabel *>()->styleSheet().contains(QLatin1String("#d0d2d9")));
+    QTest::mouseClick(item(), Qt::LeftButton);
+    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("before"));
+}
+
+void TestCopyMenu::selectedText_isCopied_data()
+{
+    addKindRows();
+}
+
+void TestCopyMenu::selectedText_isCopied()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, text);
+    labelOf(kind)->setSelection(0, text.size());
+    show(labelOf(kind));
+    QVERIFY(item()->isEnabled());
+    QTest::mouseClick(item(), Qt::LeftButton);
+    QCOMPARE(QApplication::clipboard()->text(), text);
+}
+
+void TestCopyMenu::textOfSeveralLines_keepsItsLines()
+{
+    m_region->showAnswer(QStringLiteral("t"), QStringLiteral("<p>一行<br>二行</p>"));
+    QLabel *label = m_region->findChildren<AnswerItem *>().last()->content()->paragraphs().first();
+    label->setSelection(0, 5);
+    m_region->qaRightHitMenu_copySlots(1, QARegion::ParagraphMenu);
+    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("一行\n二行"));
+}
+
+void TestCopyMenu::stillPicture_isCopiedWhole()
+{
+    QImage image(800, 200, QImage::Format_RGB32);
+    image.fill(Qt::darkGreen);
+    m_region->showAnswer(QStringLiteral("t"), pictureTag(bytesOf(image, "PNG"), "png"));
+    const PictureRow *row
+        = m_region->findChildren<AnswerItem *>().last()->content()->pictureRows().first();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(3, 3));
+    QApplication::sendEvent(row->button(), &event);
+    QTest::mouseClick(item(), Qt::LeftButton);
+    QCOMPARE(QApplication::clipboard()->pixmap().size(), QSize(800, 200));
+}
+
+void TestCopyMenu::animatedPicture_isCopiedAsTheFirstFrameOfItsFile()
+{
+    // One frame of 1 x 1 px, red (GIF89a).
+    const QByteArray gif = QByteArray::fromHex("47494638396101000100800000ff0000ffffff"
+                                               "2c00000000010001000002024401003b");
+    m_region->showAnswer(QStringLiteral("t"), pictureTag(gif, "gif"));
+    QVERIFY(QFile::exists(QStringLiteral("gif/0.gif")));
+    m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
+    const QImage copied = QApplication::clipboard()->image();
+    QCOMPARE(copied.size(), QSize(1, 1));
+    QCOMPARE(copied.pixelColor(0, 0), QColor(255, 0, 0));
+}
+
+void TestCopyMenu::animatedPictureWithoutFile_copiesAnEmptyPicture()
+{
+    const QByteArray gif = QByteArray::fromHex("47494638396101000100800000ff0000ffffff"
+                                               "2c00000000010001000002024401003b");
+    QVERIFY(QDir().mkpath(QStringLiteral("gif/0.gif"))); // a folder, so it cannot be written
+    QTest::ignoreMessage(QtWarningMsg, "open file fail");
+    m_region->showAnswer(QStringLiteral("t"), pictureTag(gif, "gif"));
+    m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
+    QVERIFY(QApplication::clipboard()->image().isNull());
+}
+
+void TestCopyMenu::menu_goesWithTheCopy()
+{
+    labelOf(QARegion::TitleMenu)->setSelection(0, 2);
+    show(labelOf(QARegion::TitleMenu));
+    QTest::mouseClick(item(), Qt::LeftButton);
+    QTRY_VERIFY(menu() == nullptr);
+}
+
+void TestCopyMenu::secondMenu_replacesTheFirst()
+{
+    show(labelOf(QARegion::TitleMenu));
+    menu()->close();
+    QTRY_VERIFY(menu() == nullptr);
+    labelOf(QARegion::QuestionMenu)->setSelection(0, 2);
+    show(labelOf(QARegion::QuestionMenu));
+    QTest::mouseClick(item(), Qt::LeftButton);
+    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("用户"));
+}
+
+void TestCopyMenu::unknownNumbers_copyNothing()
+{
+    m_region->qaRightHitMenu_copySlots(99, QARegion::PictureMenu);
+    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("before"));
+    m_region->qaRightHitMenu_copySlots(99, QARegion::TitleMenu);
+    QCOMPARE(QApplication::clipboard()->text(), QString());
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    m_region->qaRightHitMenu_copySlots(0, 77);
+    QCOMPARE(QApplication::clipboard()->text(), QString());
+}
+
+void TestCopyMenu::programStartingLinks_areNotOpened_data()
+{
+    QTest::addColumn<QString>("link");
+    QTest::addColumn<QString>("logged");
+    const auto row = [](const char *link) {
+        QTest::newRow(link) << QString::fromLatin1(link) << QString::fromLatin1(link);
+    };
+    row("calc.exe");
+    row("file:///C:/Windows/System32/calc.exe");
+    row("javascript:alert(1)");
+    row("vbscript:x");
+    row("data:text/html,x");
+    row("ms-msdt:/id x");
+    row("search-ms:query=x");
+    row("shell:startup");
+    QTest::newRow("upper case") << QStringLiteral("FILE:///etc/passwd")
+                                << QStringLiteral("file:///etc/passwd");
+}
+
+void TestCopyMenu::programStartingLinks_areNotOpened()
+{
+    QFETCH(QString, link);
+    QFETCH(QString, logged);
+    QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("link is not opened: ") + logged));
+    QDesktopServices::openUrl(QUrl(link));
+}
+
+QTEST_MAIN(TestCopyMenu)
+#include "tst_copymenu.moc"

@@ -1,0 +1,234 @@
+#include "app/base/apppaths.h"
+#include "resources/resources.h"
+#include "tests/support/logcapture.h"
+#include "ui/answer/bubble/answeritem.h"
+#include "ui/answer/content/answercontent.h"
+#include "ui/answer/picture/picturerow.h"
+#include "ui/answer/qaregion.h"
+#include "ui/preview/imagedisplay.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QMovie>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// Pictures of answers that are none, or too many, or too large: each keeps its row and its number.
+class TestHostilePictures : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void unreadable_makesARowOf4Pixels_withAWarning_data();
+    void unreadable_makesARowOf4Pixels_withAWarning();
+    void unreadable_keepsItsNumber();
+    void unreadable_isCopiedAsNothing();
+    void unreadable_canBePreviewed();
+    void unreadableAnimation_isWrittenAndHasNoFrames();
+    void animationOfAnAbsurdSize_isNeverDecoded();
+    void inSingleQuotes_isRead();
+    void withoutAClosingQuote_isRead();
+    void twoInOnePiece_showTheFirst();
+    void twoHundredInOneAnswer_haveTheirRows();
+    void fiveMegabytesOfBase64_areRead();
+
+private:
+    const AnswerItem &show(const QString &reply);
+    [[nodiscard]] static QByteArray encoded(const QSize &size, const char *format);
+    [[nodiscard]] static QString tag(const QByteArray &data);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QARegion> m_region;
+};
+
+void TestHostilePictures::initTestCase()
+{
+    initResources();
+    initAppPaths(QString());
+}
+
+void TestHostilePictures::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QDir::setCurrent(m_folder->path());
+    m_region = std::make_unique<QARegion>();
+    m_region->show();
+}
+
+void TestHostilePictures::cleanup()
+{
+    m_region.reset();
+    QDir::setCurrent(QDir::tempPath());
+    m_folder.reset();
+}
+
+const AnswerItem &TestHostilePictures::show(const QString &reply)
+{
+    m_region->showAnswer(QStringLiteral("标题"), reply);
+    return *m_region->findChildren<AnswerItem *>().last();
+}
+
+QByteArray TestHostilePictures::encoded(const QSize &size, const char *format)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+QString TestHostilePictures::tag(const QByteArray &data)
+{
+    return QStringLiteral("<p><img src=\"data:image/png;base64,%1\" style=\"\"/></p>")
+        .arg(QLatin1String(data.toBase64()));
+}
+
+void TestHostilePictures::unreadable_makesARowOf4Pixels_withAWarning_data()
+{
+    QTest::addColumn<QString>("reply");
+    const QByteArray png = encoded({20, 20}, "PNG");
+    const QString good = QLatin1String(png.toBase64());
+    const auto row = [](const char *name, const QString &reply) {
+        QTest::newRow(name) << reply;
+    };
+    row("no picture", tag("hello"));
+    row("nothing", tag(QByteArray()));
+    row("header only", tag(png.left(8)));
+    row("GIF of no size", tag(QByteArray::fromHex("474946383961000000008000003b")));
+    row("BMP of no size",
+        tag(QByteArray::fromHex("424d36000000000000003600000028000000000000000000000001001800"
+                                "000000000000000000000000000000000000000000000000")));
+    row("no Base64 in it", QStringLiteral("<p><img src=\"data:image/png;base64,!!!!\"/></p>"));
+    row("no Base64 mark", QStringLiteral("<p><img src=\"data:image/png,%1\"/></p>").arg(good));
+    row("cut after the mark", QStringLiteral("<p><img src=\"data:image/png;base64,"));
+    row("scrambled Base64",
+        QStringLiteral("<p><img src=\"data:image/png;base64,x%1\"/></p>").arg(good));
+}
+
+void TestHostilePictures::unreadable_makesARowOf4Pixels_withAWarning()
+{
+    QFETCH(QString, reply);
+    const LogCapture log;
+    const AnswerItem &answer = show(reply);
+    QCOMPARE(answer.content()->pictureRows().size(), 1);
+    QCOMPARE(answer.content()->pictureRows().first()->size(), QSize(446, 4));
+    QCOMPARE(answer.content()->contentHeight(), 4);
+    QCOMPARE(log.linesWith(QStringLiteral("warning: picture cannot be read")).size(), 1);
+}
+
+void TestHostilePictures::unreadable_keepsItsNumber()
+{
+    const AnswerItem &answer = show(tag("no") + tag(encoded({30, 20}, "PNG")));
+    QCOMPARE(answer.content()->pictureRows().size(), 2);
+    QTest::mouseClick(answer.content()->pictureRows().at(1)->button(), Qt::LeftButton);
+    QCOMPARE(m_region->preview()->currentIndex(), 1);
+    m_region->qaRightHitMenu_copySlots(1, QARegion::PictureMenu);
+    QCOMPARE(QApplication::clipboard()->pixmap().size(), QSize(30, 20));
+}
+
+void TestHostilePictures::unreadable_isCopiedAsNothing()
+{
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    show(tag("no"));
+    m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
+    QVERIFY(QApplication::clipboard()->pixmap().isNull());
+}
+
+void TestHostilePictures::unreadable_canBePreviewed()
+{
+    show(tag("no") + tag(encoded({30, 20}, "PNG")));
+    m_region->picture_preview(0);
+    QVERIFY(m_region->preview()->isVisible());
+    m_region->preview()->grab();
+    m_region->changeToNextImg(1);
+    QCOMPARE(m_region->preview()->currentIndex(), 1);
+    m_region->changeToPreviousImg(0);
+    QCOMPARE(m_region->preview()->currentIndex(), 0);
+}
+
+void TestHostilePictures::unreadableAnimation_isWrittenAndHasNoFrames()
+{
+    const AnswerItem &answer
+        = show(QStringLiteral("<p><img src=\"data:image/gif;base64,aGVsbG8=\" style=\"\"/></p>"));
+    const PictureRow *row = answer.content()->pictureRows().first();
+    QCOMPARE(row->size(), QSize(446, 4));
+    QVERIFY(!row->label()->movie());
+    QFile file(QStringLiteral("gif/0.gif"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("hello"));
+}
+
+void TestHostilePictures::animationOfAnAbsurdSize_isNeverDecoded()
+{
+    // One frame of 1 x 1 px on a canvas of 16,000 x 16,000 px (GIF89a).
+    const QByteArray gif = QByteArray::fromHex("474946383961803e803e800000ff0000ffffff"
+                                               "2c00000000010001000002024401003b");
+    const LogCapture log;
+    const AnswerItem &answer
+        = show(QStringLiteral("<p><img src=\"data:image/gif;base64,%1\" style=\"\"/></p>")
+                   .arg(QLatin1String(gif.toBase64())));
+    const PictureRow *row = answer.content()->pictureRows().first();
+    QCOMPARE(row->size(), QSize(446, 4));
+    QVERIFY(!row->label()->movie());
+    QCOMPARE(log.linesWith(QStringLiteral("warning: picture is too large")).size(), 1);
+    m_region->picture_preview(0);
+    QVERIFY(!m_region->preview()->findChild<QMovie *>());
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
+    QVERIFY(QApplication::clipboard()->image().isNull());
+}
+
+void TestHostilePictures::inSingleQuotes_isRead()
+{
+    QString reply = tag(encoded({30, 20}, "PNG"));
+    reply.replace(QLatin1Char('"'), QLatin1Char('\''));
+    QCOMPARE(show(reply).content()->contentHeight(), 24);
+}
+
+void TestHostilePictures::withoutAClosingQuote_isRead()
+{
+    QString reply = tag(encoded({30, 20}, "PNG"));
+    reply.remove(QStringLiteral("\" style=\"\""));
+    QCOMPARE(show(reply).content()->contentHeight(), 24);
+}
+
+void TestHostilePictures::twoInOnePiece_showTheFirst()
+{
+    QString reply = tag(encoded({30, 20}, "PNG")) + tag(encoded({40, 60}, "PNG"));
+    reply.replace(QStringLiteral("</p><p>"), QString());
+    QCOMPARE(show(reply).content()->contentHeight(), 24);
+}
+
+void TestHostilePictures::twoHundredInOneAnswer_haveTheirRows()
+{
+    const int count = 200;
+    const AnswerItem &answer = show(tag(encoded({30, 20}, "PNG")).repeated(count));
+    QCOMPARE(answer.content()->pictureRows().size(), count);
+    QCOMPARE(answer.content()->contentHeight(), count * 24);
+    QCOMPARE(answer.height(), 230);
+    m_region->picture_preview(count - 1);
+    m_region->changeToNextImg(count);
+    QCOMPARE(m_region->preview()->currentIndex(), count - 1);
+}
+
+void TestHostilePictures::fiveMegabytesOfBase64_areRead()
+{
+    const QString reply = tag(encoded({1200, 1100}, "BMP"));
+    QVERIFY(reply.size() > 5 * 1024 * 1024);
+    const AnswerItem &answer = show(reply);
+    QCOMPARE(answer.content()->pictureRows().first()->label()->size(), QSize(120, 110));
+    QCOMPARE(answer.content()->contentHeight(), 114);
+}
+
+QTEST_MAIN(TestHostilePictures)
+#include "tst_hostilepictures.moc"

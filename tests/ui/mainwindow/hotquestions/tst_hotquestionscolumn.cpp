@@ -1,0 +1,262 @@
+#include "resources/resources.h"
+#include "service/reply/suggestedquestion.h"
+#include "ui/mainwindow/hotquestions/hotpaging.h"
+#include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+/// The column of hot questions: its pages, its rows, and what a click on one says.
+class TestHotQuestionsColumn : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void servicePages_data();
+    void servicePages();
+    void localPages_data();
+    void localPages();
+    void form();
+    void tenServiceQuestions_makeSixteenRows();
+    void localPage_endsWithAnEmptyRow();
+    void localListOfOneEntry_showsNoQuestion();
+    void rowPlacesAndStyle();
+    void icon_followsAShortText_andStandsAtTheEndOfALongOne();
+    void longText_isElided_withAToolTip();
+    void ampersandAndMarkup_areShownAsTheyAre();
+    void click_saysQuestionAndId();
+    void ids_data();
+    void ids();
+
+private:
+    [[nodiscard]] static QJsonArray questions(int count);
+    [[nodiscard]] static QJsonArray oneQuestion(const QString &text);
+    [[nodiscard]] static QWidget *row(const QWidget &column, int number);
+    [[nodiscard]] static QPushButton *button(const QWidget &column, int number);
+};
+
+void TestHotQuestionsColumn::initTestCase()
+{
+    initResources();
+}
+
+QJsonArray TestHotQuestionsColumn::questions(int count)
+{
+    QJsonArray array;
+    for (int i = 1; i <= count; ++i) {
+        array.append(QJsonObject{{QStringLiteral("question"), QStringLiteral("问%1").arg(i)},
+                                 {QStringLiteral("id"), 1000 + i}});
+    }
+    return array;
+}
+
+QJsonArray TestHotQuestionsColumn::oneQuestion(const QString &text)
+{
+    return {QJsonObject{{QStringLiteral("question"), text}}};
+}
+
+QWidget *TestHotQuestionsColumn::row(const QWidget &column, int number)
+{
+    auto *list = column.findChild<QListWidget *>();
+    return list->itemWidget(list->item(number - 1));
+}
+
+QPushButton *TestHotQuestionsColumn::button(const QWidget &column, int number)
+{
+    return row(column, number)->findChild<QPushButton *>();
+}
+
+void TestHotQuestionsColumn::servicePages_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QVector<int>>("starts");
+    QTest::newRow("10") << 10 << QVector<int>{0, 0};
+    QTest::newRow("16") << 16 << QVector<int>{0, 0};
+    QTest::newRow("31") << 31 << QVector<int>{0, 0};
+    QTest::newRow("32") << 32 << QVector<int>{0, 16, 0};
+    QTest::newRow("40") << 40 << QVector<int>{0, 16, 0, 16};
+    QTest::newRow("48") << 48 << QVector<int>{0, 16, 32, 0};
+}
+
+void TestHotQuestionsColumn::servicePages()
+{
+    QFETCH(int, count);
+    QFETCH(QVector<int>, starts);
+    for (int i = 1; i < starts.size(); ++i) {
+        QCOMPARE(nextServicePage(starts.at(i - 1), count), starts.at(i));
+    }
+}
+
+void TestHotQuestionsColumn::localPages_data()
+{
+    QTest::addColumn<int>("entries");
+    QTest::addColumn<QVector<int>>("starts");
+    QTest::newRow("1") << 1 << QVector<int>{0, 0};
+    QTest::newRow("2") << 2 << QVector<int>{0, 0};
+    QTest::newRow("17") << 17 << QVector<int>{0, 0};
+    QTest::newRow("18") << 18 << QVector<int>{0, 16, 0};
+    QTest::newRow("40") << 40 << QVector<int>{0, 16, 32, 0};
+}
+
+void TestHotQuestionsColumn::localPages()
+{
+    QFETCH(int, entries);
+    QFETCH(QVector<int>, starts);
+    for (int i = 1; i < starts.size(); ++i) {
+        QCOMPARE(nextLocalPage(starts.at(i - 1), entries), starts.at(i));
+    }
+}
+
+void TestHotQuestionsColumn::form()
+{
+    const HotQuestionsColumn column(nullptr);
+    QCOMPARE(column.geometry(), QRect(648, 58, 272, 582));
+    QCOMPARE(column.styleSheet(),
+             QStringLiteral("QWidget{background-color:rgb(240, 241, 245);border-left:1px solid "
+                            "rgb(208, 210, 217);}"));
+    const auto labels = column.findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly);
+    QCOMPARE(labels.at(0)->geometry(), QRect(24, 24, 4, 18));
+    QCOMPARE(labels.at(1)->geometry(), QRect(36, 23, 56, 19));
+    QCOMPARE(labels.at(1)->text(), QStringLiteral("热门问答"));
+    const auto *next = column.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
+    QCOMPARE(next->geometry(), QRect(192, 26, 56, 14));
+    QCOMPARE(next->text(), QStringLiteral("换一换"));
+    QVERIFY(next->isHidden());
+}
+
+void TestHotQuestionsColumn::tenServiceQuestions_makeSixteenRows()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(questions(10));
+    QCOMPARE(column.findChild<QListWidget *>()->count(), 16);
+    QCOMPARE(button(column, 10)->text(), QStringLiteral("10. 问10"));
+    QCOMPARE(button(column, 11)->text(), QStringLiteral("11. "));
+    column.showServiceQuestions(QJsonArray());
+    QVERIFY(button(column, 1)->findChild<QLabel *>() == nullptr);
+}
+
+void TestHotQuestionsColumn::localPage_endsWithAnEmptyRow()
+{
+    QStringList entries{QString()};
+    for (int i = 1; i < 40; ++i) {
+        entries.append(QStringLiteral("本地%1").arg(i));
+    }
+    HotQuestionsColumn column(nullptr);
+    column.showLocalQuestions(entries);
+    column.showNextPage();
+    column.showNextPage();
+    QCOMPARE(column.findChild<QListWidget *>()->count(), 8);
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地33"));
+    QCOMPARE(button(column, 7)->text(), QStringLiteral("7. 本地39"));
+    QVERIFY(button(column, 8) == nullptr);
+}
+
+void TestHotQuestionsColumn::localListOfOneEntry_showsNoQuestion()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showLocalQuestions({QString()});
+    QVERIFY(button(column, 1) == nullptr);
+}
+
+void TestHotQuestionsColumn::rowPlacesAndStyle()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(questions(16));
+    const auto *list = column.findChild<QListWidget *>();
+    QCOMPARE(list->item(4)->sizeHint(), QSize(224, 30));
+    QCOMPARE(row(column, 5)->size(), QSize(224, 30));
+    QCOMPARE(row(column, 5)->styleSheet(), QStringLiteral("background-color:rgb(255, 255, 255);"));
+    QCOMPARE(button(column, 5)->geometry(), QRect(16, 7, 192, 16));
+    QCOMPARE(button(column, 5)->styleSheet(),
+             QStringLiteral("QPushButton{color:rgb(29,38,51);font:12px Microsoft YaHei;text-align: "
+                            "left;border:none;}"));
+    QVERIFY(button(column, 3)->findChild<QLabel *>() != nullptr);
+    QVERIFY(button(column, 4)->findChild<QLabel *>() == nullptr);
+}
+
+void TestHotQuestionsColumn::icon_followsAShortText_andStandsAtTheEndOfALongOne()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(oneQuestion(QStringLiteral("短")));
+    button(column, 1)->ensurePolished();
+    const int width = button(column, 1)->fontMetrics().horizontalAdvance(QStringLiteral("1. 短"));
+    QCOMPARE(button(column, 1)->findChild<QLabel *>()->geometry(), QRect(width + 12, 2, 22, 12));
+    column.showServiceQuestions(oneQuestion(QString(30, QChar(u'长'))));
+    QCOMPARE(button(column, 1)->findChild<QLabel *>()->geometry(), QRect(170, 2, 22, 12));
+}
+
+void TestHotQuestionsColumn::longText_isElided_withAToolTip()
+{
+    const QString question(QString(30, QChar(u'长')));
+    QJsonArray array;
+    for (int i = 0; i < 5; ++i) {
+        array.append(QJsonObject{{QStringLiteral("question"), question}});
+    }
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(array);
+    button(column, 2)->ensurePolished();
+    const QFontMetrics metrics = button(column, 2)->fontMetrics();
+    QCOMPARE(button(column, 2)->text(),
+             metrics.elidedText(QStringLiteral("2. ") + question, Qt::ElideRight, 168));
+    QCOMPARE(button(column, 2)->toolTip(), question);
+    QCOMPARE(button(column, 5)->text(),
+             metrics.elidedText(QStringLiteral("5. ") + question, Qt::ElideRight, 184));
+    QCOMPARE(button(column, 5)->toolTip(), question);
+}
+
+void TestHotQuestionsColumn::ampersandAndMarkup_areShownAsTheyAre()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(oneQuestion(QStringLiteral("A & <b>B</b>")));
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. A && <b>B</b>"));
+    QVERIFY(button(column, 1)->shortcut().isEmpty());
+}
+
+void TestHotQuestionsColumn::click_saysQuestionAndId()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(questions(40));
+    column.showNextPage();
+    QSignalSpy clicked(&column, &HotQuestionsColumn::questionClicked);
+    QTest::mouseClick(button(column, 2), Qt::LeftButton);
+    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(clicked.first().at(0).toString(), QStringLiteral("问18"));
+    QCOMPARE(clicked.first().at(1).toLongLong(), 1018);
+}
+
+void TestHotQuestionsColumn::ids_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<qint64>("id");
+    QTest::newRow("missing") << QByteArray("{}") << Q_INT64_C(0);
+    QTest::newRow("negative") << QByteArray(R"({"id":-7})") << Q_INT64_C(-7);
+    QTest::newRow("2^31") << QByteArray(R"({"id":2147483648})") << Q_INT64_C(2147483648);
+    QTest::newRow("2^53") << QByteArray(R"({"id":9007199254740992})")
+                          << Q_INT64_C(9007199254740992);
+    QTest::newRow("2^53 + 1") << QByteArray(R"({"id":9007199254740993})")
+                              << Q_INT64_C(9007199254740993);
+    QTest::newRow("2^63 - 1") << QByteArray(R"({"id":9223372036854775807})")
+                              << Q_INT64_C(9223372036854775807);
+    QTest::newRow("2^63") << QByteArray(R"({"id":9223372036854775808})") << Q_INT64_C(0);
+    QTest::newRow("fraction") << QByteArray(R"({"id":1.5})") << Q_INT64_C(0);
+    QTest::newRow("integral with a point") << QByteArray(R"({"id":3.0})") << Q_INT64_C(3);
+    QTest::newRow("text") << QByteArray(R"({"id":"7"})") << Q_INT64_C(0);
+    QTest::newRow("null") << QByteArray(R"({"id":null})") << Q_INT64_C(0);
+}
+
+void TestHotQuestionsColumn::ids()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(qint64, id);
+    QCOMPARE(readSuggestedQuestion(QJsonDocument::fromJson(json).object()).id, id);
+}
+
+QTEST_MAIN(TestHotQuestionsColumn)
+#include "tst_hotquestionscolumn.moc"

@@ -1,0 +1,151 @@
+#include "ui/text/textwrap.h"
+
+#include <QFontMetrics>
+#include <QTest>
+
+/// Breaking a question into lines.
+class TestTextWrap : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void shownPart_cutsOnlyWhatIsTooLong();
+    void textThatFits_isUnchanged();
+    void textOfExactlyTheWidth_staysOnOneLine();
+    void onePixelMore_breaks();
+    void result_isThatOfTheSimpleRecursion_data();
+    void result_isThatOfTheSimpleRecursion();
+    void firstCharacterWiderThanTheLine_leavesAnEmptyLine();
+    void surrogatePair_isNeverCut();
+    void hundredThousandCharacters_wrapInLinearTime();
+    void lines_areNeverWiderThanTheLimit();
+
+private:
+    static QFontMetrics metrics();
+};
+
+namespace {
+
+constexpr int lineWidth = 446;
+
+/// The rule as it is told: measure, cut one character before the one that reaches the width, go on
+/// with the rest.
+QString simpleRecursion(const QFontMetrics &metrics, const QString &text, int width)
+{
+    if (metrics.horizontalAdvance(text) <= width) {
+        return text;
+    }
+    int sum = 0;
+    int reached = 0;
+    for (int i = 0; i < text.size(); ++i) {
+        sum += metrics.horizontalAdvance(text.at(i));
+        if (sum >= width) {
+            reached = i;
+            break;
+        }
+    }
+    const int cut = qMax(reached, 1) - 1;
+    if (cut == 0) {
+        qFatal("The rule would not end for this text");
+    }
+    return text.left(cut) + QLatin1Char('\n') + simpleRecursion(metrics, text.mid(cut), width);
+}
+
+} // namespace
+
+QFontMetrics TestTextWrap::metrics()
+{
+    QFont font(QStringLiteral("Microsoft YaHei"));
+    font.setPixelSize(14);
+    return QFontMetrics(font);
+}
+
+void TestTextWrap::textThatFits_isUnchanged()
+{
+    QCOMPARE(wrapToWidth(metrics(), QString(), lineWidth), QString());
+    QCOMPARE(wrapToWidth(metrics(), QStringLiteral("桌面黑屏"), lineWidth),
+             QStringLiteral("桌面黑屏"));
+}
+
+void TestTextWrap::textOfExactlyTheWidth_staysOnOneLine()
+{
+    const QString text = QStringLiteral("虚拟桌面登录不上去怎么办");
+    const int width = metrics().horizontalAdvance(text);
+    QCOMPARE(wrapToWidth(metrics(), text, width), text);
+}
+
+void TestTextWrap::onePixelMore_breaks()
+{
+    const QString text = QStringLiteral("虚拟桌面登录不上去怎么办");
+    const int width = metrics().horizontalAdvance(text) - 1;
+    const QString wrapped = wrapToWidth(metrics(), text, width);
+    QCOMPARE(wrapped, QStringLiteral("虚拟桌面登录不上去怎\n么办"));
+}
+
+void TestTextWrap::result_isThatOfTheSimpleRecursion_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("Chinese") << QStringLiteral("云桌面打印机无法使用怎么办").repeated(20);
+    QTest::newRow("Latin") << QStringLiteral("The quick brown fox jumps over it. ").repeated(20);
+    QTest::newRow("mixed") << QStringLiteral("登录时报错 0x80004005, please help！").repeated(20);
+    QTest::newRow("one word") << QString(900, QLatin1Char('w'));
+    QTest::newRow("narrow") << QString(900, QLatin1Char('i'));
+    QTest::newRow("kerning") << QStringLiteral("AVAToWaVeLTYAV").repeated(40);
+}
+
+void TestTextWrap::result_isThatOfTheSimpleRecursion()
+{
+    QFETCH(QString, text);
+    for (const int width : {40, 100, lineWidth}) {
+        QCOMPARE(wrapToWidth(metrics(), text, width), simpleRecursion(metrics(), text, width));
+    }
+}
+
+void TestTextWrap::firstCharacterWiderThanTheLine_leavesAnEmptyLine()
+{
+    QCOMPARE(wrapToWidth(metrics(), QStringLiteral("桌"), 5), QStringLiteral("\n桌"));
+    QCOMPARE(wrapToWidth(metrics(), QStringLiteral("桌面"), 5), QStringLiteral("\n桌\n\n面"));
+}
+
+void TestTextWrap::surrogatePair_isNeverCut()
+{
+    const QString emoji = QString::fromUtf8("\xF0\x9F\x98\x80").repeated(60);
+    for (int width = 30; width < 60; ++width) {
+        const QStringList lines = wrapToWidth(metrics(), emoji, width).split(QLatin1Char('\n'));
+        for (const QString &line : lines) {
+            QVERIFY(line.isEmpty() || line.at(0).isHighSurrogate());
+            QVERIFY(line.isEmpty() || line.at(line.size() - 1).isLowSurrogate());
+        }
+    }
+}
+
+void TestTextWrap::hundredThousandCharacters_wrapInLinearTime()
+{
+    // Ended by the test's own time-out if the cost were quadratic.
+    const QString text = QStringLiteral("虚拟桌面ab").repeated(100000 / 6);
+    const QString wrapped = wrapToWidth(metrics(), text, lineWidth);
+    QCOMPARE(QString(wrapped).remove(QLatin1Char('\n')), text);
+}
+
+void TestTextWrap::lines_areNeverWiderThanTheLimit()
+{
+    const QString text = QStringLiteral("远程桌面 connection lost，请问如何处理？").repeated(50);
+    const QStringList lines = wrapToWidth(metrics(), text, lineWidth).split(QLatin1Char('\n'));
+    QVERIFY(lines.size() > 10);
+    for (const QString &line : lines) {
+        QVERIFY2(metrics().horizontalAdvance(line) <= lineWidth, qPrintable(line));
+    }
+}
+
+void TestTextWrap::shownPart_cutsOnlyWhatIsTooLong()
+{
+    const QString longest(maxShownCharacters, QChar(u'长'));
+    QCOMPARE(shownPart(longest), longest);
+    QCOMPARE(shownPart(longest + QLatin1Char('x')), longest + QChar(u'…'));
+    const QString pairs = QLatin1Char('x') + QStringLiteral("\U0001F600").repeated(longest.size());
+    QCOMPARE(shownPart(pairs).size(), maxShownCharacters); // no pair is torn
+    QVERIFY(shownPart(pairs).at(maxShownCharacters - 2).isLowSurrogate());
+}
+
+QTEST_MAIN(TestTextWrap)
+#include "tst_textwrap.moc"

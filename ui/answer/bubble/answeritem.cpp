@@ -1,0 +1,147 @@
+#include "ui/answer/bubble/answeritem.h"
+
+#include "ui/answer/bubble/foldbar.h"
+#include "ui/answer/content/answercontent.h"
+#include "ui/answer/recommend/recommendbox.h"
+#include "ui/style/styles.h"
+#include "ui/text/bubblelabel.h"
+#include "ui/text/textwrap.h"
+
+#include <QLabel>
+
+namespace {
+
+constexpr int titleMargin = 12;
+
+/// A longer reply takes too long to be laid out again while the user scrolls.
+constexpr int mostCharactersAsleep = 4000;
+
+// Tops in px of the lines of the bars.
+const QVector<int> barLines{11};
+const QVector<int> openBarLinesWithBox{11, 44};
+const QVector<int> retractBarLinesWithBox{11, 42};
+
+QLabel *makeTitle(const QString &title, QWidget *bubble)
+{
+    QLabel *label = makeBubbleLabel(styles::bubbleBoldText, bubble);
+    label->setOpenExternalLinks(true);
+    setWrappedText(label, shownPart(title));
+    return label;
+}
+
+QLabel *makeSeparator(QWidget *bubble)
+{
+    auto *label = new QLabel(bubble);
+    label->setStyleSheet(styles::separator);
+    return label;
+}
+
+} // namespace
+
+AnswerItem::AnswerItem(const QString &title, ConversationList *list)
+    : ConversationItem(Speaker::AssistantAnswer, list)
+    , m_titleText(title)
+{
+    readAs(shownPart(title));
+    makeFrame();
+}
+
+void AnswerItem::makeFrame()
+{
+    m_bubble = addBubble();
+    m_title = makeTitle(m_titleText, m_bubble);
+    addText(m_title, 0);
+    m_separator = makeSeparator(m_bubble);
+    m_titleTerm = m_title->height() - 1 + titleMargin;
+}
+
+int AnswerItem::setReply(const QString &reply, const QString &title,
+                         QVector<ConversationPicture> &pictures)
+{
+    makeContent(reply, title, pictures);
+    if (m_content->pictureRows().isEmpty() && reply.size() <= mostCharactersAsleep) {
+        m_reply = reply;
+    }
+    return m_content->contentHeight();
+}
+
+void AnswerItem::makeContent(const QString &reply, const QString &title,
+                             QVector<ConversationPicture> &pictures)
+{
+    m_content = new AnswerContent(reply, title, pictures, m_bubble);
+    int number = 0;
+    for (QLabel *paragraph : m_content->paragraphs()) {
+        addText(paragraph, ++number);
+    }
+}
+
+QLabel *AnswerItem::text(int number) const
+{
+    if (m_content == nullptr || number < 0 || number > m_content->paragraphs().size()) {
+        return nullptr;
+    }
+    return number == 0 ? m_title : m_content->paragraphs().at(number - 1);
+}
+
+bool AnswerItem::canSleep() const
+{
+    return !m_reply.isEmpty() && m_box == nullptr;
+}
+
+void AnswerItem::forget()
+{
+    m_bubble = nullptr;
+    m_title = nullptr;
+    m_separator = nullptr;
+    m_content = nullptr;
+    m_openBar = nullptr;
+    m_retractBar = nullptr;
+}
+
+void AnswerItem::rebuild()
+{
+    QVector<ConversationPicture> none; // an answer with pictures does not sleep
+    makeFrame();
+    makeContent(m_reply, m_titleText, none);
+    setFoldState(m_fold);
+}
+
+void AnswerItem::setRecommends(const QJsonArray &recommends, QLabel *measure)
+{
+    m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);
+}
+
+void AnswerItem::makeBars()
+{
+    // Most answers are never folded, and a conversation holds thousands of them.
+    const bool hasBox = m_box != nullptr;
+    m_openBar = new FoldBar(QLatin1String("btn-open.png"), tr("展开"),
+                            hasBox ? openBarLinesWithBox : barLines, m_bubble);
+    m_retractBar = new FoldBar(QLatin1String("btn-retract.png"), tr("收起"),
+                               hasBox ? retractBarLinesWithBox : barLines, m_bubble);
+    connect(m_openBar, &FoldBar::clicked, this, &AnswerItem::openRequested);
+    connect(m_retractBar, &FoldBar::clicked, this, &AnswerItem::retractRequested);
+}
+
+void AnswerItem::setFoldState(FoldState fold)
+{
+    m_fold = fold;
+    wake(); // with that state, when it slept
+    const AnswerGeometry places
+        = answerGeometry(fold, m_box != nullptr, m_titleTerm, m_content->contentHeight());
+    m_title->setGeometry(places.title);
+    m_separator->setGeometry(places.titleSeparator);
+    m_content->setGeometry(places.content);
+    m_bubble->setGeometry(places.bubble);
+    if (fold != FoldState::Unfolded && m_openBar == nullptr) {
+        makeBars();
+    }
+    if (m_openBar != nullptr) {
+        m_openBar->placeAt(places.openBar);
+        m_retractBar->placeAt(places.retractBar);
+    }
+    if (m_box != nullptr) {
+        m_box->setGeometry(places.recommendBox);
+    }
+    setItemSize(places.item);
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "ui/answer/bubble/answergeometry.h"
+#include "ui/answer/list/conversationitem.h"
+#include "ui/answer/picture/inlinepicture.h"
+
+#include <QVector>
+
+class AnswerContent;
+class FoldBar;
+class QJsonArray;
+class RecommendBox;
+
+/// An answer: its bold title, a line, the rows of the reply, and, when they are tall, the bars that
+/// fold and unfold them.
+class AnswerItem : public ConversationItem
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(AnswerItem)
+
+public:
+    /// The frame with the \a title, a text of the service, that reply and recommendations go into.
+    AnswerItem(const QString &title, ConversationList *list);
+
+    /// Builds the rows of \a reply, rich text of the service, and returns their height in px. The
+    /// pictures in it are appended to \a pictures, those of the whole conversation, under \a title.
+    int setReply(const QString &reply, const QString &title,
+                 QVector<ConversationPicture> &pictures);
+
+    /// Adds a box of \a recommends below the answer. \a measure is the label that their texts are
+    /// measured in.
+    void setRecommends(const QJsonArray &recommends, QLabel *measure);
+
+    /// The title; null while the entry sleeps.
+    [[nodiscard]] QLabel *titleLabel() const { return m_title; }
+
+    /// The rows of the reply; null before setReply() and while the entry sleeps.
+    [[nodiscard]] AnswerContent *content() const { return m_content; }
+
+    /// The recommendations; null for an answer without.
+    [[nodiscard]] RecommendBox *box() const { return m_box; }
+
+    /// Number 0 is the title, the paragraphs follow.
+    [[nodiscard]] QLabel *text(int number) const override;
+
+    /// Wakes the entry, places everything, after setReply(), and shows the answer as \a fold says.
+    void setFoldState(FoldState fold);
+
+signals:
+    /// The user wants to see a folded answer whole.
+    void openRequested();
+    /// The user wants an opened answer folded again.
+    void retractRequested();
+
+protected:
+    [[nodiscard]] bool canSleep() const override;
+    void forget() override;
+    void rebuild() override;
+
+private:
+    void makeFrame();
+    void makeContent(const QString &reply, const QString &title,
+                     QVector<ConversationPicture> &pictures);
+    void makeBars();
+
+    QString m_titleText;
+    QString m_reply; ///< kept for an entry that may sleep
+    FoldState m_fold = FoldState::Unfolded;
+    QWidget *m_bubble = nullptr; ///< null, as all that is in it, while the entry sleeps
+    QLabel *m_title = nullptr;
+    QLabel *m_separator = nullptr;
+    AnswerContent *m_content = nullptr;
+    FoldBar *m_openBar = nullptr; ///< this and the next only once the answer is folded
+    FoldBar *m_retractBar = nullptr;
+    RecommendBox *m_box = nullptr;
+    int m_titleTerm = 0; ///< px that the title takes in the places of all that lies below it
+};

@@ -1,0 +1,42 @@
+#include "ui/answer/bubble/foldbar.h"
+
+#include "ui/style/styles.h"
+
+#include <QLabel>
+#include <QPushButton>
+
+namespace {
+
+constexpr int lineLeft = 11;
+constexpr int lineWidth = 446;
+constexpr QRect buttonPlace(235, 22, 16, 9);
+
+} // namespace
+
+FoldBar::FoldBar(QLatin1String image, const QString &name, const QVector<int> &lineTops,
+                 QWidget *bubble)
+    : QWidget(bubble)
+{
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(QStringLiteral("QWidget{background-color:rgb(244, 245, 248);border:none;}"));
+    for (const int top : lineTops) {
+        auto *line = new QLabel(this);
+        line->setStyleSheet(styles::separator);
+        line->setGeometry(lineLeft, top, lineWidth, 1);
+    }
+    auto *button = new QPushButton(this);
+    button->setStyleSheet(
+        QStringLiteral("QPushButton{border-image:url(:/Images/%1);border:none;}").arg(image));
+    button->setGeometry(buttonPlace);
+    button->setCursor(Qt::PointingHandCursor);
+    button->setAccessibleName(name);
+    button->setToolTip(name);
+    connect(button, &QPushButton::clicked, this, &FoldBar::clicked);
+    hide();
+}
+
+void FoldBar::placeAt(const QRect &place)
+{
+    setGeometry(place);
+    setVisible(!place.isNull());
+}

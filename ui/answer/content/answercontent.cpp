@@ -1,0 +1,110 @@
+#include "ui/answer/content/answercontent.h"
+
+#include "app/base/logstream.h"
+#include "ui/answer/content/replypieces.h"
+#include "ui/answer/picture/base64.h"
+#include "ui/answer/picture/picturerow.h"
+#include "ui/style/myproxystyle.h"
+#include "ui/style/styles.h"
+#include "ui/text/bubblelabel.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QPointer>
+
+#include <memory>
+
+namespace {
+
+constexpr int paragraphPixelSize = 14;
+constexpr int mostContentHeight = QWIDGETSIZE_MAX - 2000; ///< px; title, bars and box come on top
+
+QFont paragraphFont()
+{
+    QFont font(QCoreApplication::translate("QARegion", "Microsoft YaHei"));
+    font.setPixelSize(paragraphPixelSize);
+    return font;
+}
+
+/// One for all paragraphs: each builds a whole style of its own to stand on.
+MyProxyStyle *paragraphStyle()
+{
+    static QPointer<MyProxyStyle> style;
+    if (style == nullptr) {
+        style = new MyProxyStyle(QCoreApplication::instance());
+    }
+    return style;
+}
+
+QWidget *makeRow(QWidget *parent)
+{
+    auto *row = new QWidget(parent);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setStyleSheet(styles::transparentItem);
+    return row;
+}
+
+} // namespace
+
+AnswerContent::AnswerContent(const QString &reply, const QString &title,
+                             QVector<ConversationPicture> &pictures, QWidget *bubble)
+    : QListWidget(bubble)
+{
+    setStyleSheet(styles::plainList);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus); // its texts and pictures take the focus
+    setAccessibleName(title);
+    QVector<ReplyPiece> pieces = splitReply(reply);
+    const bool cut = limitRows(pieces);
+    for (const ReplyPiece &piece : qAsConst(pieces)) {
+        if (piece.kind == ReplyPiece::Kind::Text) {
+            addParagraph(piece.source);
+        } else {
+            addPicture(piece.source, title, pictures);
+        }
+    }
+    if (cut) {
+        LOG_WARNING() << "answer is too long to be shown whole, characters: " << reply.size();
+        addParagraph(QCoreApplication::translate("QARegion", "（内容过长，仅显示前一部分。）"));
+    }
+}
+
+void AnswerContent::addPicture(const QString &source, const QString &title,
+                               QVector<ConversationPicture> &pictures)
+{
+    const QStringRef base64Data = inlinePictureText(source);
+    const QPixmap pixmap = decodePicture(bytesOfBase64(base64Data));
+    const QString file = animationFile(pictures.size());
+    pictures.append({pixmap, title, isAnimatedPicture(source)});
+    auto *row = new PictureRow(pixmap.size(), viewport());
+    m_pictureRows.append(row);
+    save_gif(source, base64Data, file);
+    row->setPicture(source, pixmap, file);
+    row->fitPictureRow(source);
+    addRow(row);
+}
+
+void AnswerContent::addParagraph(const QString &source)
+{
+    QWidget *row = makeRow(viewport());
+    QLabel *label = makeBubbleLabel(styles::paragraph, row);
+    label->setStyle(paragraphStyle());
+    label->setOpenExternalLinks(true);
+    label->setFont(paragraphFont());
+    setWrappedText(label, QLatin1String("<p>") + source + QLatin1String("</p>"));
+    label->move(0, 0);
+    row->setFixedSize(textMaxWidth, label->height());
+    m_paragraphs.append(label);
+    addRow(row);
+}
+
+void AnswerContent::addRow(QWidget *row)
+{
+    auto item = std::make_unique<QListWidgetItem>();
+    item->setSizeHint(row->size());
+    addItem(item.get());
+    setItemWidget(item.release(), row); // owned by the list since addItem()
+    // No widget can be higher; sizes that a rich text asks for may be absurd.
+    m_contentHeight = qMin(m_contentHeight + row->height(), mostContentHeight);
+}

@@ -1,0 +1,138 @@
+#include "ui/answer/list/conversationitem.h"
+
+#include "ui/answer/list/conversationlist.h"
+#include "ui/style/styles.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QListWidgetItem>
+
+#include <algorithm>
+
+namespace {
+
+/// Where a speaker's icon and triangle stand in the item, in px, and how they look.
+struct SpeakerColumn
+{
+    QRect icon;
+    QRect triangle;
+    QLatin1String iconStyle;
+    QLatin1String triangleStyle;
+    QLatin1String bubbleStyle;
+};
+
+constexpr QLatin1String userIcon("QLabel{border-image: url(:/Images/icon-user.png);}");
+constexpr QLatin1String robotIcon("QLabel{border-image: url(:/Images/icon-robot.png);}");
+constexpr QLatin1String
+    rightTriangle("QLabel{border-image: url(:/Images/icon-triangle_right.png);}");
+constexpr QLatin1String leftTriangle("QLabel{border-image: url(:/Images/icon-triangle_left.png);}");
+
+SpeakerColumn columnOf(ConversationItem::Speaker speaker)
+{
+    switch (speaker) {
+    case ConversationItem::Speaker::User:
+        return {{582, 10, 42, 42}, {565, 25, 9, 16}, userIcon, rightTriangle, styles::userBubble};
+    case ConversationItem::Speaker::AssistantMessage:
+        return {
+            {22, 20, 42, 42}, {74, 32, 9, 18}, robotIcon, leftTriangle, styles::assistantBubble};
+    case ConversationItem::Speaker::AssistantAnswer:
+        break;
+    }
+    return {{22, 10, 42, 42}, {74, 22, 9, 18}, robotIcon, leftTriangle, styles::assistantBubble};
+}
+
+void addPicture(QWidget *parent, const QRect &place, const QString &style)
+{
+    auto *label = new QLabel(parent);
+    label->setStyleSheet(style);
+    label->setGeometry(place);
+}
+
+} // namespace
+
+ConversationItem::ConversationItem(Speaker speaker, ConversationList *list)
+    : QWidget(list->nextParent())
+    , m_speaker(speaker)
+    , m_item(list->append(this))
+{
+    // It joins the list while it is empty: what is in a widget is styled anew, and takes more
+    // memory, each time the widget gets another parent, as it does there.
+    hide();
+    setContentsMargins(0, 0, 0, 0);
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(styles::whiteItem);
+    addSpeaker();
+}
+
+QLabel *ConversationItem::text(int number) const
+{
+    Q_UNUSED(number)
+    return nullptr;
+}
+
+void ConversationItem::wake()
+{
+    if (m_awake) {
+        return;
+    }
+    m_awake = true;
+    addSpeaker();
+    rebuild();
+    const auto made = findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget *widget : made) {
+        widget->show();
+    }
+}
+
+bool ConversationItem::sleep()
+{
+    if (m_awake && !isHidden() && canSleep() && !isInUse()) {
+        m_awake = false;
+        forget();
+        qDeleteAll(findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
+    }
+    return !m_awake;
+}
+
+bool ConversationItem::isInUse() const
+{
+    const QWidget *focus = QApplication::focusWidget();
+    if (underMouse() || (focus != nullptr && isAncestorOf(focus))) {
+        return true;
+    }
+    const auto labels = findChildren<QLabel *>();
+    return std::any_of(labels.cbegin(), labels.cend(),
+                       [](const QLabel *label) { return label->hasSelectedText(); });
+}
+
+void ConversationItem::addSpeaker()
+{
+    const SpeakerColumn column = columnOf(m_speaker);
+    addPicture(this, column.icon, column.iconStyle);
+    addPicture(this, column.triangle, column.triangleStyle);
+}
+
+void ConversationItem::readAs(const QString &text)
+{
+    setAccessibleName(text);
+    m_item->setData(Qt::AccessibleTextRole, text);
+}
+
+void ConversationItem::setItemSize(const QSize &size)
+{
+    setFixedSize(size);
+    m_item->setSizeHint(size);
+}
+
+QWidget *ConversationItem::addBubble()
+{
+    auto *bubble = new QWidget(this);
+    bubble->setStyleSheet(columnOf(m_speaker).bubbleStyle);
+    return bubble;
+}
+
+void ConversationItem::addText(QLabel *label, int number)
+{
+    connect(label, &QWidget::customContextMenuRequested, this,
+            [this, number] { emit copyMenuRequested(number); });
+}

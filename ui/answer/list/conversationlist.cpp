@@ -1,0 +1,302 @@
+#include "ui/answer/list/conversationlist.h"
+
+#include "ui/answer/list/conversationitem.h"
+#include "ui/style/styles.h"
+
+#include <QCoreApplication>
+#include <QResizeEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+constexpr int wheelStep = 20; ///< px of a line; the wheel moves three at a notch
+constexpr int sectionRows = 50;
+constexpr int pagesAround = 2; ///< heights of the view, above and below it, that are kept ready
+
+} // namespace
+
+ConversationList::ConversationList(QWidget *parent)
+    : QListWidget(parent)
+    , m_sheet(new QWidget(viewport()))
+{
+    setContentsMargins(0, 0, 0, 0);
+    setAccessibleName(QCoreApplication::translate("QARegion", "对话"));
+    setStyleSheet(QStringLiteral("QListWidget{background-color:white;}"));
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setSelectionMode(QAbstractItemView::NoSelection);
+    verticalScrollBar()->setStyleSheet(styles::thinScrollBar());
+    verticalScrollBar()->setSingleStep(wheelStep);
+    // Nothing is sent to sleep at once: the mouse or key event that scrolls may be its own.
+    m_sleepTimer.setSingleShot(true);
+    m_sleepTimer.setInterval(0);
+    connect(&m_sleepTimer, &QTimer::timeout, this, &ConversationList::sleepFar);
+}
+
+QWidget *ConversationList::nextParent()
+{
+    if (static_cast<std::size_t>(count() / sectionRows) == m_sections.size()) {
+        m_sections.push_back(new QWidget(m_sheet));
+        m_sections.back()->show();
+    }
+    return m_sections.back();
+}
+
+QListWidgetItem *ConversationList::append(QWidget *widget)
+{
+    auto item = std::make_unique<QListWidgetItem>();
+    item->setSizeHint(widget->size());
+    addItem(item.get());
+    setItemWidget(item.get(), widget);
+    // The list has put it on its viewport, where it would have to be moved with every scroll.
+    widget->setParent(m_sections.back());
+    layOutFrom(count() - 1);
+    widget->show();
+    m_leaving.push_back(count() - 1); // nobody may ever scroll to it
+    m_sleepTimer.start();
+    return item.release(); // owned by the list since addItem()
+}
+
+void ConversationList::layOutFrom(int first)
+{
+    m_tops.resize(static_cast<std::size_t>(count()) + 1);
+    int row = first;
+    for (int section = first / sectionRows; row < count(); ++section) {
+        const int begin = m_tops[static_cast<std::size_t>(section * sectionRows)];
+        for (; row < count() && row / sectionRows == section; ++row) {
+            const auto at = static_cast<std::size_t>(row);
+            if (QWidget *widget = itemWidget(item(row))) {
+                widget->move(0, m_tops[at] - begin);
+            }
+            m_tops[at + 1] = m_tops[at] + item(row)->sizeHint().height();
+        }
+        const int height = m_tops[static_cast<std::size_t>(row)] - begin;
+        m_sections[static_cast<std::size_t>(section)]->setGeometry(0, begin, viewport()->width(),
+                                                                   height);
+    }
+    m_sheet->resize(viewport()->width(), std::max(contentHeight(), viewport()->height()));
+    updateGeometries();
+    wakeNear();
+}
+
+int ConversationList::rowAt(int y) const
+{
+    const auto next = std::upper_bound(m_tops.begin(), m_tops.end(), y);
+    return std::min(static_cast<int>(next - m_tops.begin()), count()) - 1;
+}
+
+ConversationItem *ConversationList::entry(int row) const
+{
+    return qobject_cast<ConversationItem *>(itemWidget(item(row)));
+}
+
+bool ConversationList::isNear(int row) const
+{
+    return row >= m_firstNear && row <= m_lastNear;
+}
+
+void ConversationList::wakeNear()
+{
+    const int page = viewport()->height();
+    const int first = std::max(0, rowAt(verticalOffset() - pagesAround * page));
+    const int last = rowAt(verticalOffset() + (pagesAround + 1) * page);
+    for (int row = m_firstNear; row <= m_lastNear; ++row) {
+        if (row < first || row > last) {
+            m_leaving.push_back(row);
+        }
+    }
+    for (int row = first; row <= last; ++row) {
+        ConversationItem *const found = isNear(row) ? nullptr : entry(row);
+        if (found != nullptr) {
+            found->wake();
+        }
+    }
+    m_firstNear = first;
+    m_lastNear = last;
+    if (!m_leaving.empty()) {
+        m_sleepTimer.start();
+    }
+}
+
+void ConversationList::sleepFar()
+{
+    // What refuses, because it is in use, is asked again when more leaves.
+    const auto isSettled = [this](int row) {
+        ConversationItem *const found = isNear(row) ? nullptr : entry(row);
+        return found == nullptr || found->sleep();
+    };
+    m_leaving.erase(std::remove_if(m_leaving.begin(), m_leaving.end(), isSettled), m_leaving.end());
+}
+
+void ConversationList::rowsInserted(const QModelIndex &parent, int start, int end)
+{
+    Q_UNUSED(parent)
+    Q_UNUSED(end)
+    layOutFrom(start);
+}
+
+void ConversationList::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                                   const QVector<int> &roles)
+{
+    QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
+    const auto at = static_cast<std::size_t>(topLeft.row());
+    const bool oneOfSameHeight
+        = topLeft.row() == bottomRight.row() && at + 1 < m_tops.size()
+       && m_tops[at + 1] - m_tops[at] == item(topLeft.row())->sizeHint().height();
+    if (!oneOfSameHeight) {
+        layOutFrom(topLeft.row());
+    }
+}
+
+void ConversationList::doItemsLayout()
+{
+    // Positions are always up to date; the stock list's own layout is left out.
+    QAbstractItemView::doItemsLayout();
+}
+
+void ConversationList::updateGeometries()
+{
+    const int page = viewport()->height();
+    verticalScrollBar()->setPageStep(page);
+    verticalScrollBar()->setRange(0, std::max(0, contentHeight() - page));
+}
+
+void ConversationList::updateEditorGeometries()
+{
+    // The item widgets lie on the sheet, where layOutFrom() places them.
+}
+
+void ConversationList::scrollContentsBy(int dx, int dy)
+{
+    Q_UNUSED(dx)
+    Q_UNUSED(dy)
+    m_sheet->move(0, -verticalOffset());
+    wakeNear();
+}
+
+void ConversationList::resizeEvent(QResizeEvent *event)
+{
+    QAbstractItemView::resizeEvent(event);
+    m_sheet->resize(viewport()->width(), std::max(contentHeight(), viewport()->height()));
+    for (QWidget *section : m_sections) {
+        section->resize(viewport()->width(), section->height());
+    }
+    wakeNear();
+}
+
+void ConversationList::paintEvent(QPaintEvent *event)
+{
+    Q_UNUSED(event) // the item widgets show everything
+}
+
+int ConversationList::verticalOffset() const
+{
+    return verticalScrollBar()->value();
+}
+
+int ConversationList::horizontalOffset() const
+{
+    return 0;
+}
+
+void ConversationList::reveal(const QWidget *widget)
+{
+    const int top = widget->mapTo(m_sheet, QPoint()).y();
+    QScrollBar *bar = verticalScrollBar();
+    // What is taller than the list is shown from its top.
+    const int bottom = top + qMin(widget->height(), viewport()->height());
+    bar->setValue(qBound(bottom - viewport()->height(), bar->value(), top));
+}
+
+QRect ConversationList::visualRect(const QModelIndex &index) const
+{
+    const auto at = static_cast<std::size_t>(index.row());
+    if (!index.isValid() || at + 1 >= m_tops.size()) {
+        return {};
+    }
+    const int width = index.data(Qt::SizeHintRole).toSize().width();
+    return {0, m_tops[at] - verticalOffset(), width, m_tops[at + 1] - m_tops[at]};
+}
+
+QModelIndex ConversationList::indexAt(const QPoint &point) const
+{
+    const int y = point.y() + verticalOffset();
+    if (y < 0 || y >= contentHeight()) {
+        return {};
+    }
+    return model()->index(rowAt(y), 0);
+}
+
+void ConversationList::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    const QRect place = visualRect(index);
+    const int above = place.top();
+    const int below = place.bottom() + 1 - viewport()->height();
+    int move = 0;
+    if (hint == PositionAtTop || (hint == EnsureVisible && above < 0)) {
+        move = above;
+    } else if (hint == PositionAtBottom || (hint == EnsureVisible && below > 0)) {
+        move = below;
+    } else if (hint == PositionAtCenter) {
+        move = (above + below) / 2;
+    }
+    verticalScrollBar()->setValue(verticalOffset() + move);
+}
+
+bool ConversationList::focusNextPrevChild(bool next)
+{
+    if (!QListWidget::focusNextPrevChild(next)) {
+        return false;
+    }
+    const QWidget *focused = window()->focusWidget();
+    if (focused != nullptr && m_sheet->isAncestorOf(focused)) {
+        const int top = focused->mapTo(m_sheet, QPoint()).y();
+        const int bottom = top + focused->height() - viewport()->height();
+        verticalScrollBar()->setValue(std::min(top, std::max(bottom, verticalOffset())));
+    }
+    return true;
+}
+
+QModelIndex ConversationList::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    Q_UNUSED(modifiers)
+    // Entries cannot be selected: the keys scroll instead.
+    switch (action) {
+    case MoveUp:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub);
+        break;
+    case MoveDown:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+        break;
+    case MovePageUp:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepSub);
+        break;
+    case MovePageDown:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+        break;
+    case MoveHome:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMinimum);
+        break;
+    case MoveEnd:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMaximum);
+        break;
+    default:
+        break;
+    }
+    return {};
+}
+
+void ConversationList::setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command)
+{
+    Q_UNUSED(rect)
+    Q_UNUSED(command)
+}
+
+QRegion ConversationList::visualRegionForSelection(const QItemSelection &selection) const
+{
+    Q_UNUSED(selection)
+    return {};
+}

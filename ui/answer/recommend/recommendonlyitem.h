@@ -1,0 +1,19 @@
+#pragma once
+
+#include "ui/answer/list/conversationitem.h"
+#include "ui/answer/recommend/recommendbox.h"
+
+/// Recommended questions in place of an answer.
+class RecommendOnlyItem : public ConversationItem
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(RecommendOnlyItem)
+
+public:
+    RecommendOnlyItem(const QJsonArray &recommends, QLabel *measure, ConversationList *list);
+
+    [[nodiscard]] RecommendBox *box() const { return m_box; }
+
+private:
+    RecommendBox *m_box;
+};

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "service/reply/suggestedquestion.h"
+
+#include <QJsonArray>
+#include <QStringList>
+#include <QWidget>
+
+class QListWidget;
+class QPushButton;
+
+/// The column of popular questions at the right of the window: a heading, sixteen rows, and a
+/// button for the next page.
+class HotQuestionsColumn : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(HotQuestionsColumn)
+
+public:
+    explicit HotQuestionsColumn(QWidget *parent);
+
+    /// Shows the first page of the service's \a questions. A page always has sixteen rows; those
+    /// beyond the last question have none.
+    void showServiceQuestions(const QJsonArray &questions);
+
+    /// Shows the first page of the local library's \a entries, the first of which is no question.
+    /// On the last page the row after the last question is left empty.
+    void showLocalQuestions(const QStringList &entries);
+
+    /// Shows the next page of what is shown; after the last the first comes again.
+    void showNextPage();
+
+signals:
+    void questionClicked(const QString &question, qint64 questionId);
+
+private:
+    void showPage(int start);
+    void fillServicePage();
+    void fillLocalPage();
+    QWidget *addRow(const QString &accessibleName);
+    void fillRow(QWidget *row, int number, const SuggestedQuestion &question);
+
+    QListWidget *m_list;
+    QPushButton *m_nextPage;
+    bool m_showsLocal = false; ///< which of the two lists is paged through
+    QJsonArray m_questions;
+    QStringList m_entries;
+    int m_pageStart = 0; ///< where the page that is shown begins
+};
+
+/// The button "换一换" of the column, at its place inside \a parent.
+[[nodiscard]] QPushButton *makeNextPageButton(QWidget *parent);

@@ -1,0 +1,34 @@
+#include "ui/text/bubblelabel.h"
+
+#include "ui/text/resourceguard.h"
+#include "ui/text/tabledepth.h"
+
+#include <QLabel>
+#include <QTextDocument>
+
+QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setStyleSheet(styleSheet);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse
+                                   | Qt::LinksAccessibleByKeyboard);
+    label->setContextMenuPolicy(Qt::CustomContextMenu);
+    return label;
+}
+
+void setBubbleText(QLabel *label, const QString &text)
+{
+    const bool isRich = label->textFormat() != Qt::PlainText && Qt::mightBeRichText(text);
+    label->setText(isRich ? withoutDeepTables(text) : text);
+    ResourceGuard::guard(label); // which has a document now, but has not read the text yet
+    label->adjustSize();
+}
+
+void setWrappedText(QLabel *label, const QString &text)
+{
+    // The text comes last, or a long one would be laid out several times.
+    label->ensurePolished();
+    label->setFixedWidth(textMaxWidth);
+    label->setWordWrap(true);
+    setBubbleText(label, text);
+}

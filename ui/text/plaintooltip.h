@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QString>
+
+/// \a text as a tool tip that shows it as it is, even where it looks like markup.
+[[nodiscard]] QString plainToolTip(const QString &text);
