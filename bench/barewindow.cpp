@@ -1,3 +1,5 @@
+#include "ui/style/windowsize.h"
+
 #include <QApplication>
 #include <QFont>
 #include <QLabel>
@@ -8,7 +10,7 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setFont(QFont(QStringLiteral("Microsoft YaHei")));
     QLabel window(QStringLiteral("您好"));
-    window.setFixedSize(920, 640);
+    window.setFixedSize(windowSize);
     window.show();
     return QApplication::exec();
 }

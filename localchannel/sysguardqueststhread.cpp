@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingskeys.h"
 #include "app/base/texttools.h"
 #include "localchannel/asyntcpsocket.h"
 #include "localchannel/guardmessage.h"
@@ -23,7 +24,7 @@ SysguardQuestsThread::SysguardQuestsThread(QObject * /*parent*/)
     , m_unread(unreadLimit)
 {
     const QSettings settings(iniFilePath, QSettings::IniFormat);
-    port = settings.value(QStringLiteral("SysguardPort/port1")).toInt();
+    port = settings.value(settingsName(SettingsKey::GuardPort)).toInt();
     LOG_INFO() << "SysguardQuestsThread port =" << port;
 }
 

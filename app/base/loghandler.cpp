@@ -92,6 +92,15 @@ void initLogSetting(const QString &level, const QString &basePath)
     logBasePath = basePath;
 }
 
+QStringList logLevelNames()
+{
+    QStringList names;
+    for (const LevelName &known : levelNames) {
+        names.append(known.name);
+    }
+    return names;
+}
+
 void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     // The cheap test comes first: most messages end here.

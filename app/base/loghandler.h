@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 class QDateTime;
@@ -24,6 +25,9 @@ extern QString &logBasePath;
 /// anything else counts as "ERROR") and the base path. Call it once, before the handler is
 /// installed.
 void initLogSetting(const QString &level, const QString &basePath);
+
+/// The level names, the lowest first.
+[[nodiscard]] QStringList logLevelNames();
 
 /// The handler for qInstallMessageHandler(): appends one line to the live log. Callable from any
 /// thread; one mutex guards the file. Drops what is below the threshold, the style sheet engine's

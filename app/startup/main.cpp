@@ -1,6 +1,7 @@
 #include "app/base/apppaths.h"
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
+#include "app/base/settingskeys.h"
 #include "app/startup/bearerplugins.h"
 #include "app/startup/heap.h"
 #include "app/startup/qtenvironment.h"
@@ -43,14 +44,14 @@ int main(int argc, char *argv[])
     initAppPaths(callerType);
 
     const QSettings settings(configFilePath, QSettings::IniFormat);
-    const QString level = settings.value(QStringLiteral("Log/level")).toString().toUpper();
+    const QString level = settings.value(settingsName(SettingsKey::LogLevel)).toString().toUpper();
     initLogSetting(level, logFolderPath);
     qInstallMessageHandler(logMessageHandler);
 
     LOG_INFO() << "Caller Type: " << callerType;
     LOG_INFO() << "miravelVersion: " << miravelVersion;
 
-    if (miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT")) {
+    if (installationLayout() == InstallationLayout::Shortcut) {
         callerType = vdiClient;
     }
     const bool fromLauncher = callerType == launcher;

@@ -1,20 +1,20 @@
 #include "service/request/requestsettings.h"
 
+#include "app/base/settingskeys.h"
 #include "service/request/requestsigning.h"
 
 #include <QSettings>
 
 namespace {
 
-QString text(const QSettings &settings, const QString &key)
+QString text(const QSettings &settings, SettingsKey key)
 {
-    return settings.value(key).toString();
+    return settings.value(settingsName(key)).toString();
 }
 
 ServiceEndpoint configuredServer(const QSettings &settings)
 {
-    return {text(settings, QStringLiteral("IpAndPort/mserverip")),
-            text(settings, QStringLiteral("IpAndPort/mserverhttpsport"))};
+    return {text(settings, SettingsKey::ServerAddress), text(settings, SettingsKey::ServerPort)};
 }
 
 } // namespace
@@ -22,9 +22,9 @@ ServiceEndpoint configuredServer(const QSettings &settings)
 RequestSettings readRequestSettings(const QString &configPath)
 {
     const QSettings settings(configPath, QSettings::IniFormat);
-    return {configuredServer(settings), text(settings, QStringLiteral("Authorization/tenantid")),
-            decodedCredential(text(settings, QStringLiteral("Authorization/xcafirst"))),
-            decodedCredential(text(settings, QStringLiteral("Authorization/xcasecond")))};
+    return {configuredServer(settings), text(settings, SettingsKey::TenantId),
+            decodedCredential(text(settings, SettingsKey::ApplicationKey)),
+            decodedCredential(text(settings, SettingsKey::ApplicationSecret))};
 }
 
 ServiceEndpoint readConfiguredServer(const QString &configPath)

@@ -1,24 +1,30 @@
 #include "service/request/servicecall.h"
 
+#include "app/base/settingskeys.h"
+
 #include <QSettings>
 
 namespace {
 
-QString readText(const QSettings &settings, const char *key)
+QString readText(const QSettings &settings, SettingsKey key)
 {
-    return settings.value(QLatin1String(key)).toString();
+    return settings.value(settingsName(key)).toString();
 }
 
-CallSettings readCallSettings(const QSettings &settings, QLatin1String group)
+int readNumber(const QSettings &settings, SettingsKey key)
 {
-    return {settings.value(group + QLatin1String("/channelId")).toInt(),
-            settings.value(group + QLatin1String("/recommendSize")).toInt(),
-            readText(settings, "RobotId/robotId")};
+    return settings.value(settingsName(key)).toInt();
+}
+
+CallSettings readCallSettings(const QSettings &settings, SettingsKey channel, SettingsKey count)
+{
+    return {readNumber(settings, channel), readNumber(settings, count),
+            readText(settings, SettingsKey::Robot)};
 }
 
 int readHttpMode(const QSettings &settings)
 {
-    return settings.value(QStringLiteral("ihttpInfo/iHttpMode")).toInt();
+    return readNumber(settings, SettingsKey::HttpMode);
 }
 
 } // namespace
@@ -26,22 +32,25 @@ int readHttpMode(const QSettings &settings)
 ServiceCall hotCall(const QString &configPath)
 {
     const QSettings settings(configPath, QSettings::IniFormat);
-    const auto call = readCallSettings(settings, QLatin1String("HotRecommendation"));
-    return {readText(settings, "url/hoturl"), hotQuestionsBody(call), readHttpMode(settings)};
+    const auto call = readCallSettings(settings, SettingsKey::HotChannel, SettingsKey::HotCount);
+    return {readText(settings, SettingsKey::HotPath), hotQuestionsBody(call),
+            readHttpMode(settings)};
 }
 
 ServiceCall associationCall(const QString &configPath, const QString &text)
 {
     const QSettings settings(configPath, QSettings::IniFormat);
-    const auto call = readCallSettings(settings, QLatin1String("ProblemAssociation"));
-    return {readText(settings, "url/associateurl"), associationBody(call, text),
+    const auto call = readCallSettings(settings, SettingsKey::AssociationChannel,
+                                       SettingsKey::AssociationCount);
+    return {readText(settings, SettingsKey::AssociationPath), associationBody(call, text),
             readHttpMode(settings)};
 }
 
 ServiceCall askCall(const QString &configPath, AskFields fields)
 {
     const QSettings settings(configPath, QSettings::IniFormat);
-    const auto call = readCallSettings(settings, QLatin1String("QuestAndAnw"));
-    fields.currentDomain = readText(settings, "QuestAndAnw/currentDomain");
-    return {readText(settings, "url/askquesturl"), askBody(call, fields), readHttpMode(settings)};
+    const auto call = readCallSettings(settings, SettingsKey::AskChannel, SettingsKey::AskCount);
+    fields.currentDomain = readText(settings, SettingsKey::AskDomain);
+    return {readText(settings, SettingsKey::AskPath), askBody(call, fields),
+            readHttpMode(settings)};
 }

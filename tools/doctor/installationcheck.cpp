@@ -89,8 +89,7 @@ Finding checkLibrary()
 
 Finding checkLicenceText()
 {
-    const QString path
-        = QFileInfo(miravelConfigPath()).path() + QStringLiteral("/OpenSourceLicense.txt");
+    const QString path = licenceTextPath();
     const QString what = QStringLiteral("the licence text: ") + shown(path);
     if (QFileInfo(path).isFile()) {
         return good(what);

@@ -63,7 +63,7 @@ QString meaning(const CallKind &kind, const QString &error)
                               "this machine's clock with its own.");
     }
     if (error == QLatin1String("ContentNotFoundError")) {
-        return QStringLiteral("There is no such call: correct ") + QLatin1String(kind.pathKey)
+        return QStringLiteral("There is no such call: correct ") + settingsName(kind.pathKey)
              + QLatin1Char('.');
     }
     if (error == QLatin1String("SslHandshakeFailedError")
@@ -100,9 +100,9 @@ Finding judgeDocument(const CallKind &kind, const QByteArray &bytes, const QJson
 
 } // namespace
 
-const CallKind hotKind = {"hot questions", "url/hoturl", judgeHot};
-const CallKind associationKind = {"suggestions", "url/associateurl", judgeSuggestions};
-const CallKind askKind = {"an answer", "url/askquesturl", judgeAnswer};
+const CallKind hotKind = {"hot questions", SettingsKey::HotPath, judgeHot};
+const CallKind associationKind = {"suggestions", SettingsKey::AssociationPath, judgeSuggestions};
+const CallKind askKind = {"an answer", SettingsKey::AskPath, judgeAnswer};
 
 Finding judgeReply(const CallKind &kind, const QByteArray &reply, const QString &error)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/base/settingskeys.h"
 #include "tools/doctor/finding.h"
 
 #include <QByteArray>
@@ -11,7 +12,7 @@ class QJsonValue;
 struct CallKind
 {
     const char *name;    ///< as the report calls it
-    const char *pathKey; ///< the key of its path
+    SettingsKey pathKey; ///< the key of its path
 
     /// Judges the member "result" of a good reply; \a name is the one above.
     Finding (*judgeResult)(const QString &name, const QJsonValue &result);

@@ -1,5 +1,8 @@
 #include "tools/doctor/settingkinds.h"
 
+#include "app/base/loghandler.h"
+#include "ui/mainwindow/suggestions/suggestionpopup.h"
+
 #include <QByteArray>
 #include <QStringList>
 #include <QUrl>
@@ -10,7 +13,6 @@
 namespace {
 
 constexpr int highestPort = 65535;
-constexpr int mostSuggestions = 21;
 
 const Complaint nothing = {};
 
@@ -72,14 +74,14 @@ Complaint checkNumber(const QString &value)
     return checkRange(value, 0, std::numeric_limits<int>::max());
 }
 
-Complaint checkCount(const QString &value)
+Complaint checkQuantity(const QString &value)
 {
     return checkRange(value, 1, std::numeric_limits<int>::max());
 }
 
-Complaint checkSuggestionCount(const QString &value)
+Complaint checkSuggestionQuantity(const QString &value)
 {
-    return checkRange(value, 1, mostSuggestions);
+    return checkRange(value, 1, SuggestionPopup::capacity);
 }
 
 Complaint checkPath(const QString &value)
@@ -123,9 +125,7 @@ Complaint checkBase64(const QString &value)
 
 Complaint checkLevel(const QString &value)
 {
-    static const QStringList levels{QStringLiteral("DEBUG"), QStringLiteral("INFO"),
-                                    QStringLiteral("WARN"), QStringLiteral("ERROR"),
-                                    QStringLiteral("FATAL")};
+    const QStringList levels = logLevelNames();
     if (!levels.contains(value.toUpper())) {
         return {QStringLiteral("is no level, so that only errors are logged: ") + quoted(value),
                 QStringLiteral("Write one of ") + levels.join(QStringLiteral(", "))

@@ -17,10 +17,10 @@ struct Complaint
 [[nodiscard]] Complaint checkNumber(const QString &value);
 
 /// A number of questions, at least one.
-[[nodiscard]] Complaint checkCount(const QString &value);
+[[nodiscard]] Complaint checkQuantity(const QString &value);
 
 /// The same, and no more than the window has room for.
-[[nodiscard]] Complaint checkSuggestionCount(const QString &value);
+[[nodiscard]] Complaint checkSuggestionQuantity(const QString &value);
 
 /// The path of a call, which is put directly behind host and port.
 [[nodiscard]] Complaint checkPath(const QString &value);

@@ -1,47 +1,38 @@
 #include "tools/doctor/settingscheck.h"
 
+#include "app/base/settingskeys.h"
 #include "tools/doctor/settingkinds.h"
 
 #include <QSettings>
 
 namespace {
 
-struct Key
+Complaint check(SettingsKind kind, const QString &value)
 {
-    const char *name;
-    Complaint (*check)(const QString &value);
-    const char *meaning; ///< completes "without it ..."
-};
-
-// Without these the program does not do its work.
-constexpr Key needed[] = {
-    {"IpAndPort/mserverip", checkHost, "the service is not found"},
-    {"IpAndPort/mserverhttpsport", checkPort, "the service is not found"},
-    {"ihttpInfo/iHttpMode", checkNumber, "plain http is used"},
-    {"Authorization/tenantid", checkText, "the service refuses every request"},
-    {"Authorization/xcafirst", checkBase64, "the service refuses every request"},
-    {"Authorization/xcasecond", checkBase64, "the service refuses every request"},
-    {"url/hoturl", checkPath, "there are no hot questions"},
-    {"url/associateurl", checkPath, "there are no suggestions"},
-    {"url/askquesturl", checkPath, "no question is answered"},
-    {"url/itreporturl", checkAddress, "help and feedback open nothing"},
-    {"HotRecommendation/channelId", checkNumber, "the service is told channel 0"},
-    {"HotRecommendation/recommendSize", checkCount, "no hot questions are asked for"},
-    {"ProblemAssociation/channelId", checkNumber, "the service is told channel 0"},
-    {"ProblemAssociation/recommendSize", checkSuggestionCount, "no suggestions are asked for"},
-    {"QuestAndAnw/channelId", checkNumber, "the service is told channel 0"},
-    {"QuestAndAnw/currentDomain", checkText, "the service is told no domain"},
-    {"QuestAndAnw/recommendSize", checkCount, "no related questions are asked for"},
-    {"RobotId/robotId", checkText, "the service is told no robot"},
-    {"SysguardPort/port1", checkPort, "the guard tool cannot post questions"},
-};
-
-// These have a good default.
-constexpr Key optional[] = {
-    {"Log/level", checkLevel, "only errors are logged"},
-    {"Version/version", checkText, "the About dialog shows no version"},
-    {"SysEnvironment/EnvType", checkNumber, "the about button opens the About dialog"},
-};
+    switch (kind) {
+    case SettingsKind::Text:
+        return checkText(value);
+    case SettingsKind::Host:
+        return checkHost(value);
+    case SettingsKind::Port:
+        return checkPort(value);
+    case SettingsKind::Number:
+        return checkNumber(value);
+    case SettingsKind::Quantity:
+        return checkQuantity(value);
+    case SettingsKind::SuggestionQuantity:
+        return checkSuggestionQuantity(value);
+    case SettingsKind::Path:
+        return checkPath(value);
+    case SettingsKind::Address:
+        return checkAddress(value);
+    case SettingsKind::Base64:
+        return checkBase64(value);
+    case SettingsKind::LogLevel:
+        return checkLevel(value);
+    }
+    return {};
+}
 
 const QString change = QStringLiteral("Change it in the settings file.");
 
@@ -52,21 +43,21 @@ Finding malformed(const QString &name, const Complaint &complaint)
 }
 
 /// Nothing for a key with which all is well.
-Findings checkKey(const QSettings &settings, const Key &key, bool isNeeded)
+Findings checkKey(const QSettings &settings, const SettingsEntry &entry)
 {
-    const QString name = QLatin1String(key.name);
+    const QString name = QLatin1String(entry.name);
     const QVariant value = settings.value(name);
     if (!value.isValid()) {
         const QString what
-            = name + QStringLiteral(" is missing: without it ") + QLatin1String(key.meaning);
+            = name + QStringLiteral(" is missing: without it ") + QLatin1String(entry.without);
         const QString mend = QStringLiteral("Add it to the settings file.");
-        return {isNeeded ? toMend(what, mend) : note(what, mend)};
+        return {entry.need == SettingsNeed::Needed ? toMend(what, mend) : note(what, mend)};
     }
     if (value.type() == QVariant::StringList) {
         return {toMend(name + QStringLiteral(" is read as a list, which counts as empty"),
                        QStringLiteral("Put its value in double quotes: it has a comma in it."))};
     }
-    const Complaint complaint = key.check(value.toString());
+    const Complaint complaint = check(entry.kind, value.toString());
     return complaint.what.isEmpty() ? Findings() : Findings{malformed(name, complaint)};
 }
 
@@ -77,13 +68,11 @@ Findings checkSettings(const QString &path)
     const QSettings settings(path, QSettings::IniFormat);
     Findings findings;
     int count = 0;
-    for (const Key &key : needed) {
-        findings += checkKey(settings, key, true);
-        ++count;
-    }
-    for (const Key &key : optional) {
-        findings += checkKey(settings, key, false);
-        ++count;
+    for (const SettingsEntry &entry : settingsTable) {
+        if (entry.need != SettingsNeed::WrittenByClient) {
+            findings += checkKey(settings, entry);
+            ++count;
+        }
     }
     if (settings.status() == QSettings::FormatError) {
         findings.append(toMend(QStringLiteral("some lines are neither [group] nor key=value"),

@@ -1,16 +1,18 @@
 #include "ui/answer/desktopuser.h"
 
 #include "app/base/apppaths.h"
+#include "app/base/settingskeys.h"
 
 #include <QSettings>
 
 QString desktopUserName()
 {
-    if (miravelVersion == QLatin1String("VELISTRA_NEW")) {
+    const InstallationLayout layout = installationLayout();
+    if (layout == InstallationLayout::Client) {
         const QSettings settings(clientSettingsPath(), QSettings::IniFormat);
-        return settings.value(QStringLiteral("RemLastUser/lastuser")).toString();
+        return settings.value(settingsName(SettingsKey::LastUser)).toString();
     }
-    if (miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT")) {
+    if (layout == InstallationLayout::Shortcut) {
         const QSettings registry(QStringLiteral("HKEY_LOCAL_MACHINE\\Software\\VDAgent\\LogonInfo"),
                                  QSettings::NativeFormat);
         return registry.value(QStringLiteral("iRAIUser"), QString()).toString();

@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingskeys.h"
 #include "ui/dialogs/opensoulicense.h"
 #include "ui/dialogs/rightsnotice.h"
 #include "ui_aboutdialog.h"
@@ -40,22 +41,12 @@ void setTextSize(QLabel *label, int pixels, QFont::Weight weight)
     label->setFont(font);
 }
 
-/// Where the licence file lies; empty when the layout is unknown.
-QString licenceFile()
-{
-    const QString name = QStringLiteral("config/OpenSourceLicense.txt");
-    if (miravelVersion == QLatin1String("VELISTRA_NEW")) {
-        return QLatin1String("../") + name;
-    }
-    return miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT") ? name : QString();
-}
-
 } // namespace
 
 AboutDialog::AboutDialog(QWidget *parent)
     : FramelessDialog(parent)
     , iniPath(miravelConfigPath())
-    , licensePath(licenceFile())
+    , licensePath(licenceTextPath())
     , ui(std::make_unique<Ui::AboutDialog>())
 {
     ui->setupUi(this);
@@ -94,7 +85,7 @@ void AboutDialog::fillForm()
 void AboutDialog::showVersion()
 {
     const QSettings settings(iniPath, QSettings::IniFormat);
-    version = settings.value(QStringLiteral("Version/version")).toString();
+    version = settings.value(settingsName(SettingsKey::ShownVersion)).toString();
     LOG_INFO() << "Current version = " << version;
     ui->versionLabel->setText(version);
 }

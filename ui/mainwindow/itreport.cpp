@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingskeys.h"
 #include "service/diagnosis/netstatetestthread.h"
 
 #include <QCoreApplication>
@@ -11,7 +12,7 @@
 
 bool itReportHasSite(NetStateTestThread &diagnosis)
 {
-    if (miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT")) {
+    if (installationLayout() == InstallationLayout::Shortcut) {
         LOG_INFO() << "INVIRTUAL_SHORTCUT, Intranet environment, jump to IT reporting website";
         return true;
     }
@@ -26,7 +27,7 @@ bool itReportHasSite(NetStateTestThread &diagnosis)
 void openItReportSite(const QString &configPath)
 {
     const QSettings settings(configPath, QSettings::IniFormat);
-    const QString site = settings.value(QStringLiteral("url/itreporturl")).toString();
+    const QString site = settings.value(settingsName(SettingsKey::ItReportAddress)).toString();
     QDesktopServices::openUrl(QUrl(site));
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingskeys.h"
 #include "app/base/texttools.h"
 #include "ui/answer/qaregion.h"
 #include "ui/dialogs/aboutdialog.h"
@@ -57,7 +58,7 @@ Miravel::~Miravel() = default;
 bool Miravel::opensAboutMenu() const
 {
     const QSettings settings(m_configPath, QSettings::IniFormat);
-    return settings.value(QStringLiteral("SysEnvironment/EnvType"), 1).toInt() != 1;
+    return settings.value(settingsName(SettingsKey::AboutButton), 1).toInt() != 1;
 }
 
 void Miravel::connectTitleBar()

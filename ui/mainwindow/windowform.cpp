@@ -4,12 +4,12 @@
 #include "ui/mainwindow/frame/titlebar.h"
 #include "ui/mainwindow/input/inputpanel.h"
 #include "ui/mainwindow/miravel.h"
+#include "ui/style/windowsize.h"
 
 #include <QGridLayout>
 
 namespace {
 
-constexpr QSize windowSize(920, 640);
 constexpr QRect regionPlace(2, 58, 646, 490);
 
 QWidget *makeInner(QWidget &window)

@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingskeys.h"
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/fixedmessages.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
@@ -55,7 +56,7 @@ void WindowModes::startForLauncher()
 void WindowModes::JudgeUser_ifLogined_ByConfig()
 {
     const QSettings settings(clientSettingsPath(), QSettings::IniFormat);
-    if (settings.value(QStringLiteral("LoginMode/loginstate")).toInt() == 0) {
+    if (settings.value(settingsName(SettingsKey::LoginState)).toInt() == 0) {
         LOG_INFO() << "Account not logged in!";
         neverLoggedOut = false;
         return;
@@ -135,7 +136,7 @@ void WindowModes::getHotQuestion_right(const QJsonArray &hotQuestions)
     m_form.region->addRobotMessage(fixedmessages::greeting());
     m_hotColumn->showServiceQuestions(hotQuestions);
     emit rightRegionSuccess();
-    if (miravelVersion != QLatin1String("INVIRTUAL_SHORTCUT")) {
+    if (installationLayout() != InstallationLayout::Shortcut) {
         m_timers.processWatch.start();
     }
 }

@@ -8,19 +8,13 @@ class TestAppPaths : public QObject
     Q_OBJECT
 
 private slots:
-    void configPath_isEmptyBeforeTheLayoutIsKnown();
     void anyCallerType_meansTheClientLayout_data();
     void anyCallerType_meansTheClientLayout();
     void noCallerType_meansTheShortcutLayout();
-    void configPath_comparesTheLayoutCaseSensitively();
+    void unknownLayout_leadsNowhere_data();
+    void unknownLayout_leadsNowhere();
     void clientSettings_lieOneFolderUpInBothLayouts();
 };
-
-void TestAppPaths::configPath_isEmptyBeforeTheLayoutIsKnown()
-{
-    miravelVersion.clear();
-    QCOMPARE(miravelConfigPath(), QString());
-}
 
 void TestAppPaths::anyCallerType_meansTheClientLayout_data()
 {
@@ -36,8 +30,10 @@ void TestAppPaths::anyCallerType_meansTheClientLayout()
     QFETCH(QString, callerType);
     initAppPaths(callerType);
     QCOMPARE(miravelVersion, QStringLiteral("VELISTRA_NEW"));
+    QVERIFY(installationLayout() == InstallationLayout::Client);
     QCOMPARE(logFolderPath, QStringLiteral("../log/Miravel"));
     QCOMPARE(configFilePath, QStringLiteral("../config/Miravel.ini"));
+    QCOMPARE(licenceTextPath(), QStringLiteral("../config/OpenSourceLicense.txt"));
     QCOMPARE(miravelConfigPath(), configFilePath);
 }
 
@@ -45,15 +41,29 @@ void TestAppPaths::noCallerType_meansTheShortcutLayout()
 {
     initAppPaths(QString());
     QCOMPARE(miravelVersion, QStringLiteral("INVIRTUAL_SHORTCUT"));
+    QVERIFY(installationLayout() == InstallationLayout::Shortcut);
     QCOMPARE(logFolderPath, QStringLiteral("log/Miravel"));
     QCOMPARE(configFilePath, QStringLiteral("config/Miravel.ini"));
+    QCOMPARE(licenceTextPath(), QStringLiteral("config/OpenSourceLicense.txt"));
     QCOMPARE(miravelConfigPath(), configFilePath);
 }
 
-void TestAppPaths::configPath_comparesTheLayoutCaseSensitively()
+void TestAppPaths::unknownLayout_leadsNowhere_data()
 {
-    miravelVersion = QStringLiteral("velistra_new");
+    QTest::addColumn<QString>("version");
+    QTest::newRow("none yet") << QString();
+    QTest::newRow("the client's in lower case") << QStringLiteral("velistra_new");
+    QTest::newRow("the shortcut's in lower case") << QStringLiteral("invirtual_shortcut");
+    QTest::newRow("with a blank") << QStringLiteral("VELISTRA_NEW ");
+}
+
+void TestAppPaths::unknownLayout_leadsNowhere()
+{
+    QFETCH(QString, version);
+    miravelVersion = version;
+    QVERIFY(installationLayout() == InstallationLayout::Unknown);
     QCOMPARE(miravelConfigPath(), QString());
+    QCOMPARE(licenceTextPath(), QString());
 }
 
 void TestAppPaths::clientSettings_lieOneFolderUpInBothLayouts()

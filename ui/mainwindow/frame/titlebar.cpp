@@ -2,14 +2,15 @@
 
 #include "ui/style/shadow.h"
 #include "ui/style/styles.h"
+#include "ui/style/windowsize.h"
 
 #include <QLabel>
 #include <QPushButton>
 
 namespace {
 
-constexpr QRect containerPlace(0, 0, 920, 59);
-constexpr QRect barPlace(1, 1, 920, 56);
+constexpr QRect containerPlace(0, 0, windowSize.width(), 59);
+constexpr QRect barPlace(1, 1, windowSize.width(), 56);
 constexpr QRect picturePlace(24, 16, 111, 26);
 constexpr int buttonSize = 16;
 constexpr int buttonTop = 21;

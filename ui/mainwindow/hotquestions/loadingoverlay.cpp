@@ -2,6 +2,7 @@
 
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 #include "ui/style/shadow.h"
+#include "ui/style/windowsize.h"
 
 #include <QLabel>
 #include <QMovie>
@@ -10,7 +11,6 @@
 namespace {
 
 constexpr QRect placeholderPlace(24, 53, 224, 496);
-constexpr QRect windowPlace(0, 0, 920, 640);
 constexpr QSize movieSize(150, 260);
 
 QWidget *makePlaceholder(QWidget *column)
@@ -26,13 +26,13 @@ QWidget *makePlaceholder(QWidget *column)
 QWidget *makeVeil(QWidget *window)
 {
     auto *veil = new QWidget(window);
-    veil->setGeometry(windowPlace);
+    veil->setGeometry(QRect(QPoint(), windowSize));
     veil->setStyleSheet(QStringLiteral("QWidget{background-color: rgba(17,17,17,20%);}"));
     veil->setAttribute(Qt::WA_TransparentForMouseEvents);
     auto *label = new QLabel(veil);
     label->setStyleSheet(QStringLiteral("QLabel{background-color: transparent;}"));
-    label->setGeometry(QRect(QPoint((windowPlace.width() - movieSize.width()) / 2,
-                                    (windowPlace.height() - movieSize.height()) / 2),
+    label->setGeometry(QRect(QPoint((windowSize.width() - movieSize.width()) / 2,
+                                    (windowSize.height() - movieSize.height()) / 2),
                              movieSize));
     auto *movie = new QMovie(QStringLiteral(":/Images/waiting.gif"), QByteArray(), label);
     label->setMovie(movie);
