@@ -61,7 +61,7 @@ void NetStateTestThread::netStateInfo_get()
     emit netStateInfo_signal(netJudg, localState, desktopServerState, norvikState);
 }
 
-bool NetStateTestThread::Ping(const QString &host, QString &address, int *averageMs, int count,
+bool NetStateTestThread::Ping(QString host, QString &address, int *averageMs, int count,
                               int *lossPercent)
 {
     SystemCommand ping(QStringLiteral("ping"),

@@ -28,8 +28,7 @@ public:
     /// Pings \a host \a count times with the system's "ping" and waits \a count seconds at most.
     /// When it answers, fills \a address, \a averageMs (not null) and, unless null, \a lossPercent
     /// as parsePingOutput() reads them; otherwise leaves them alone and returns false.
-    static bool Ping(const QString &host, QString &address, int *averageMs, int count,
-                     int *lossPercent);
+    static bool Ping(QString host, QString &address, int *averageMs, int count, int *lossPercent);
 
     /// The network judgement, a NetJudgement, from at most five probes. Called on the GUI thread,
     /// which does not respond meanwhile: about five seconds when nothing answers.

@@ -3,13 +3,9 @@
 #include <QCoreApplication>
 #include <QLibrary>
 
-#include <cstring>
 #include <mutex>
 
 namespace {
-
-constexpr std::size_t portOffset = 0;
-constexpr std::size_t addressOffset = 164;
 
 // The fixed arguments of the query; what they mean only the library knows.
 constexpr char queryName[] = " ";
@@ -17,7 +13,7 @@ constexpr int queryMode = 1;
 constexpr int queryIndex = -1;
 
 using InitFunction = int (*)(void *, void *, void *);
-using QueryFunction = const void *(*)(const char *, int, int);
+using QueryFunction = const KorInfoBlock *(*)(const char *, int, int);
 
 struct KorVpnTool
 {
@@ -65,18 +61,14 @@ std::optional<KorGateway> selectedKorGateway()
         return std::nullopt;
     }
     tool.init(nullptr, nullptr, nullptr);
-    const void *record = tool.query(queryName, queryMode, queryIndex);
+    const KorInfoBlock *record = tool.query(queryName, queryMode, queryIndex);
     if (!record) {
         return std::nullopt;
     }
-    return readKorInfoBlock(record); // under the lock: the next call may rewrite the record
+    return gatewayOf(*record); // under the lock: the next call may rewrite the record
 }
 
-KorGateway readKorInfoBlock(const void *record)
+KorGateway gatewayOf(const KorInfoBlock &record)
 {
-    const char *bytes = static_cast<const char *>(record);
-    KorGateway gateway;
-    std::memcpy(&gateway.port, bytes + portOffset, sizeof gateway.port);
-    gateway.address = QString::fromUtf8(bytes + addressOffset);
-    return gateway;
+    return {QString::fromUtf8(record.address), record.port};
 }

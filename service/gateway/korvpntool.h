@@ -2,7 +2,19 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <optional>
+
+/// What is known of the record that the VPN client's library owns and returns, as it lies in
+/// memory.
+struct KorInfoBlock
+{
+    qint32 port;       ///< in the machine's byte order
+    char unknown[160]; ///< not read
+    char address[1];   ///< 8-bit text that goes on up to a NUL: host name or IP address
+};
+static_assert(offsetof(KorInfoBlock, port) == 0);
+static_assert(offsetof(KorInfoBlock, address) == 164);
 
 /// The gateway that the desktop's VPN client has selected.
 struct KorGateway
@@ -19,6 +31,5 @@ struct KorGateway
 /// thread safety, so calls are made one at a time. Any thread.
 [[nodiscard]] std::optional<KorGateway> selectedKorGateway();
 
-/// Reads the two known fields of the library's info record: at byte 0 the port, a 32-bit integer in
-/// the machine's byte order, at byte 164 the address, 8-bit text up to a NUL.
-[[nodiscard]] KorGateway readKorInfoBlock(const void *record);
+/// Copies the two known fields of \a record, whose address is read as UTF-8.
+[[nodiscard]] KorGateway gatewayOf(const KorInfoBlock &record);

@@ -1,9 +1,9 @@
 #include "app/base/apppaths.h"
 #include "localchannel/sysguardqueststhread.h"
+#include "tests/localchannel/support/guardclient.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/testconfig.h"
 
-#include <QDir>
 #include <QJsonArray>
 #include <QSignalSpy>
 #include <QTest>
@@ -56,11 +56,6 @@ namespace {
 
 const QString portKey = QStringLiteral("SysguardPort/port1");
 
-QByteArray document(const QByteArray &question)
-{
-    return "{\"question\":\"" + question + "\"}";
-}
-
 QString questionOf(const QJsonObject &object)
 {
     return object.value(QLatin1String("question")).toString();
@@ -68,7 +63,8 @@ QString questionOf(const QJsonObject &object)
 
 QString received(const QByteArray &question)
 {
-    return QStringLiteral("info: sysguard bytearray date") + QString::fromUtf8(document(question));
+    return QStringLiteral("info: sysguard bytearray date")
+         + QString::fromUtf8(questionDocument(question));
 }
 
 } // namespace
@@ -76,9 +72,8 @@ QString received(const QByteArray &question)
 void TestGuardQueue::init()
 {
     m_config = std::make_unique<TestConfig>();
-    QVERIFY(QDir::setCurrent(m_config->root()));
     m_config->set(portKey, QStringLiteral("26001"));
-    initAppPaths(QString());
+    m_config->enter();
     m_log = std::make_unique<LogCapture>();
     makeQueue();
     m_log->clear();
@@ -88,7 +83,6 @@ void TestGuardQueue::cleanup()
 {
     m_queue.reset();
     m_log.reset();
-    QDir::setCurrent(QDir::rootPath());
     m_config.reset();
 }
 
@@ -101,7 +95,7 @@ void TestGuardQueue::makeQueue()
 
 void TestGuardQueue::post(const QByteArray &question)
 {
-    m_queue->socketReadData(document(question));
+    m_queue->socketReadData(questionDocument(question));
 }
 
 QStringList TestGuardQueue::handedOver() const
@@ -116,17 +110,14 @@ QStringList TestGuardQueue::handedOver() const
 void TestGuardQueue::port_isReadFromTheLayoutsFile_data()
 {
     QTest::addColumn<QString>("caller");
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("started by a caller") << QStringLiteral("vdi") << QStringLiteral("/config");
-    QTest::newRow("shortcut") << QString() << QString();
+    QTest::newRow("started by a caller") << QStringLiteral("vdi");
+    QTest::newRow("shortcut") << QString();
 }
 
 void TestGuardQueue::port_isReadFromTheLayoutsFile()
 {
     QFETCH(QString, caller);
-    QFETCH(QString, folder);
-    QVERIFY(QDir::setCurrent(m_config->root() + folder));
-    initAppPaths(caller);
+    m_config->enter(caller);
     makeQueue();
     QCOMPARE(m_log->lines(), QStringList(QStringLiteral("info: SysguardQuestsThread port =26001")));
 }

@@ -1,5 +1,7 @@
 #include "tests/support/testconfig.h"
 
+#include "app/base/apppaths.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -45,6 +47,25 @@ const char TestConfig::secret[] = "the secret";
 TestConfig::TestConfig()
 {
     QDir(root()).mkdir(QStringLiteral("config"));
+}
+
+TestConfig::~TestConfig()
+{
+    if (m_entered) {
+        QDir::setCurrent(QDir::rootPath()); // a folder in use cannot be removed everywhere
+    }
+}
+
+void TestConfig::enter(const QString &callerType)
+{
+    initAppPaths(callerType);
+    const bool shortcut = installationLayout() == InstallationLayout::Shortcut;
+    const QDir folder(root());
+    const QString program = shortcut ? root() : folder.filePath(QStringLiteral("Miravel"));
+    if (!folder.mkpath(program) || !QDir::setCurrent(program)) {
+        qFatal("The test's installation cannot be entered.");
+    }
+    m_entered = true;
 }
 
 void TestConfig::set(const QString &name, const QString &value)

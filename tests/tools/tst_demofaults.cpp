@@ -1,5 +1,4 @@
-#include "demoprocess.h"
-#include "signedcall.h"
+#include "faulttest.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -8,14 +7,11 @@
 #include <QTest>
 
 /// Every way in which the demo service can be told to misbehave.
-class TestDemoFaults : public QObject
+class TestDemoFaults : public FaultTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanupTestCase();
     void delay_keepsTheAnswerBack();
     void delay_endsWhenTheClientLeaves();
     void error_isASignedRequestAnsweredWithThatCode();
@@ -35,33 +31,16 @@ private slots:
     void noAnswer_waitsUntilTheClientLeaves();
     void noAnswer_keepsNobodyElseWaiting();
     void trickle_sendsOneByteAtATime();
-    void faultOfOneCall_leavesTheOthersAlone();
-    void faultOfAnyCall_isForAllAndNoneClearsAll();
-    void timesIsCountedDown();
-    void faultAtStart_isInForceFromTheFirstRequest();
-    void badFault_isRefusedWithASentence_data();
-    void badFault_isRefusedWithASentence();
-    void endingTheService_doesNotWaitForAnything();
 
 private:
-    CallReply ask(int ms = 20000);
     /// Sends a good question and leaves the socket open.
     bool sendQuestion(QTcpSocket &socket) const;
 
     /// All bytes of one answer until the service closes the connection.
     QByteArray readAnswer() const;
-
-    void setFault(const QString &call, const QString &kind, const QJsonValue &argument = {});
-
-    DemoProcess m_service;
-    int m_idleThreads = 0;
 };
 
 namespace {
-
-const QString question = QStringLiteral("黑屏怎么办");
-const QString anyCall = QStringLiteral("any");
-const QString askCall = QStringLiteral("ask");
 
 QString replyText(const CallReply &reply)
 {
@@ -69,23 +48,6 @@ QString replyText(const CallReply &reply)
 }
 
 } // namespace
-
-void TestDemoFaults::initTestCase()
-{
-    QVERIFY(m_service.start());
-    m_idleThreads = m_service.threadCount();
-}
-
-void TestDemoFaults::init()
-{
-    setFault(anyCall, QStringLiteral("none"));
-}
-
-void TestDemoFaults::cleanupTestCase()
-{
-    QVERIFY2(m_service.isRunning(), "the service ended by itself");
-    QCOMPARE(m_service.stop(), 0);
-}
 
 bool TestDemoFaults::sendQuestion(QTcpSocket &socket) const
 {
@@ -108,19 +70,6 @@ QByteArray TestDemoFaults::readAnswer() const
     }
     while (socket.state() == QAbstractSocket::ConnectedState && socket.waitForReadyRead(5000)) { }
     return socket.readAll();
-}
-
-CallReply TestDemoFaults::ask(int ms)
-{
-    return sendSigned(m_service.httpUrl(askPath), compactJson(askBody(question)), {}, ms);
-}
-
-void TestDemoFaults::setFault(const QString &call, const QString &kind, const QJsonValue &argument)
-{
-    const QByteArray mistake = m_service.setFault({{QStringLiteral("call"), call},
-                                                   {QStringLiteral("kind"), kind},
-                                                   {QStringLiteral("arg"), argument}});
-    QVERIFY2(mistake.isEmpty(), mistake.constData());
 }
 
 void TestDemoFaults::delay_keepsTheAnswerBack()
@@ -317,90 +266,6 @@ void TestDemoFaults::trickle_sendsOneByteAtATime()
     const CallReply reply = sendSigned(m_service.httpUrl(hotPath), compactJson(hotBody(1)));
     QCOMPARE(reply.body, whole);
     QVERIFY(clock.elapsed() >= 2 * whole.size());
-}
-
-void TestDemoFaults::faultOfOneCall_leavesTheOthersAlone()
-{
-    setFault(QStringLiteral("hot"), QStringLiteral("http"), 500);
-    QCOMPARE(ask().status, 200);
-    const CallReply hot = sendSigned(m_service.httpUrl(hotPath), compactJson(hotBody()));
-    QCOMPARE(hot.status, 500);
-}
-
-void TestDemoFaults::faultOfAnyCall_isForAllAndNoneClearsAll()
-{
-    setFault(askCall, QStringLiteral("http"), 501);
-    setFault(anyCall, QStringLiteral("http"), 502);
-    const QByteArray body = compactJson(associationBody(QStringLiteral("a")));
-    QCOMPARE(ask().status, 501);
-    QCOMPARE(sendSigned(m_service.httpUrl(associationPath), body).status, 502);
-    setFault(anyCall, QStringLiteral("none"));
-    QCOMPARE(ask().status, 200);
-    QCOMPARE(sendSigned(m_service.httpUrl(associationPath), body).status, 200);
-}
-
-void TestDemoFaults::timesIsCountedDown()
-{
-    QCOMPARE(m_service.setFault({{QStringLiteral("call"), askCall},
-                                 {QStringLiteral("kind"), QStringLiteral("http")},
-                                 {QStringLiteral("arg"), 500},
-                                 {QStringLiteral("times"), 2}}),
-             QByteArray());
-    QCOMPARE(ask().status, 500);
-    QCOMPARE(ask().status, 500);
-    QCOMPARE(ask().status, 200);
-}
-
-void TestDemoFaults::faultAtStart_isInForceFromTheFirstRequest()
-{
-    DemoProcess service;
-    QVERIFY(service.start({QStringLiteral("--fault"), QStringLiteral("ask=error:123"),
-                           QStringLiteral("--fault"), QStringLiteral("any=http:418")}));
-    QCOMPARE(sendSigned(service.httpUrl(askPath), compactJson(askBody(question))).errorCode(),
-             QStringLiteral("123"));
-    QCOMPARE(sendSigned(service.httpUrl(hotPath), compactJson(hotBody())).status, 418);
-}
-
-void TestDemoFaults::badFault_isRefusedWithASentence_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::newRow("no JSON") << QByteArray("delay");
-    QTest::newRow("no such call") << QByteArray(R"({"call":"cold","kind":"empty"})");
-    QTest::newRow("no such kind") << QByteArray(R"({"call":"ask","kind":"lie"})");
-    QTest::newRow("no kind") << QByteArray(R"({"call":"ask"})");
-    QTest::newRow("text for a number") << QByteArray(R"({"call":"ask","kind":"delay","arg":"x"})");
-    QTest::newRow("negative") << QByteArray(R"({"call":"ask","kind":"delay","arg":-1})");
-    QTest::newRow("argument too many") << QByteArray(R"({"call":"ask","kind":"empty","arg":1})");
-    QTest::newRow("zero times") << QByteArray(R"({"call":"ask","kind":"empty","times":0})");
-}
-
-void TestDemoFaults::badFault_isRefusedWithASentence()
-{
-    QFETCH(QByteArray, body);
-    const QUrl url = m_service.httpUrl(QStringLiteral("/demo/faults"));
-    const CallReply reply = sendPlain("PUT", url, body);
-    QCOMPARE(reply.status, 400);
-    QVERIFY(!reply.json().value(QLatin1String("error")).toString().isEmpty());
-    QCOMPARE(ask().errorCode(), QStringLiteral("0"));
-}
-
-void TestDemoFaults::endingTheService_doesNotWaitForAnything()
-{
-    DemoProcess service;
-    QVERIFY(service.start({QStringLiteral("--fault"), QStringLiteral("ask=no-answer")}));
-    QTcpSocket idle;
-    idle.connectToHost(QStringLiteral("127.0.0.1"), static_cast<quint16>(service.httpPort()));
-    QVERIFY(idle.waitForConnected(5000));
-    QTcpSocket half;
-    half.connectToHost(QStringLiteral("127.0.0.1"), static_cast<quint16>(service.httpPort()));
-    QVERIFY(half.waitForConnected(5000));
-    half.write("POST /robot/v1/answers HTTP/1.1\r\nContent-Len");
-    QVERIFY(half.waitForBytesWritten(5000));
-    QVERIFY(!sendSigned(service.httpsUrl(askPath), compactJson(askBody(question)), {}, 100).inTime);
-    QElapsedTimer clock;
-    clock.start();
-    QCOMPARE(service.stop(), 0);
-    QVERIFY2(clock.elapsed() < 4000, qPrintable(QString::number(clock.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestDemoFaults)

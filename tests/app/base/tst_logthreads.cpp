@@ -1,11 +1,10 @@
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
+#include "tests/app/base/support/logfolder.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -17,15 +16,10 @@ namespace {
 
 constexpr int threads = 8;
 constexpr int messagesPerThread = 400;
-constexpr qint64 tenMebibytes = 10'485'760;
 
 QStringList linesOf(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    const QByteArray content = file.readAll();
+    const QByteArray content = contentOf(path);
     return QString::fromUtf8(content.mid(content.lastIndexOf('\0') + 1))
         .split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
 }
@@ -68,24 +62,18 @@ private slots:
     void manyThreads_tearNoLineAcrossManyRotations();
 
 private:
-    void installHandler();
     void checkWhole(const QStringList &lines);
 
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_live;
-    QString m_backup;
+    std::unique_ptr<LogFolder> m_log;
     QtMessageHandler m_previous = nullptr;
     QSet<QString> m_messages; // found in the lines checked so far
 };
 
 void TestLogThreads::init()
 {
-    m_folder = std::make_unique<QTemporaryDir>();
-    const QString base = m_folder->filePath(QStringLiteral("Miravel"));
-    m_live = base + QStringLiteral(".log");
-    m_backup = base + QStringLiteral(".log.bk");
+    m_log = std::make_unique<LogFolder>();
     m_messages.clear();
-    initLogSetting(QStringLiteral("INFO"), base);
+    initLogSetting(QStringLiteral("INFO"), m_log->base());
     m_previous = qInstallMessageHandler(logMessageHandler);
 }
 
@@ -110,20 +98,18 @@ void TestLogThreads::checkWhole(const QStringList &lines)
 void TestLogThreads::manyThreads_writeEveryLineWholeAndOnce()
 {
     logFromManyThreads(messagesPerThread);
-    checkWhole(linesOf(m_live));
+    checkWhole(linesOf(m_log->live()));
     QCOMPARE(m_messages.size(), threads * messagesPerThread);
 }
 
 void TestLogThreads::manyThreads_loseNoLineAcrossARotation()
 {
     constexpr qint64 roomBeforeRotation = 50'000; // less than the lines need
-    QFile live(m_live);
-    QVERIFY(live.open(QIODevice::WriteOnly) && live.resize(tenMebibytes - roomBeforeRotation));
-    live.close();
+    QVERIFY(makeFile(m_log->live(), tenMebibytes - roomBeforeRotation));
     logFromManyThreads(messagesPerThread);
-    QVERIFY(QFileInfo(m_backup).size() >= tenMebibytes);
-    checkWhole(linesOf(m_backup));
-    checkWhole(linesOf(m_live));
+    QVERIFY(QFileInfo(m_log->backup()).size() >= tenMebibytes);
+    checkWhole(linesOf(m_log->backup()));
+    checkWhole(linesOf(m_log->live()));
     QCOMPARE(m_messages.size(), threads * messagesPerThread);
 }
 
@@ -132,9 +118,9 @@ void TestLogThreads::manyThreads_tearNoLineAcrossManyRotations()
     constexpr int messages = 30;
     constexpr int paddingLength = 200'000; // 48 MB in all, more than four times the limit
     logFromManyThreads(messages, QString(paddingLength, QLatin1Char('x')));
-    QVERIFY(QFileInfo(m_backup).size() >= tenMebibytes);
-    QVERIFY(QFileInfo(m_live).size() < tenMebibytes);
-    const QStringList kept = linesOf(m_backup) + linesOf(m_live);
+    QVERIFY(QFileInfo(m_log->backup()).size() >= tenMebibytes);
+    QVERIFY(QFileInfo(m_log->live()).size() < tenMebibytes);
+    const QStringList kept = linesOf(m_log->backup()) + linesOf(m_log->live());
     checkWhole(kept);
     QCOMPARE(m_messages.size(), kept.size());
 }

@@ -59,6 +59,11 @@ QByteArray acknowledgementBytes()
     return QByteArrayLiteral("{\"code\":\"0\"}");
 }
 
+QByteArray questionDocument(const QByteArray &question)
+{
+    return "{\"question\":\"" + question + "\"}";
+}
+
 GuardClient::GuardClient(quint16 port)
 {
     m_socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);

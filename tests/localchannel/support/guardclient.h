@@ -7,6 +7,9 @@
 /// The acknowledgement as it stands on the wire.
 [[nodiscard]] QByteArray acknowledgementBytes();
 
+/// A message that asks \a question, which needs no escapes.
+[[nodiscard]] QByteArray questionDocument(const QByteArray &question);
+
 /// A client of the guard channel in a test; it needs the test's event loop.
 class GuardClient final
 {

@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t addressOffset = 164;
 constexpr std::size_t recordSize = 1024;
 
-char record[recordSize];
+alignas(std::int32_t) char record[recordSize];
 std::atomic<int> callers = 0;
 
 void note(const char *text)

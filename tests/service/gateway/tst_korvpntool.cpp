@@ -38,6 +38,16 @@ constexpr std::size_t addressOffset = 164;
 const QString completeLibrary = QStringLiteral(GATEWAY_LIBRARY);
 const QString incompleteLibrary = QStringLiteral(INCOMPLETE_LIBRARY);
 
+/// The bytes of a record, as the library has it in memory.
+struct alignas(KorInfoBlock) Record : std::array<char, recordSize>
+{
+};
+
+KorGateway gatewayIn(const Record &record)
+{
+    return gatewayOf(*reinterpret_cast<const KorInfoBlock *>(record.data()));
+}
+
 /// A program folder of its own with the probe in it, and the probe running from there.
 class Probe
 {
@@ -113,23 +123,23 @@ QString folderOf(const QString &file)
 
 void TestKorVpnTool::record_isReadAtItsOffsets()
 {
-    std::array<char, recordSize> record;
+    Record record;
     record.fill('#');
     const qint32 port = 0x01020304;
     std::memcpy(record.data(), &port, sizeof port);
     std::memcpy(record.data() + addressOffset, "gw.example", sizeof "gw.example");
-    const KorGateway gateway = readKorInfoBlock(record.data());
+    const KorGateway gateway = gatewayIn(record);
     QCOMPARE(gateway.port, port);
     QCOMPARE(gateway.address, QStringLiteral("gw.example"));
 }
 
 void TestKorVpnTool::record_addressEndsAtTheFirstNul()
 {
-    std::array<char, recordSize> record;
+    Record record;
     record.fill('\0');
     std::memcpy(record.data() + addressOffset, "a\0b", sizeof "a\0b");
-    QCOMPARE(readKorInfoBlock(record.data()).address, QStringLiteral("a"));
-    QCOMPARE(readKorInfoBlock(record.data()).port, 0);
+    QCOMPARE(gatewayIn(record).address, QStringLiteral("a"));
+    QCOMPARE(gatewayIn(record).port, 0);
 }
 
 void TestKorVpnTool::absentLibrary_isAsNoGateway()

@@ -1,9 +1,6 @@
-#include "service/request/httpsrequest.h"
 #include "tests/service/support/refusingport.h"
+#include "tests/service/support/requestbench.h"
 #include "tests/service/support/testgateway.h"
-#include "tests/service/support/testserver.h"
-#include "tests/support/logcapture.h"
-#include "tests/support/testconfig.h"
 
 #include <QSet>
 #include <QTest>
@@ -20,7 +17,6 @@ class TestConcurrentRequests : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
     void requests_getTheirOwnReplies();
     void requests_allHaveNoncesOfTheirOwn();
     void resolutions_ofAReachableServerAgree();
@@ -82,39 +78,24 @@ int wrongReplies(httpsRequest &request, int thread)
 
 } // namespace
 
-void TestConcurrentRequests::init()
-{
-    setResolvedEndpoint({});
-}
-
 void TestConcurrentRequests::requests_getTheirOwnReplies()
 {
-    TestServer server;
-    setReplies(server);
-    TestConfig config;
-    config.setServer(server.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
+    RequestBench bench;
+    setReplies(bench.server);
     std::atomic<int> wrong = 0;
-    runAll([&](int thread) { wrong += wrongReplies(request, thread); });
+    runAll([&](int thread) { wrong += wrongReplies(bench.request, thread); });
     QCOMPARE(wrong.load(), 0);
-    QCOMPARE(server.requests().size(), threadCount * requestCount);
-    QCOMPARE(log.linesWith(QStringLiteral("warning: ")), QStringList());
-    QCOMPARE(log.foreignLines().join(QLatin1Char('|')), QString());
+    QCOMPARE(bench.server.requests().size(), threadCount * requestCount);
+    QCOMPARE(bench.log.linesWith(QStringLiteral("warning: ")), QStringList());
+    QCOMPARE(bench.log.foreignLines().join(QLatin1Char('|')), QString());
 }
 
 void TestConcurrentRequests::requests_allHaveNoncesOfTheirOwn()
 {
-    TestServer server;
-    TestConfig config;
-    config.setServer(server.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    runAll([&](int thread) { wrongReplies(request, thread); });
+    RequestBench bench;
+    runAll([&](int thread) { wrongReplies(bench.request, thread); });
     QSet<QByteArray> nonces;
-    for (const ReceivedRequest &received : server.requests()) {
+    for (const ReceivedRequest &received : bench.server.requests()) {
         nonces.insert(received.header("x-ca-nonce"));
     }
     QCOMPARE(nonces.size(), threadCount * requestCount);
@@ -122,28 +103,19 @@ void TestConcurrentRequests::requests_allHaveNoncesOfTheirOwn()
 
 void TestConcurrentRequests::resolutions_ofAReachableServerAgree()
 {
-    TestServer server;
-    TestConfig config;
-    config.setServer(server.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    runAll([&](int) { request.getUseful_IpPort(); });
+    RequestBench bench;
+    runAll([&](int) { bench.request.getUseful_IpPort(); });
     QCOMPARE(resolvedEndpoint().strAddr, QStringLiteral("127.0.0.1"));
-    QCOMPARE(resolvedEndpoint().strPort, QString::number(server.port()));
-    QCOMPARE(log.linesWith(QStringLiteral("info: can ping")).size(), threadCount);
+    QCOMPARE(resolvedEndpoint().strPort, QString::number(bench.server.port()));
+    QCOMPARE(bench.log.linesWith(QStringLiteral("info: can ping")).size(), threadCount);
 }
 
 void TestConcurrentRequests::resolutions_askTheLibraryOneAtATime()
 {
     const TestGateway gateway("10.1.1.1", 443);
     const RefusingPort refusing;
-    TestConfig config;
-    config.setServer(refusing.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    runAll([&](int) { request.getUseful_IpPort(); });
+    RequestBench bench(refusing.port());
+    runAll([&](int) { bench.request.getUseful_IpPort(); });
     QStringList expected;
     for (int query = 0; query < threadCount; ++query) {
         expected += TestGateway::oneQuery();
@@ -154,23 +126,19 @@ void TestConcurrentRequests::resolutions_askTheLibraryOneAtATime()
 
 void TestConcurrentRequests::resolutionsAndRequests_runSideBySide()
 {
-    TestServer server;
-    setReplies(server);
-    TestConfig config;
-    config.setServer(server.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
+    RequestBench bench;
+    setReplies(bench.server);
     std::atomic<int> wrong = 0;
     std::atomic<int> torn = 0;
     const std::vector<std::function<void()>> work
-        = {[&] { request.getUseful_IpPort(); },
+        = {[&] { bench.request.getUseful_IpPort(); },
            // With the fall-back every request has a whole endpoint, resolved or configured.
-           [&] { wrong += wrongReplies(request, 1); }, [&] { wrong += wrongReplies(request, 2); },
+           [&] { wrong += wrongReplies(bench.request, 1); },
+           [&] { wrong += wrongReplies(bench.request, 2); },
            [&] {
                const ServiceEndpoint seen = resolvedEndpoint();
                torn += seen.strAddr.isEmpty() == seen.strPort.isEmpty() ? 0 : 1;
-               request.getUseful_IpPort();
+               bench.request.getUseful_IpPort();
            }};
     runAll([&](int thread) { work.at(static_cast<std::size_t>(thread))(); });
     QCOMPARE(wrong.load(), 0);

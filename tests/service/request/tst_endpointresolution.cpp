@@ -1,8 +1,5 @@
-#include "service/request/httpsrequest.h"
 #include "tests/service/support/refusingport.h"
-#include "tests/service/support/testserver.h"
-#include "tests/support/logcapture.h"
-#include "tests/support/testconfig.h"
+#include "tests/service/support/requestbench.h"
 
 #include <QElapsedTimer>
 #include <QNetworkProxy>
@@ -16,7 +13,6 @@ class TestEndpointResolution : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
     void reachableServer_isTakenAsConfigured();
     void reachableServer_isTestedWithoutSendingAnything();
     void reachableServer_hostNameIsNotResolved();
@@ -48,100 +44,67 @@ QStringList unreachableLines(int errorCode)
 
 } // namespace
 
-void TestEndpointResolution::init()
-{
-    setResolvedEndpoint({});
-}
-
 void TestEndpointResolution::reachableServer_isTakenAsConfigured()
 {
-    TestServer server;
-    TestConfig config;
-    config.setServer(server.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench;
+    bench.request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strAddr, QStringLiteral("127.0.0.1"));
-    QCOMPARE(resolvedEndpoint().strPort, QString::number(server.port()));
-    QCOMPARE(request.resolvedAddr(), QStringLiteral("127.0.0.1"));
-    QCOMPARE(log.timelessLines(), QStringList({QStringLiteral("debug: start ping, time: <time>"),
-                                               QStringLiteral("debug: connected ipport:127.0.0.1"),
-                                               QStringLiteral("info: can ping"),
-                                               QStringLiteral("debug: end ping, time: <time>")}));
-    QCOMPARE(log.foreignLines(), QStringList());
+    QCOMPARE(resolvedEndpoint().strPort, QString::number(bench.server.port()));
+    QCOMPARE(bench.request.resolvedAddr(), QStringLiteral("127.0.0.1"));
+    QCOMPARE(bench.log.timelessLines(),
+             QStringList({QStringLiteral("debug: start ping, time: <time>"),
+                          QStringLiteral("debug: connected ipport:127.0.0.1"),
+                          QStringLiteral("info: can ping"),
+                          QStringLiteral("debug: end ping, time: <time>")}));
+    QCOMPARE(bench.log.foreignLines(), QStringList());
 }
 
 void TestEndpointResolution::reachableServer_isTestedWithoutSendingAnything()
 {
-    TestServer server;
-    TestConfig config;
-    config.setServer(server.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
-    QTRY_COMPARE(server.connectionCount(), 1);
-    QCOMPARE(server.requests().size(), 0);
+    RequestBench bench;
+    bench.request.getUseful_IpPort();
+    QTRY_COMPARE(bench.server.connectionCount(), 1);
+    QCOMPARE(bench.server.requests().size(), 0);
 }
 
 void TestEndpointResolution::reachableServer_hostNameIsNotResolved()
 {
-    TestServer server;
-    TestConfig config;
-    config.setServer(server.port());
-    config.set(QStringLiteral("IpAndPort/mserverip"), QStringLiteral("LocalHost"));
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench;
+    bench.config.set(QStringLiteral("IpAndPort/mserverip"), QStringLiteral("LocalHost"));
+    bench.request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strAddr, QStringLiteral("LocalHost"));
-    QVERIFY(log.lines().contains(QStringLiteral("debug: connected ipport:LocalHost")));
+    QVERIFY(bench.log.lines().contains(QStringLiteral("debug: connected ipport:LocalHost")));
 }
 
 void TestEndpointResolution::timesOfDay_areLogged()
 {
     static const QRegularExpression form(
         QStringLiteral("^debug: (start|end) ping, time: \\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d$"));
-    TestServer server;
-    TestConfig config;
-    config.setServer(server.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
-    QVERIFY(form.match(log.lines().constFirst()).hasMatch());
-    QVERIFY(form.match(log.lines().constLast()).hasMatch());
+    RequestBench bench;
+    bench.request.getUseful_IpPort();
+    QVERIFY(form.match(bench.log.lines().constFirst()).hasMatch());
+    QVERIFY(form.match(bench.log.lines().constLast()).hasMatch());
 }
 
 void TestEndpointResolution::portText_isCopiedUnchanged()
 {
-    TestServer server;
-    const QString port = QString::number(server.port()) + QLatin1Char(' ');
-    TestConfig config;
-    config.setServer(server.port());
-    config.set(QStringLiteral("IpAndPort/mserverhttpsport"), port);
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench;
+    const QString port = QString::number(bench.server.port()) + QLatin1Char(' ');
+    bench.config.set(QStringLiteral("IpAndPort/mserverhttpsport"), port);
+    bench.request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strPort, port);
 }
 
 void TestEndpointResolution::portThatIsNoNumber_isTestedAsZero()
 {
-    TestConfig config;
-    config.setServer(1);
-    config.set(QStringLiteral("IpAndPort/mserverhttpsport"), QStringLiteral("abc"));
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
-    QVERIFY(!request.NetSocketConnect(QStringLiteral("127.0.0.1"), 0));
+    RequestBench bench(1);
+    bench.config.set(QStringLiteral("IpAndPort/mserverhttpsport"), QStringLiteral("abc"));
+    bench.request.getUseful_IpPort();
+    QVERIFY(!bench.request.NetSocketConnect(QStringLiteral("127.0.0.1"), 0));
     QCOMPARE(resolvedEndpoint().strPort, QString());
-    QCOMPARE(log.linesWith(QStringLiteral("warning: NetSocketConnect")).size(), 2);
-    QCOMPARE(log.linesWith(QStringLiteral("warning: NetSocketConnect")).at(0),
-             log.linesWith(QStringLiteral("warning: NetSocketConnect")).at(1));
+    QCOMPARE(bench.log.linesWith(QStringLiteral("warning: NetSocketConnect")).size(), 2);
+    QCOMPARE(bench.log.linesWith(QStringLiteral("warning: NetSocketConnect")).at(0),
+             bench.log.linesWith(QStringLiteral("warning: NetSocketConnect")).at(1));
 }
 
 void TestEndpointResolution::refusedConnection_takesTheFullSecond()
@@ -158,40 +121,31 @@ void TestEndpointResolution::refusedConnection_takesTheFullSecond()
 void TestEndpointResolution::unreachableServerWithoutLibrary_leavesBothEmpty()
 {
     const RefusingPort refusing;
-    TestConfig config;
-    config.setServer(refusing.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench(refusing.port());
+    bench.request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strAddr, QString());
     QCOMPARE(resolvedEndpoint().strPort, QString());
-    QCOMPARE(log.timelessLines(), unreachableLines(QAbstractSocket::ConnectionRefusedError));
-    QCOMPARE(log.foreignLines(), QStringList());
+    QCOMPARE(bench.log.timelessLines(), unreachableLines(QAbstractSocket::ConnectionRefusedError));
+    QCOMPARE(bench.log.foreignLines(), QStringList());
 }
 
 void TestEndpointResolution::emptyConfiguration_leavesBothEmpty()
 {
-    httpsRequest request;
-    request.configPath.clear();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench;
+    bench.request.configPath.clear();
+    bench.request.getUseful_IpPort();
     QVERIFY(!resolvedEndpoint().isComplete());
-    QCOMPARE(log.timelessLines(), unreachableLines(QAbstractSocket::HostNotFoundError));
+    QCOMPARE(bench.log.timelessLines(), unreachableLines(QAbstractSocket::HostNotFoundError));
 }
 
 void TestEndpointResolution::earlierResolution_isForgottenAtOnce()
 {
     const RefusingPort refusing;
-    TestConfig config;
-    config.setServer(refusing.port());
-    httpsRequest request;
-    request.configPath = config.path();
+    RequestBench bench(refusing.port());
     setResolvedEndpoint({QStringLiteral("10.0.0.1"), QStringLiteral("443")});
-    const LogCapture log;
     QString during = QStringLiteral("not read");
-    QTimer::singleShot(0, this, [&] { during = request.resolvedAddr(); });
-    request.getUseful_IpPort();
+    QTimer::singleShot(0, this, [&] { during = bench.request.resolvedAddr(); });
+    bench.request.getUseful_IpPort();
     QCOMPARE(during, QString());
     QVERIFY(!resolvedEndpoint().isComplete());
 }
@@ -236,15 +190,11 @@ void TestEndpointResolution::settings_areReadForEveryResolution()
 {
     TestServer first;
     TestServer second;
-    TestConfig config;
-    config.setServer(first.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench(first.port());
+    bench.request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strPort, QString::number(first.port()));
-    config.setServer(second.port());
-    request.getUseful_IpPort();
+    bench.config.setServer(second.port());
+    bench.request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strPort, QString::number(second.port()));
 }
 

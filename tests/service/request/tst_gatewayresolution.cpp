@@ -1,10 +1,6 @@
-#include "service/request/httpsrequest.h"
-#include "service/request/idpinterface.h"
 #include "tests/service/support/refusingport.h"
+#include "tests/service/support/requestbench.h"
 #include "tests/service/support/testgateway.h"
-#include "tests/service/support/testserver.h"
-#include "tests/support/logcapture.h"
-#include "tests/support/testconfig.h"
 
 #include <QTest>
 
@@ -14,7 +10,6 @@ class TestGatewayResolution : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
     void reachableServer_doesNotAskTheLibrary();
     void selectedGateway_isTaken();
     void selectedGateway_isAskedForEveryTime();
@@ -37,58 +32,40 @@ QStringList gatewayLines(const QString &found)
 
 } // namespace
 
-void TestGatewayResolution::init()
-{
-    setResolvedEndpoint({});
-}
-
 void TestGatewayResolution::reachableServer_doesNotAskTheLibrary()
 {
     const TestGateway gateway("10.1.1.1", 8443);
-    TestServer server;
-    TestConfig config;
-    config.setServer(server.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench;
+    bench.request.getUseful_IpPort();
     QCOMPARE(gateway.calls(), QStringList());
-    QCOMPARE(resolvedEndpoint().strPort, QString::number(server.port()));
+    QCOMPARE(resolvedEndpoint().strPort, QString::number(bench.server.port()));
 }
 
 void TestGatewayResolution::selectedGateway_isTaken()
 {
     const TestGateway gateway("gw.example", 8443);
     const RefusingPort refusing;
-    TestConfig config;
-    config.setServer(refusing.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench(refusing.port());
+    bench.request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strAddr, QStringLiteral("gw.example"));
     QCOMPARE(resolvedEndpoint().strPort, QStringLiteral("8443"));
     QCOMPARE(gateway.calls(), TestGateway::oneQuery());
-    QCOMPARE(log.timelessLines(),
+    QCOMPARE(bench.log.timelessLines(),
              gatewayLines(QStringLiteral("info: strAddr:gw.examplestrPort:8443")));
-    QCOMPARE(log.foreignLines(), QStringList());
+    QCOMPARE(bench.log.foreignLines(), QStringList());
 }
 
 void TestGatewayResolution::selectedGateway_isAskedForEveryTime()
 {
     const RefusingPort refusing;
-    TestConfig config;
-    config.setServer(refusing.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
+    RequestBench bench(refusing.port());
     {
         const TestGateway gateway("10.1.1.1", 1);
-        request.getUseful_IpPort();
+        bench.request.getUseful_IpPort();
         QCOMPARE(gateway.calls(), TestGateway::oneQuery());
     }
     const TestGateway gateway("10.1.1.2", 2);
-    request.getUseful_IpPort();
+    bench.request.getUseful_IpPort();
     QCOMPARE(gateway.calls(), TestGateway::oneQuery());
     QCOMPARE(resolvedEndpoint().strAddr, QStringLiteral("10.1.1.2"));
     QCOMPARE(resolvedEndpoint().strPort, QStringLiteral("2"));
@@ -98,16 +75,12 @@ void TestGatewayResolution::noGatewaySelected_leavesBothEmpty()
 {
     const TestGateway gateway;
     const RefusingPort refusing;
-    TestConfig config;
-    config.setServer(refusing.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench(refusing.port());
+    bench.request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strAddr, QString());
     QCOMPARE(resolvedEndpoint().strPort, QString());
     QCOMPARE(gateway.calls(), TestGateway::oneQuery());
-    QCOMPARE(log.timelessLines(),
+    QCOMPARE(bench.log.timelessLines(),
              gatewayLines(QStringLiteral("warning: get no korinfo when connect vd")));
 }
 
@@ -115,16 +88,12 @@ void TestGatewayResolution::emptyAddress_leavesTheAddressEmptyAndWarns()
 {
     const TestGateway gateway("", 8443);
     const RefusingPort refusing;
-    TestConfig config;
-    config.setServer(refusing.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
-    QCOMPARE(request.resolvedAddr(), QString());
+    RequestBench bench(refusing.port());
+    bench.request.getUseful_IpPort();
+    QCOMPARE(bench.request.resolvedAddr(), QString());
     QStringList lines = gatewayLines(QStringLiteral("info: strAddr:strPort:8443"));
     lines.insert(lines.size() - 1, QStringLiteral("warning: get no korinfo when connect vd"));
-    QCOMPARE(log.timelessLines(), lines);
+    QCOMPARE(bench.log.timelessLines(), lines);
 }
 
 void TestGatewayResolution::oddRecords_areTakenAsTheyStand_data()
@@ -142,12 +111,8 @@ void TestGatewayResolution::oddRecords_areTakenAsTheyStand()
     QFETCH(int, port);
     const TestGateway gateway(address, port);
     const RefusingPort refusing;
-    TestConfig config;
-    config.setServer(refusing.port());
-    httpsRequest request;
-    request.configPath = config.path();
-    const LogCapture log;
-    request.getUseful_IpPort();
+    RequestBench bench(refusing.port());
+    bench.request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strAddr, QString::fromLatin1(address));
     QCOMPARE(resolvedEndpoint().strPort, QString::number(port));
 }
@@ -158,18 +123,14 @@ void TestGatewayResolution::nextRequest_goesToTheGatewayAndNamesTheConfiguredSer
     gatewayServer.setReply(httpReply(R"({"errorCode":"0","result":["q"]})"));
     const TestGateway gateway("127.0.0.1", gatewayServer.port());
     const RefusingPort refusing;
-    TestConfig config;
-    config.setServer(refusing.port());
-    config.set(QStringLiteral("url/hoturl"), QStringLiteral("/hot"));
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    QCOMPARE(service.hot_questions().size(), 1);
+    RequestBench bench(refusing.port());
+    bench.config.set(QStringLiteral("url/hoturl"), QStringLiteral("/hot"));
+    QCOMPARE(bench.service.hot_questions().size(), 1);
     QCOMPARE(gatewayServer.requests().size(), 1);
     QCOMPARE(gatewayServer.requests().at(0).target, QByteArray("/hot"));
     QCOMPARE(gatewayServer.requests().at(0).header("X-Ap-sHost"),
              "127.0.0.1:" + QByteArray::number(refusing.port()));
-    QVERIFY(log.lines().contains(
+    QVERIFY(bench.log.lines().contains(
         QStringLiteral("info: url:http://127.0.0.1:%1/hot").arg(gatewayServer.port())));
 }
 

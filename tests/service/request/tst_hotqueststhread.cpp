@@ -1,11 +1,9 @@
-#include "app/base/apppaths.h"
 #include "service/request/hotqueststhread.h"
 #include "tests/service/support/refusingport.h"
 #include "tests/service/support/testserver.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/testconfig.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QPointer>
 #include <QProcess>
@@ -62,14 +60,12 @@ void TestHotQuestsThread::init()
     m_log = std::make_unique<LogCapture>();
     m_results.clear();
     m_threads.clear();
-    initAppPaths(QString());
-    QVERIFY(QDir::setCurrent(m_config->root()));
+    m_config->enter();
     m_config->set(QStringLiteral("url/hoturl"), QStringLiteral("/hot"));
 }
 
 void TestHotQuestsThread::cleanup()
 {
-    QDir::setCurrent(QDir::rootPath());
     m_log.reset();
     m_config.reset();
 }

@@ -1,8 +1,5 @@
-#include "service/request/httpsrequest.h"
 #include "tests/service/support/refusingport.h"
-#include "tests/service/support/testserver.h"
-#include "tests/support/logcapture.h"
-#include "tests/support/testconfig.h"
+#include "tests/service/support/requestbench.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -17,7 +14,6 @@ class TestHttpsRequestWaits : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
     void replyLaterThanTheLimit_isDiscardedAndTheBufferKept();
     void replyLaterThanTheLimit_closesTheConnection();
     void halfABodyAtTheLimit_isDiscarded();
@@ -36,25 +32,8 @@ namespace {
 constexpr int shortMs = 100;
 constexpr int longMs = 60000;
 constexpr int pollMs = 5;
-constexpr int http = 0;
 
 const QByteArray goodBody = R"({"errorCode":"0","result":[]})";
-
-struct Sent
-{
-    int result = 1;
-    QByteArray reply = "before";
-};
-
-Sent post(const TestConfig &config, const char *path, int timeoutMs)
-{
-    httpsRequest request;
-    request.configPath = config.path();
-    Sent sent;
-    sent.result
-        = request.SendHttpsRequest(QLatin1String(path), http, timeoutMs, &sent.reply, "{}", true);
-    return sent;
-}
 
 /// Calls \a action once, as soon as \a condition holds.
 class When : public QTimer
@@ -83,99 +62,73 @@ private:
 
 } // namespace
 
-void TestHttpsRequestWaits::init()
-{
-    setResolvedEndpoint({});
-}
-
 void TestHttpsRequestWaits::replyLaterThanTheLimit_isDiscardedAndTheBufferKept()
 {
-    TestServer server;
-    server.setReply(held(httpReply(goodBody)));
-    TestConfig config;
-    config.setServer(server.port());
-    const LogCapture log;
+    RequestBench bench;
+    bench.server.setReply(held(httpReply(goodBody)));
     QElapsedTimer clock;
     clock.start();
-    const Sent sent = post(config, "/slow", shortMs);
+    const SentRequest sent = bench.post("/slow", shortMs);
     QVERIFY(clock.elapsed() >= shortMs);
     QCOMPARE(sent.result, -1);
     QCOMPARE(sent.reply, QByteArray("before"));
-    QCOMPARE(log.lines().constLast(), QStringLiteral("warning: HTTPS request timeout."));
-    QCOMPARE(log.linesWith(QStringLiteral("warning: ")).size(), 1);
-    server.release();
+    QCOMPARE(bench.log.lines().constLast(), QStringLiteral("warning: HTTPS request timeout."));
+    QCOMPARE(bench.log.linesWith(QStringLiteral("warning: ")).size(), 1);
+    bench.server.release();
 }
 
 void TestHttpsRequestWaits::replyLaterThanTheLimit_closesTheConnection()
 {
-    TestServer server;
-    server.setReply(held(httpReply(goodBody)));
-    TestConfig config;
-    config.setServer(server.port());
-    const LogCapture log;
-    QCOMPARE(post(config, "/slow", shortMs).result, -1);
-    QTRY_COMPARE(server.leftWhileHeld(), 1);
+    RequestBench bench;
+    bench.server.setReply(held(httpReply(goodBody)));
+    QCOMPARE(bench.post("/slow", shortMs).result, -1);
+    QTRY_COMPARE(bench.server.leftWhileHeld(), 1);
 }
 
 void TestHttpsRequestWaits::halfABodyAtTheLimit_isDiscarded()
 {
-    TestServer server;
-    server.setReply(heldInTheMiddle(goodBody));
-    TestConfig config;
-    config.setServer(server.port());
-    const LogCapture log;
-    const Sent sent = post(config, "/slow", shortMs);
+    RequestBench bench;
+    bench.server.setReply(heldInTheMiddle(goodBody));
+    const SentRequest sent = bench.post("/slow", shortMs);
     QCOMPARE(sent.result, -1);
     QCOMPARE(sent.reply, QByteArray("before"));
 }
 
 void TestHttpsRequestWaits::lateReplies_areNotTakenForThatOfTheNextRequest()
 {
-    TestServer server;
-    server.setReply(held(httpReply(goodBody)));
-    TestConfig config;
-    config.setServer(server.port());
-    const LogCapture log;
-    QCOMPARE(post(config, "/a", shortMs).result, -1);
-    QCOMPARE(post(config, "/b", shortMs).result, -1);
-    server.release();
-    server.setReplyFor("/c", httpReply(R"({"errorCode":"0","result":[3]})"));
-    const Sent third = post(config, "/c", longMs);
+    RequestBench bench;
+    bench.server.setReply(held(httpReply(goodBody)));
+    QCOMPARE(bench.post("/a", shortMs).result, -1);
+    QCOMPARE(bench.post("/b", shortMs).result, -1);
+    bench.server.release();
+    bench.server.setReplyFor("/c", httpReply(R"({"errorCode":"0","result":[3]})"));
+    const SentRequest third = bench.post("/c", longMs);
     QCOMPARE(third.result, 0);
     QCOMPARE(third.reply, QByteArray(R"({"errorCode":"0","result":[3]})"));
 }
 
 void TestHttpsRequestWaits::events_areHandledMeanwhile()
 {
-    TestServer server;
-    server.setReply(held(httpReply(goodBody)));
-    TestConfig config;
-    config.setServer(server.port());
-    const LogCapture log;
-    const When arrived([&server] { return !server.requests().isEmpty(); },
-                       [&server] { server.release(); });
-    const Sent sent = post(config, "/slow", longMs);
+    RequestBench bench;
+    bench.server.setReply(held(httpReply(goodBody)));
+    const When arrived([&bench] { return !bench.server.requests().isEmpty(); },
+                       [&bench] { bench.server.release(); });
+    const SentRequest sent = bench.post("/slow", longMs);
     QCOMPARE(sent.result, 0);
     QCOMPARE(sent.reply, goodBody);
 }
 
 void TestHttpsRequestWaits::outerReplyThatEndsInAnInnerWait_isInTime()
 {
-    TestServer quick;
-    quick.setReply(httpReply(goodBody));
-    TestServer slow;
-    slow.setReply(held(httpReply(goodBody)));
-    TestConfig outerConfig;
-    outerConfig.setServer(quick.port());
-    TestConfig innerConfig;
-    innerConfig.setServer(slow.port());
-    const LogCapture log;
+    RequestBench bench;
+    bench.server.setReplyFor("/outer", httpReply(goodBody));
+    bench.server.setReplyFor("/inner", held(httpReply(goodBody)));
     constexpr int outerMs = 500;
-    Sent inner;
-    QTimer::singleShot(0, this, [&] { inner = post(innerConfig, "/inner", 2 * outerMs); });
+    SentRequest inner;
+    QTimer::singleShot(0, this, [&] { inner = bench.post("/inner", 2 * outerMs); });
     QElapsedTimer clock;
     clock.start();
-    const Sent outer = post(outerConfig, "/outer", outerMs);
+    const SentRequest outer = bench.post("/outer", outerMs);
     QVERIFY(clock.elapsed() >= 2 * outerMs); // its limit passed while the inner one waited
     QCOMPARE(inner.result, -1);
     QCOMPARE(outer.result, 0);
@@ -184,19 +137,17 @@ void TestHttpsRequestWaits::outerReplyThatEndsInAnInnerWait_isInTime()
 
 void TestHttpsRequestWaits::outerReplyLaterThanItsLimitInAnInnerWait_isTooLate()
 {
-    TestServer outerServer;
-    outerServer.setReply(held(httpReply(goodBody)));
+    RequestBench bench;
+    bench.server.setReply(held(httpReply(goodBody)));
     TestServer innerServer;
     innerServer.setReply(held(httpReply(goodBody)));
-    TestConfig outerConfig;
-    outerConfig.setServer(outerServer.port());
-    TestConfig innerConfig;
-    innerConfig.setServer(innerServer.port());
-    const LogCapture log;
-    Sent inner;
-    QTimer::singleShot(0, this, [&] { inner = post(innerConfig, "/inner", 6 * shortMs); });
-    QTimer::singleShot(3 * shortMs, this, [&] { outerServer.release(); });
-    const Sent outer = post(outerConfig, "/outer", shortMs);
+    SentRequest inner;
+    QTimer::singleShot(0, this, [&] {
+        setResolvedEndpoint(loopback(innerServer.port()));
+        inner = bench.post("/inner", 6 * shortMs);
+    });
+    QTimer::singleShot(3 * shortMs, this, [&] { bench.server.release(); });
+    const SentRequest outer = bench.post("/outer", shortMs);
     QCOMPARE(inner.result, -1);
     QCOMPARE(outer.result, -1);
     QCOMPARE(outer.reply, QByteArray("before"));
@@ -204,46 +155,40 @@ void TestHttpsRequestWaits::outerReplyLaterThanItsLimitInAnInnerWait_isTooLate()
 
 void TestHttpsRequestWaits::nestedRequests_getTheirOwnReplies()
 {
-    TestServer server;
-    server.setReplyFor("/outer", held(httpReply("{\"errorCode\":\"0\",\"outer\":1}")));
-    server.setReplyFor("/inner", httpReply("{\"errorCode\":\"0\",\"inner\":1}"));
-    TestConfig config;
-    config.setServer(server.port());
-    const LogCapture log;
-    Sent inner;
-    const When arrived([&server] { return !server.requests().isEmpty(); },
+    RequestBench bench;
+    bench.server.setReplyFor("/outer", held(httpReply("{\"errorCode\":\"0\",\"outer\":1}")));
+    bench.server.setReplyFor("/inner", httpReply("{\"errorCode\":\"0\",\"inner\":1}"));
+    SentRequest inner;
+    const When arrived([&bench] { return !bench.server.requests().isEmpty(); },
                        [&] {
-                           inner = post(config, "/inner", longMs);
-                           server.release();
+                           inner = bench.post("/inner", longMs);
+                           bench.server.release();
                        });
-    const Sent outer = post(config, "/outer", longMs);
+    const SentRequest outer = bench.post("/outer", longMs);
     QCOMPARE(inner.reply, QByteArray("{\"errorCode\":\"0\",\"inner\":1}"));
     QCOMPARE(outer.reply, QByteArray("{\"errorCode\":\"0\",\"outer\":1}"));
-    QCOMPARE(server.requests().size(), 2);
+    QCOMPARE(bench.server.requests().size(), 2);
 }
 
 void TestHttpsRequestWaits::quitDuringTheReply_endsAtOnceWithAnEmptyBuffer()
 {
-    TestServer server;
-    server.setReply(held(httpReply(goodBody)));
-    TestConfig config;
-    config.setServer(server.port());
-    const LogCapture log;
-    Sent sent;
+    RequestBench bench;
+    bench.server.setReply(held(httpReply(goodBody)));
+    SentRequest sent;
     QElapsedTimer clock;
     clock.start();
-    QTimer::singleShot(0, this, [&] { sent = post(config, "/slow", longMs); });
-    const When arrived([&server] { return !server.requests().isEmpty(); },
+    QTimer::singleShot(0, this, [&] { sent = bench.post("/slow", longMs); });
+    const When arrived([&bench] { return !bench.server.requests().isEmpty(); },
                        [] { QCoreApplication::quit(); });
     QCoreApplication::exec();
     QVERIFY(clock.elapsed() < longMs);
     QCOMPARE(sent.result, 0);
     QCOMPARE(sent.reply, QByteArray());
-    // Nothing went wrong, so there is no error to log.
-    QCOMPARE(log.lines().constLast(),
+    // Nothing went wrong, so there is no error to bench.log.
+    QCOMPARE(bench.log.lines().constLast(),
              QStringLiteral("warning: The HTTPS request returns a result before it times out, "
                             "buf:"));
-    QTRY_COMPARE(server.leftWhileHeld(), 1);
+    QTRY_COMPARE(bench.server.leftWhileHeld(), 1);
 }
 
 void TestHttpsRequestWaits::quitDuringTheConnectionTest_endsAtOnceAsConnected()
@@ -266,15 +211,12 @@ void TestHttpsRequestWaits::quitDuringTheConnectionTest_endsAtOnceAsConnected()
 
 void TestHttpsRequestWaits::afterQuit_requestsDoNotWait()
 {
-    TestServer server;
-    server.setReply(held(httpReply(goodBody)));
-    TestConfig config;
-    config.setServer(server.port());
-    const LogCapture log;
-    Sent sent;
+    RequestBench bench;
+    bench.server.setReply(held(httpReply(goodBody)));
+    SentRequest sent;
     QTimer::singleShot(0, this, [&] {
         QCoreApplication::quit();
-        sent = post(config, "/slow", longMs);
+        sent = bench.post("/slow", longMs);
     });
     QElapsedTimer clock;
     clock.start();

@@ -1,8 +1,5 @@
-#include "service/request/idpinterface.h"
 #include "tests/service/support/refusingport.h"
-#include "tests/service/support/testserver.h"
-#include "tests/support/logcapture.h"
-#include "tests/support/testconfig.h"
+#include "tests/service/support/requestbench.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>
@@ -14,7 +11,6 @@ class TestIdpInterface : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
     void timeouts_areFixed();
     void hot_bodyAndResult();
     void hot_withoutSettingsCarriesZeros();
@@ -45,22 +41,6 @@ constexpr int shortMs = 150;
 
 const QByteArray goodBody = R"({"errorCode":"0","result":[{"question":"q","id":7}]})";
 
-void configure(TestConfig &config, quint16 port)
-{
-    config.setServer(port);
-    config.set(QStringLiteral("url/hoturl"), QStringLiteral("/hot"));
-    config.set(QStringLiteral("url/associateurl"), QStringLiteral("/associate"));
-    config.set(QStringLiteral("url/askquesturl"), QStringLiteral("/ask"));
-    config.set(QStringLiteral("HotRecommendation/channelId"), QStringLiteral("1"));
-    config.set(QStringLiteral("HotRecommendation/recommendSize"), QStringLiteral("20"));
-    config.set(QStringLiteral("ProblemAssociation/channelId"), QStringLiteral("2"));
-    config.set(QStringLiteral("ProblemAssociation/recommendSize"), QStringLiteral("5"));
-    config.set(QStringLiteral("QuestAndAnw/channelId"), QStringLiteral("3"));
-    config.set(QStringLiteral("QuestAndAnw/recommendSize"), QStringLiteral("4"));
-    config.set(QStringLiteral("QuestAndAnw/currentDomain"), QStringLiteral("desktop"));
-    config.set(QStringLiteral("RobotId/robotId"), QStringLiteral("robot"));
-}
-
 QJsonDocument ask(IdpInterface &service, qint64 questionId = 42)
 {
     return service.Ask_And_Answer(QStringLiteral("为什么?"), QStringLiteral("user"),
@@ -80,11 +60,6 @@ QString line(const char *text)
 
 } // namespace
 
-void TestIdpInterface::init()
-{
-    setResolvedEndpoint({});
-}
-
 void TestIdpInterface::timeouts_areFixed()
 {
     const IdpInterface service;
@@ -96,83 +71,62 @@ void TestIdpInterface::timeouts_areFixed()
 
 void TestIdpInterface::hot_bodyAndResult()
 {
-    TestServer server;
-    server.setReplyFor("/hot", httpReply(goodBody));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    const QJsonArray questions = service.hot_questions();
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReplyFor("/hot", httpReply(goodBody));
+    const QJsonArray questions = bench.service.hot_questions();
     QCOMPARE(questions.size(), 1);
     QCOMPARE(questions.at(0).toObject().value(QStringLiteral("id")).toInt(), 7);
-    QCOMPARE(server.requests().size(), 1);
-    QCOMPARE(server.requests().at(0).target, QByteArray("/hot"));
-    QCOMPARE(server.requests().at(0).body,
+    QCOMPARE(bench.server.requests().size(), 1);
+    QCOMPARE(bench.server.requests().at(0).target, QByteArray("/hot"));
+    QCOMPARE(bench.server.requests().at(0).body,
              QByteArray(R"({"channelId":1,"recommendSize":20,"robotId":"robot"})"));
 }
 
 void TestIdpInterface::hot_withoutSettingsCarriesZeros()
 {
-    TestServer server;
-    TestConfig config;
-    config.setServer(server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    QCOMPARE(service.hot_questions(), QJsonArray());
-    QCOMPARE(server.requests().value(0).body,
+    RequestBench bench;
+    QCOMPARE(bench.service.hot_questions(), QJsonArray());
+    QCOMPARE(bench.server.requests().value(0).body,
              QByteArray(R"({"channelId":0,"recommendSize":0,"robotId":""})"));
 }
 
 void TestIdpInterface::hot_resolvesTheEndpointFirst()
 {
-    TestServer server;
-    server.setReplyFor("/hot", httpReply(goodBody));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReplyFor("/hot", httpReply(goodBody));
     setResolvedEndpoint({QStringLiteral("192.0.2.1"), QStringLiteral("9")}); // nobody's, RFC 5737
-    const LogCapture log;
-    QCOMPARE(service.hot_questions().size(), 1);
-    QCOMPARE(resolvedEndpoint().strPort, QString::number(server.port()));
-    QCOMPARE(log.timelessLines().mid(0, 4),
+    QCOMPARE(bench.service.hot_questions().size(), 1);
+    QCOMPARE(resolvedEndpoint().strPort, QString::number(bench.server.port()));
+    QCOMPARE(bench.log.timelessLines().mid(0, 4),
              QStringList({line("debug: start ping, time: <time>"),
                           line("debug: connected ipport:127.0.0.1"), line("info: can ping"),
                           line("debug: end ping, time: <time>")}));
-    QCOMPARE(server.connectionCount(), 2); // the test and the request
+    QCOMPARE(bench.server.connectionCount(), 2); // the test and the request
 }
 
 void TestIdpInterface::association_bodyAndResult()
 {
-    TestServer server;
-    server.setReplyFor("/associate", httpReply(goodBody));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    QCOMPARE(service.association_questions(QStringLiteral("打印")).size(), 1);
-    QCOMPARE(server.requests().size(), 1);
-    QCOMPARE(server.requests().at(0).body,
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReplyFor("/associate", httpReply(goodBody));
+    QCOMPARE(bench.service.association_questions(QStringLiteral("打印")).size(), 1);
+    QCOMPARE(bench.server.requests().size(), 1);
+    QCOMPARE(bench.server.requests().at(0).body,
              QByteArray(R"({"channelId":2,"recommendSize":5,"robotId":"robot","text":"打印"})"));
 }
 
 void TestIdpInterface::association_doesNotResolveAndFallsBack()
 {
-    TestServer server;
-    server.setReplyFor("/associate", httpReply(goodBody));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    QCOMPARE(service.association_questions(QStringLiteral("a")).size(), 1);
-    QCOMPARE(server.connectionCount(), 1);
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReplyFor("/associate", httpReply(goodBody));
+    QCOMPARE(bench.service.association_questions(QStringLiteral("a")).size(), 1);
+    QCOMPARE(bench.server.connectionCount(), 1);
     QVERIFY(!resolvedEndpoint().isComplete());
-    QCOMPARE(log.linesWith(line("debug: assocation request")).size(), 1);
-    QCOMPARE(log.linesWith(line("debug: start ping")).size(), 0);
+    QCOMPARE(bench.log.linesWith(line("debug: assocation request")).size(), 1);
+    QCOMPARE(bench.log.linesWith(line("debug: start ping")).size(), 0);
 }
 
 void TestIdpInterface::association_goesToTheLastResolution()
@@ -180,31 +134,24 @@ void TestIdpInterface::association_goesToTheLastResolution()
     TestServer configured;
     TestServer gateway;
     gateway.setReplyFor("/associate", httpReply(goodBody));
-    TestConfig config;
-    configure(config, configured.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
+    RequestBench bench(configured.port());
+    bench.configureCalls();
     setResolvedEndpoint({QStringLiteral("127.0.0.1"), QString::number(gateway.port())});
-    const LogCapture log;
-    QCOMPARE(service.association_questions(QStringLiteral("a")).size(), 1);
+    QCOMPARE(bench.service.association_questions(QStringLiteral("a")).size(), 1);
     QCOMPARE(configured.connectionCount(), 0);
 }
 
 void TestIdpInterface::association_slowerThanItsTimeoutIsEmptyAndLogged()
 {
-    TestServer server;
-    server.setReplyFor("/associate", held(httpReply(goodBody)));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReplyFor("/associate", held(httpReply(goodBody)));
     QElapsedTimer clock;
     clock.start();
-    QCOMPARE(service.association_questions(QStringLiteral("a")), QJsonArray());
+    QCOMPARE(bench.service.association_questions(QStringLiteral("a")), QJsonArray());
     QVERIFY(clock.elapsed() >= 400);
     QCOMPARE(
-        tail(log.lines(), 3),
+        tail(bench.log.lines(), 3),
         QStringList({line("warning: HTTPS request timeout."),
                      line("warning: Failed to get association questions! ret:-1."),
                      line("warning: ProblemAssociation---QJsonDocument::fromJson error code5")}));
@@ -212,22 +159,18 @@ void TestIdpInterface::association_slowerThanItsTimeoutIsEmptyAndLogged()
 
 void TestIdpInterface::ask_bodyAndDocument()
 {
-    TestServer server;
-    server.setReplyFor("/ask",
-                       httpReply(R"({"errorCode":"0","result":{"resultType":"NO_RESULT"}})"));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    const QJsonDocument document = ask(service);
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReplyFor("/ask",
+                             httpReply(R"({"errorCode":"0","result":{"resultType":"NO_RESULT"}})"));
+    const QJsonDocument document = ask(bench.service);
     QCOMPARE(document.object()
                  .value(QStringLiteral("result"))
                  .toObject()
                  .value(QStringLiteral("resultType"))
                  .toString(),
              QStringLiteral("NO_RESULT"));
-    QCOMPARE(server.requests().value(0).body,
+    QCOMPARE(bench.server.requests().value(0).body,
              QByteArray(R"({"accountId":"user","channelId":3,"currentDomain":"desktop",)"
                         R"("originalQuestion":"original","questionId":42,"rawQuery":"为什么?",)"
                         R"("recommendSize":4,"robotId":"robot","source":"recommend"})"));
@@ -235,43 +178,31 @@ void TestIdpInterface::ask_bodyAndDocument()
 
 void TestIdpInterface::ask_questionIdZeroIsSent()
 {
-    TestServer server;
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    ask(service, 0);
-    QVERIFY(server.requests().value(0).body.contains(R"("questionId":0,)"));
+    RequestBench bench;
+    bench.configureCalls();
+    ask(bench.service, 0);
+    QVERIFY(bench.server.requests().value(0).body.contains(R"("questionId":0,)"));
 }
 
 void TestIdpInterface::ask_logsTheQuestion()
 {
-    TestServer server;
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    ask(service);
+    RequestBench bench;
+    bench.configureCalls();
+    ask(bench.service);
     // After the resolution, before the request.
-    QCOMPARE(log.timelessLines().mid(3, 2),
+    QCOMPARE(bench.log.timelessLines().mid(3, 2),
              QStringList({line("debug: end ping, time: <time>"),
                           line("info: Ask_And_Answer question:为什么?")}));
 }
 
 void TestIdpInterface::ask_slowReplyGivesANullDocument()
 {
-    TestServer server;
-    server.setReplyFor("/ask", held(httpReply(goodBody)));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    service.askTimeoutMs = shortMs;
-    const LogCapture log;
-    QVERIFY(ask(service).isNull());
-    QCOMPARE(tail(log.lines(), 3),
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReplyFor("/ask", held(httpReply(goodBody)));
+    bench.service.askTimeoutMs = shortMs;
+    QVERIFY(ask(bench.service).isNull());
+    QCOMPARE(tail(bench.log.lines(), 3),
              QStringList({line("warning: HTTPS request timeout."),
                           line("warning: Failed to get question reply (Ask_And_Answer)! ret:-1."),
                           line("warning: QuestAndAnw---QJsonDocument::fromJson error code5")}));
@@ -279,16 +210,12 @@ void TestIdpInterface::ask_slowReplyGivesANullDocument()
 
 void TestIdpInterface::hot_slowReplyIsLogged()
 {
-    TestServer server;
-    server.setReplyFor("/hot", held(httpReply(goodBody)));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    service.hotTimeoutMs = shortMs;
-    const LogCapture log;
-    QCOMPARE(service.hot_questions(), QJsonArray());
-    QCOMPARE(tail(log.lines(), 3),
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReplyFor("/hot", held(httpReply(goodBody)));
+    bench.service.hotTimeoutMs = shortMs;
+    QCOMPARE(bench.service.hot_questions(), QJsonArray());
+    QCOMPARE(tail(bench.log.lines(), 3),
              QStringList({line("warning: HTTPS request timeout."),
                           line("warning: Failed to get hot questions! ret:-1."),
                           line("warning: HotRecommendation---QJsonDocument::fromJson error "
@@ -297,32 +224,24 @@ void TestIdpInterface::hot_slowReplyIsLogged()
 
 void TestIdpInterface::numbersThatAreNone_areZero()
 {
-    TestServer server;
-    TestConfig config;
-    configure(config, server.port());
-    config.set(QStringLiteral("HotRecommendation/channelId"), QStringLiteral("three"));
-    config.set(QStringLiteral("HotRecommendation/recommendSize"), QStringLiteral("2x"));
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    QCOMPARE(service.hot_questions(), QJsonArray());
-    QCOMPARE(server.requests().value(0).body,
+    RequestBench bench;
+    bench.configureCalls();
+    bench.config.set(QStringLiteral("HotRecommendation/channelId"), QStringLiteral("three"));
+    bench.config.set(QStringLiteral("HotRecommendation/recommendSize"), QStringLiteral("2x"));
+    QCOMPARE(bench.service.hot_questions(), QJsonArray());
+    QCOMPARE(bench.server.requests().value(0).body,
              QByteArray(R"({"channelId":0,"recommendSize":0,"robotId":"robot"})"));
 }
 
 void TestIdpInterface::httpMode_isReadAsANumber()
 {
-    TestServer server;
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
+    RequestBench bench;
+    bench.configureCalls();
     const auto scheme = [&](const char *mode) {
-        config.set(QStringLiteral("ihttpInfo/iHttpMode"), QLatin1String(mode));
-        const int before = log.linesWith(line("info: url:https://")).size();
-        service.association_questions(QStringLiteral("a"));
-        return log.linesWith(line("info: url:https://")).size() > before;
+        bench.config.set(QStringLiteral("ihttpInfo/iHttpMode"), QLatin1String(mode));
+        const int before = bench.log.linesWith(line("info: url:https://")).size();
+        bench.service.association_questions(QStringLiteral("a"));
+        return bench.log.linesWith(line("info: url:https://")).size() > before;
     };
     QVERIFY(!scheme("0"));
     QVERIFY(!scheme("https"));
@@ -343,96 +262,75 @@ void TestIdpInterface::replyThatIsNoJson_isLogged()
 {
     QFETCH(QByteArray, body);
     QFETCH(QString, code);
-    TestServer server;
-    server.setReply(httpReply(body));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReply(httpReply(body));
     const QString end = QStringLiteral("---QJsonDocument::fromJson error code") + code;
-    const LogCapture log;
-    QCOMPARE(service.hot_questions(), QJsonArray());
-    QCOMPARE(log.lines().constLast(), QStringLiteral("warning: HotRecommendation") + end);
-    QCOMPARE(service.association_questions(QStringLiteral("a")), QJsonArray());
-    QCOMPARE(log.lines().constLast(), QStringLiteral("warning: ProblemAssociation") + end);
-    QVERIFY(ask(service).isNull());
-    QCOMPARE(log.lines().constLast(), QStringLiteral("warning: QuestAndAnw") + end);
-    QCOMPARE(log.linesWith(line("warning: Failed")), QStringList());
+    QCOMPARE(bench.service.hot_questions(), QJsonArray());
+    QCOMPARE(bench.log.lines().constLast(), QStringLiteral("warning: HotRecommendation") + end);
+    QCOMPARE(bench.service.association_questions(QStringLiteral("a")), QJsonArray());
+    QCOMPARE(bench.log.lines().constLast(), QStringLiteral("warning: ProblemAssociation") + end);
+    QVERIFY(ask(bench.service).isNull());
+    QCOMPARE(bench.log.lines().constLast(), QStringLiteral("warning: QuestAndAnw") + end);
+    QCOMPARE(bench.log.linesWith(line("warning: Failed")), QStringList());
 }
 
 void TestIdpInterface::replyWithANulByte_isReadUpToIt()
 {
-    TestServer server;
-    server.setReply(httpReply(QByteArray("{\"errorCode\":\"0\",\"result\":[1,2]}\0{", 34)));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    QCOMPARE(service.hot_questions(), QJsonArray({1, 2}));
-    QCOMPARE(ask(service).object().value(QStringLiteral("result")).toArray().size(), 2);
-    QCOMPARE(log.linesWith(line("warning: ")), QStringList());
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReply(httpReply(QByteArray("{\"errorCode\":\"0\",\"result\":[1,2]}\0{", 34)));
+    QCOMPARE(bench.service.hot_questions(), QJsonArray({1, 2}));
+    QCOMPARE(ask(bench.service).object().value(QStringLiteral("result")).toArray().size(), 2);
+    QCOMPARE(bench.log.linesWith(line("warning: ")), QStringList());
 }
 
 void TestIdpInterface::httpErrorWithJsonBody_isStillRead()
 {
-    TestServer server;
-    server.setReply(httpReply(R"({"errorCode":"401","message":"signature"})", "401 Unauthorized"));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    QCOMPARE(ask(service).object().value(QStringLiteral("message")).toString(),
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReply(
+        httpReply(R"({"errorCode":"401","message":"signature"})", "401 Unauthorized"));
+    QCOMPARE(ask(bench.service).object().value(QStringLiteral("message")).toString(),
              QStringLiteral("signature"));
-    QCOMPARE(service.hot_questions(), QJsonArray());
-    QCOMPARE(log.linesWith(line("warning: https reply error:AuthenticationRequiredError")).size(),
-             2);
+    QCOMPARE(bench.service.hot_questions(), QJsonArray());
+    QCOMPARE(
+        bench.log.linesWith(line("warning: https reply error:AuthenticationRequiredError")).size(),
+        2);
 }
 
 void TestIdpInterface::unreachableService_givesEmptyResults()
 {
     const RefusingPort refusing;
-    TestConfig config;
-    configure(config, refusing.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    QCOMPARE(service.association_questions(QStringLiteral("a")), QJsonArray());
-    QCOMPARE(service.hot_questions(), QJsonArray());
-    QVERIFY(ask(service).isNull());
-    QCOMPARE(log.linesWith(line("info: url:http://:/")).size(), 2);
-    QCOMPARE(log.linesWith(line("warning: get no korinfo when connect vd")).size(), 2);
+    RequestBench bench(refusing.port());
+    bench.configureCalls();
+    QCOMPARE(bench.service.association_questions(QStringLiteral("a")), QJsonArray());
+    QCOMPARE(bench.service.hot_questions(), QJsonArray());
+    QVERIFY(ask(bench.service).isNull());
+    QCOMPARE(bench.log.linesWith(line("info: url:http://:/")).size(), 2);
+    QCOMPARE(bench.log.linesWith(line("warning: get no korinfo when connect vd")).size(), 2);
 }
 
 void TestIdpInterface::editedSettings_areSeenByTheNextCall()
 {
-    TestServer server;
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    service.association_questions(QStringLiteral("a"));
-    config.set(QStringLiteral("url/associateurl"), QStringLiteral("/moved"));
-    service.association_questions(QStringLiteral("a"));
-    QCOMPARE(server.requests().value(0).target, QByteArray("/associate"));
-    QCOMPARE(server.requests().value(1).target, QByteArray("/moved"));
+    RequestBench bench;
+    bench.configureCalls();
+    bench.service.association_questions(QStringLiteral("a"));
+    bench.config.set(QStringLiteral("url/associateurl"), QStringLiteral("/moved"));
+    bench.service.association_questions(QStringLiteral("a"));
+    QCOMPARE(bench.server.requests().value(0).target, QByteArray("/associate"));
+    QCOMPARE(bench.server.requests().value(1).target, QByteArray("/moved"));
 }
 
 void TestIdpInterface::toolkitWarnsOfNothing()
 {
-    TestServer server;
-    server.setReply(httpReply(goodBody));
-    TestConfig config;
-    configure(config, server.port());
-    IdpInterface service;
-    service.request.configPath = config.path();
-    const LogCapture log;
-    service.hot_questions();
-    service.association_questions(QStringLiteral("a"));
-    ask(service);
-    QCOMPARE(log.foreignLines(), QStringList());
+    RequestBench bench;
+    bench.configureCalls();
+    bench.server.setReply(httpReply(goodBody));
+    bench.service.hot_questions();
+    bench.service.association_questions(QStringLiteral("a"));
+    ask(bench.service);
+    QCOMPARE(bench.log.foreignLines(), QStringList());
 }
 
 QTEST_MAIN(TestIdpInterface)
