@@ -1,5 +1,6 @@
-#include "service/reply/suggestedquestion.h"
+#include "service/reply/listedquestion.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QVariant>
 
@@ -7,7 +8,7 @@
 
 namespace {
 
-qint64 integralId(const QJsonValue &value)
+qint64 wideId(const QJsonValue &value)
 {
     if (!value.isDouble()) {
         return 0;
@@ -23,11 +24,32 @@ qint64 integralId(const QJsonValue &value)
     return fits ? static_cast<qint64>(real) : 0;
 }
 
+qint64 narrowId(const QJsonValue &value)
+{
+    return value.toInt();
+}
+
+QVector<ListedQuestion> readQuestions(const QJsonArray &questions, QLatin1String idMember,
+                                      qint64 (*readId)(const QJsonValue &))
+{
+    QVector<ListedQuestion> read;
+    read.reserve(questions.size());
+    for (const QJsonValue &element : questions) {
+        const QJsonObject question = element.toObject();
+        read.append({question.value(QLatin1String("question")).toString(),
+                     readId(question.value(idMember))});
+    }
+    return read;
+}
+
 } // namespace
 
-SuggestedQuestion readSuggestedQuestion(const QJsonValue &value)
+QVector<ListedQuestion> readListedQuestions(const QJsonArray &questions)
 {
-    const QJsonObject object = value.toObject();
-    return {object.value(QLatin1String("question")).toString(),
-            integralId(object.value(QLatin1String("id")))};
+    return readQuestions(questions, QLatin1String("id"), wideId);
+}
+
+QVector<ListedQuestion> readRecommendations(const QJsonValue &recommends)
+{
+    return readQuestions(recommends.toArray(), QLatin1String("questionId"), narrowId);
 }
