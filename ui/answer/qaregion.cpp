@@ -145,11 +145,8 @@ void QARegion::QA_NORMAL_RESULT(const QString &question, const QString &standard
 void QARegion::MULTI_QA_RESULT(const QString &question, const QString &standardQuestion,
                                const QString &reply, const QJsonValue &recommends)
 {
-    Answer answer;
-    answer.title = standardQuestion;
-    answer.text = reply;
-    answer.recommendations = readRecommendations(recommends);
-    showMultiResult(question, answer);
+    showMultiResult(question, {AnswerKind::WithRecommendations, QString(), standardQuestion, reply,
+                               readRecommendations(recommends)});
 }
 
 void QARegion::showMultiResult(const QString &question, const Answer &answer)
