@@ -1,6 +1,7 @@
 #include "ui/preview/imagedisplay.h"
 
 #include "app/base/logstream.h"
+#include "ui/preview/animationfile.h"
 #include "ui/preview/nativeresize.h"
 #include "ui/preview/picturearea.h"
 #include "ui/preview/picturezoom.h"
@@ -24,11 +25,6 @@ constexpr int resizeBorderWidth = 4;
 
 /// What the window adds to the height of its picture area.
 constexpr int heightAroundPicture = 128;
-
-QString animationFile(int number)
-{
-    return QStringLiteral("gif/%1.gif").arg(number);
-}
 
 } // namespace
 

@@ -43,5 +43,5 @@ private:
     Kind m_kind;
     QJsonArray m_recommends;
     QLabel *m_measure;
-    int m_recommendCursor = 0;
+    int recommendCursor = 0;
 };
