@@ -13,7 +13,6 @@
 #include "ui/answer/recommend/recommendonlyitem.h"
 #include "ui/preview/imagedisplay.h"
 #include "ui/style/surfaceshadow.h"
-#include "ui/text/linkguard.h"
 #include "ui/text/textwrap.h"
 
 #include <QApplication>
@@ -59,7 +58,6 @@ QARegion::QARegion(QWidget *parent)
     }
     colourLinks();
     buildForm();
-    new LinkGuard(this);
     m_cycle = new QuestionCycle(this);
     connectPieces();
 }
