@@ -161,7 +161,7 @@ void TestRegionNames::slots_inTheirOrder()
              (QList<QByteArray>{
                  "FoldToOpen_AnswerRecom(int,int,int)", "OpenToFold_AnswerRecom(int,int,int)",
                  "FoldToOpen_answer(int)", "OpenToFold_answer(int)",
-                 "Miss_RecomSend(QString,QString,QString,qint64)", "picture_preview(int)",
+                 "Miss_RecomSend(QString,QString,QString,qlonglong)", "picture_preview(int)",
                  "changeToPreviousImg(int)", "changeToNextImg(int)", "qaRightHitMenu_show(int,int)",
                  "qaRightHitMenu_copySlots(int,int)"}));
 }
