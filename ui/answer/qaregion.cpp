@@ -117,7 +117,7 @@ IdpInterface &QARegion::service()
     return m_cycle->service();
 }
 
-QJsonArray QARegion::association_questions(const QString &text)
+QJsonArray QARegion::suggestionsFor(const QString &text)
 {
     return m_cycle->suggestionsFor(text);
 }

@@ -8,8 +8,8 @@
 #include <QWidget>
 
 class AnswerItem;
-class ConversationList;
 class ConversationCopier;
+class ConversationList;
 class IdpInterface;
 class QFontMetrics;
 class QLabel;
@@ -40,7 +40,7 @@ public:
 
     /// The service's suggestions for the typed \a text, empty on any failure. Waits for them for at
     /// most 0.4 s, in which the window stays responsive.
-    [[nodiscard]] QJsonArray association_questions(const QString &text);
+    [[nodiscard]] QJsonArray suggestionsFor(const QString &text);
 
     /// Appends the user's question and scrolls to it.
     void addQuestionBubble(QString text);
@@ -137,8 +137,8 @@ public slots:
     /// Hands picture \a k to the preview; past the last picture it stays where it is.
     void changeToNextImg(int k);
 
-    /// Shows the copy menu of text or picture number \a num of the ConversationCopier::MenuKind \a
-    /// type at the mouse.
+    /// Shows the copy menu of text or picture \a num of the kind \a type, one of
+    /// ConversationCopier::MenuKind, at the mouse.
     void qaRightHitMenu_show(int num, int type);
 
     /// Copies that text's selection, or that picture, to the clipboard and closes the menu.
@@ -155,8 +155,8 @@ private:
     ConversationList *m_list = nullptr;
     QLabel *measureLabel = nullptr; ///< hidden; recommendations are measured in it
     ConversationPictures m_pictures;
-    ConversationCopier *m_copier;
-    QuestionCycle *m_cycle;
+    ConversationCopier *m_copier = nullptr;
+    QuestionCycle *m_cycle = nullptr;
     // In the order shown; owned by the list.
     QVector<AnswerItem *> m_answers;
     QVector<RecommendBox *> m_answerBoxes; ///< below answers
