@@ -85,7 +85,7 @@ void ImageDisplay::connectForm()
 void ImageDisplay::PreviewWin(const QPixmap &picture, const QString &title, bool isAnimated,
                               int number)
 {
-    setPicture(picture, title, isAnimated, number);
+    takePicture(picture, title, isAnimated, number);
     PreviewWin_initial();
 }
 
@@ -107,7 +107,7 @@ void ImageDisplay::PreviewWin_initial()
 void ImageDisplay::changeImage(const QPixmap &picture, const QString &title, bool isAnimated,
                                int number)
 {
-    setPicture(picture, title, isAnimated, number);
+    takePicture(picture, title, isAnimated, number);
     if (isGif) {
         changeImage_gif(number);
     } else {
@@ -123,8 +123,8 @@ void ImageDisplay::changeImage_gif(int n)
     playAnimation();
 }
 
-void ImageDisplay::setPicture(const QPixmap &picture, const QString &title, bool animated,
-                              int number)
+void ImageDisplay::takePicture(const QPixmap &picture, const QString &title, bool animated,
+                               int number)
 {
     original = picture;
     isGif = animated;

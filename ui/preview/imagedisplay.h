@@ -90,7 +90,7 @@ private:
 
     void buildForm();
     void connectForm();
-    void setPicture(const QPixmap &picture, const QString &title, bool animated, int number);
+    void takePicture(const QPixmap &picture, const QString &title, bool animated, int number);
     void showStill();
     void playAnimation();
     void scaleIfLargerThanDesktop();
