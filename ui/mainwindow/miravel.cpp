@@ -8,14 +8,15 @@
 #include "ui/dialogs/aboutdialog.h"
 #include "ui/mainwindow/focusorder.h"
 #include "ui/mainwindow/frame/aboutmenu.h"
-#include "ui/mainwindow/frame/screens.h"
 #include "ui/mainwindow/frame/screenwatch.h"
 #include "ui/mainwindow/frame/titlebar.h"
+#include "ui/mainwindow/frame/windowplace.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 #include "ui/mainwindow/input/inputpanel.h"
 #include "ui/mainwindow/itreport.h"
 #include "ui/mainwindow/suggestions/suggestions.h"
 #include "ui/mainwindow/windowmodes.h"
+#include "ui/preview/animationfile.h"
 #include "ui/preview/imagedisplay.h"
 
 #include <QCursor>
@@ -110,7 +111,7 @@ void Miravel::watchScreens()
 
 void Miravel::delete_gif()
 {
-    QDir folder(QStringLiteral("gif/"));
+    QDir folder(animationFolder);
     const QStringList files = folder.entryList(QDir::Files | QDir::Hidden | QDir::System);
     for (const QString &file : files) {
         folder.remove(file);

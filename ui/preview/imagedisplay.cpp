@@ -1,6 +1,7 @@
 #include "ui/preview/imagedisplay.h"
 
 #include "app/base/logstream.h"
+#include "ui/preview/animationfile.h"
 #include "ui/preview/nativeresize.h"
 #include "ui/preview/picturearea.h"
 #include "ui/preview/picturezoom.h"
@@ -24,11 +25,6 @@ constexpr int resizeBorderWidth = 4;
 
 /// What the window adds to the height of its picture area.
 constexpr int heightAroundPicture = 128;
-
-QString animationFile(int number)
-{
-    return QStringLiteral("gif/%1.gif").arg(number);
-}
 
 } // namespace
 
@@ -89,7 +85,7 @@ void ImageDisplay::connectForm()
 void ImageDisplay::PreviewWin(const QPixmap &picture, const QString &title, bool isAnimated,
                               int number)
 {
-    setPicture(picture, title, isAnimated, number);
+    takePicture(picture, title, isAnimated, number);
     PreviewWin_initial();
 }
 
@@ -111,7 +107,7 @@ void ImageDisplay::PreviewWin_initial()
 void ImageDisplay::changeImage(const QPixmap &picture, const QString &title, bool isAnimated,
                                int number)
 {
-    setPicture(picture, title, isAnimated, number);
+    takePicture(picture, title, isAnimated, number);
     if (isGif) {
         changeImage_gif(number);
     } else {
@@ -127,8 +123,8 @@ void ImageDisplay::changeImage_gif(int n)
     playAnimation();
 }
 
-void ImageDisplay::setPicture(const QPixmap &picture, const QString &title, bool animated,
-                              int number)
+void ImageDisplay::takePicture(const QPixmap &picture, const QString &title, bool animated,
+                               int number)
 {
     original = picture;
     isGif = animated;

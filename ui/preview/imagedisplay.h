@@ -26,6 +26,10 @@ public:
     /// PreviewWin_initial() itself.
     void PreviewWin(const QPixmap &picture, const QString &title, bool isAnimated, int number);
 
+    /// Places the window in the middle of the screen at its first size and shows the picture that
+    /// was handed over.
+    void PreviewWin_initial();
+
     /// Shows another picture, with the same four values; a still one at scale 1.0.
     void changeImage(const QPixmap &picture, const QString &title, bool isAnimated, int number);
 
@@ -86,8 +90,7 @@ private:
 
     void buildForm();
     void connectForm();
-    void PreviewWin_initial();
-    void setPicture(const QPixmap &picture, const QString &title, bool animated, int number);
+    void takePicture(const QPixmap &picture, const QString &title, bool animated, int number);
     void showStill();
     void playAnimation();
     void scaleIfLargerThanDesktop();

@@ -4,6 +4,7 @@
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
+#include "ui/answer/conversationcopier.h"
 #include "ui/answer/copymenu.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/answer/qaregion.h"
@@ -242,7 +243,7 @@ void shootMenus(Photographer &photographer)
             if (enabled) {
                 lastAnswer(region)->content()->paragraphs().first()->setSelection(2, 6);
             }
-            region.qaRightHitMenu_show(0, QARegion::ParagraphMenu);
+            region.qaRightHitMenu_show(0, ConversationCopier::Paragraph);
         });
     }
 }

@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
+#include "service/request/idpinterface.h"
 #include "tests/support/logcapture.h"
 #include "ui/answer/bubble/messagebubble.h"
 #include "ui/answer/bubble/questionbubble.h"

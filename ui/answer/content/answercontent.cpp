@@ -4,6 +4,7 @@
 #include "ui/answer/content/replypieces.h"
 #include "ui/answer/picture/base64.h"
 #include "ui/answer/picture/picturerow.h"
+#include "ui/preview/animationfile.h"
 #include "ui/style/myproxystyle.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
@@ -76,13 +77,13 @@ void AnswerContent::addPicture(const QString &source, const QString &title,
     const QStringRef base64Data = inlinePictureText(source);
     const QPixmap pixmap = decodePicture(bytesOfBase64(base64Data));
     const QString file = animationFile(pictures.size());
-    pictures.append({pixmap, title, isAnimatedPicture(source)});
     auto *row = new PictureRow(pixmap.size(), viewport());
+    pictures.append({pixmap, title, isAnimatedPicture(source), row});
     m_pictureRows.append(row);
-    save_gif(source, base64Data, file);
-    row->setPicture(source, pixmap, file);
-    row->fitPictureRow(source);
-    addRow(row);
+    saveAnimation(source, base64Data, file);
+    row->showPicture(source, pixmap, file);
+    row->fitToPicture(source, row->label()->width());
+    row->joinListAs(addRow(row));
 }
 
 void AnswerContent::addParagraph(const QString &source)
@@ -99,12 +100,14 @@ void AnswerContent::addParagraph(const QString &source)
     addRow(row);
 }
 
-void AnswerContent::addRow(QWidget *row)
+QListWidgetItem *AnswerContent::addRow(QWidget *row)
 {
-    auto item = std::make_unique<QListWidgetItem>();
-    item->setSizeHint(row->size());
-    addItem(item.get());
-    setItemWidget(item.release(), row); // owned by the list since addItem()
+    auto made = std::make_unique<QListWidgetItem>();
+    made->setSizeHint(row->size());
+    addItem(made.get());
+    QListWidgetItem *item = made.release(); // owned by the list since addItem()
+    setItemWidget(item, row);
     // No widget can be higher; sizes that a rich text asks for may be absurd.
     m_contentHeight = qMin(m_contentHeight + row->height(), mostContentHeight);
+    return item;
 }

@@ -44,5 +44,5 @@ private:
     Kind m_kind;
     QVector<ListedQuestion> m_recommends;
     QLabel *m_measure;
-    int m_recommendCursor = 0;
+    int recommendCursor = 0;
 };

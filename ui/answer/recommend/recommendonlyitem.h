@@ -11,7 +11,7 @@ class RecommendOnlyItem : public ConversationItem
 
 public:
     RecommendOnlyItem(const QVector<ListedQuestion> &recommends, QLabel *measure,
-                      ConversationList *list);
+                      QWidget *parent);
 
     [[nodiscard]] RecommendBox *box() const { return m_box; }
 

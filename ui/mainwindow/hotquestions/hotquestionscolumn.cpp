@@ -1,8 +1,8 @@
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 
 #include "ui/mainwindow/hotquestions/hotpaging.h"
-#include "ui/style/shadow.h"
 #include "ui/style/styles.h"
+#include "ui/style/surfaceshadow.h"
 #include "ui/text/plaintooltip.h"
 
 #include <QLabel>

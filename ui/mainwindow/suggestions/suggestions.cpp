@@ -30,7 +30,7 @@ bool Suggestions::textHasChanged()
 void Suggestions::fetch()
 {
     const QString text = m_input->toPlainText();
-    const QJsonArray suggestions = m_region->association_questions(text);
+    const QJsonArray suggestions = m_region->suggestionsFor(text);
     LOG_INFO() << "nSize_association: " << suggestions.size();
     close();
     if (suggestions.isEmpty() || m_input->document()->isEmpty()) {

@@ -4,6 +4,7 @@
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
+#include "ui/answer/conversationcopier.h"
 #include "ui/answer/list/conversationlist.h"
 #include "ui/answer/qaregion.h"
 
@@ -188,9 +189,9 @@ void TestSleepingEntries::entryWithASelection_staysAwake_andIsCopiedByItsNumber(
     addExchanges(many);
     QVERIFY(!questions().at(0)->isAwake());
     QVERIFY(questions().at(1)->isAwake());
-    m_region->qaRightHitMenu_copySlots(1, QARegion::QuestionMenu);
+    m_region->qaRightHitMenu_copySlots(1, ConversationCopier::Question);
     QCOMPARE(QApplication::clipboard()->text(), question(1).left(3));
-    m_region->qaRightHitMenu_copySlots(0, QARegion::QuestionMenu);
+    m_region->qaRightHitMenu_copySlots(0, ConversationCopier::Question);
     QCOMPARE(QApplication::clipboard()->text(), QString());
 }
 
@@ -200,9 +201,9 @@ void TestSleepingEntries::wokenText_isCopiedByItsNumber()
     bar()->setValue(0);
     questions().at(1)->label()->setSelection(0, question(1).size());
     answers().at(1)->content()->paragraphs().first()->setSelection(0, 3);
-    m_region->qaRightHitMenu_copySlots(1, QARegion::QuestionMenu);
+    m_region->qaRightHitMenu_copySlots(1, ConversationCopier::Question);
     QCOMPARE(QApplication::clipboard()->text(), question(1));
-    m_region->qaRightHitMenu_copySlots(1, QARegion::ParagraphMenu);
+    m_region->qaRightHitMenu_copySlots(1, ConversationCopier::Paragraph);
     QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("段落粗"));
 }
 

@@ -157,7 +157,8 @@ void TestRecommendBox::places_onItsOwn()
     QWidget window;
     auto *list = new ConversationList(&window);
     Measure measure;
-    auto *item = new RecommendOnlyItem(recommends(5), &measure, list);
+    auto *item = new RecommendOnlyItem(recommends(5), &measure, list->nextParent());
+    list->append(item);
     item->show();
     QCOMPARE(item->size(), QSize(648, 299));
     QCOMPARE(list->item(0)->sizeHint(), QSize(648, 299));
