@@ -180,6 +180,11 @@ QTimer &WindowBench::timer(const char *name) const
     return *found;
 }
 
+bool WindowBench::runs(const char *name) const
+{
+    return timer(name).isActive();
+}
+
 QTextEdit *WindowBench::input() const
 {
     return m_window->findChild<QTextEdit *>();
@@ -222,6 +227,15 @@ QStringList WindowBench::hotRows() const
         texts.append(row == nullptr ? QString() : row->text());
     }
     return texts;
+}
+
+QStringList WindowBench::firstRows(int count)
+{
+    QStringList rows;
+    for (int i = 1; i <= count; ++i) {
+        rows.append(QStringLiteral("%1. 问%1").arg(i));
+    }
+    return rows;
 }
 
 QPushButton *WindowBench::hotRow(int number) const
@@ -269,4 +283,16 @@ void WindowBench::onceRequested(const QByteArray &path, int count,
         }
     });
     look->start(hurryMs);
+}
+
+void WindowBench::askPending(const std::function<void()> &meanwhile)
+{
+    m_server->setReplyFor(
+        askPath,
+        held(httpReply(R"({"errorCode":"0","result":{"resultType":"NO_RESULT","reply":"x"}})")));
+    onceRequested(askPath, 1, [this, meanwhile] {
+        meanwhile();
+        m_server->release();
+    });
+    send(QStringLiteral("先问"));
 }

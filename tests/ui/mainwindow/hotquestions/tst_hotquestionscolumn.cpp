@@ -23,6 +23,8 @@ private slots:
     void form();
     void tenServiceQuestions_makeSixteenRows();
     void localPage_endsWithAnEmptyRow();
+    void nextPageOfLocalQuestions_isOnlyAskedFor();
+    void newQuestions_beginOnTheFirstPage();
     void localListOfOneEntry_showsNoQuestion();
     void rowPlacesAndStyle();
     void icon_followsAShortText_andStandsAtTheEndOfALongOne();
@@ -33,8 +35,10 @@ private slots:
 
 private:
     [[nodiscard]] static QVector<ListedQuestion> questions(int count);
+    [[nodiscard]] static QStringList localEntries(int count);
     [[nodiscard]] static QWidget *row(const QWidget &column, int number);
     [[nodiscard]] static QPushButton *button(const QWidget &column, int number);
+    [[nodiscard]] static QPushButton *nextButton(const QWidget &column);
 };
 
 void TestHotQuestionsColumn::initTestCase()
@@ -60,6 +64,11 @@ QWidget *TestHotQuestionsColumn::row(const QWidget &column, int number)
 QPushButton *TestHotQuestionsColumn::button(const QWidget &column, int number)
 {
     return row(column, number)->findChild<QPushButton *>();
+}
+
+QPushButton *TestHotQuestionsColumn::nextButton(const QWidget &column)
+{
+    return column.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 void TestHotQuestionsColumn::servicePages_data()
@@ -114,7 +123,7 @@ void TestHotQuestionsColumn::form()
     QCOMPARE(labels.at(0)->geometry(), QRect(24, 24, 4, 18));
     QCOMPARE(labels.at(1)->geometry(), QRect(36, 23, 56, 19));
     QCOMPARE(labels.at(1)->text(), QStringLiteral("热门问答"));
-    const auto *next = column.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
+    const QPushButton *next = nextButton(column);
     QCOMPARE(next->geometry(), QRect(192, 26, 56, 14));
     QCOMPARE(next->text(), QStringLiteral("换一换"));
     QVERIFY(next->isHidden());
@@ -131,16 +140,50 @@ void TestHotQuestionsColumn::tenServiceQuestions_makeSixteenRows()
     QVERIFY(button(column, 1)->findChild<QLabel *>() == nullptr);
 }
 
-void TestHotQuestionsColumn::localPage_endsWithAnEmptyRow()
+QStringList TestHotQuestionsColumn::localEntries(int count)
 {
     QStringList entries{QString()};
-    for (int i = 1; i < 40; ++i) {
+    for (int i = 1; i < count; ++i) {
         entries.append(QStringLiteral("本地%1").arg(i));
     }
+    return entries;
+}
+
+void TestHotQuestionsColumn::nextPageOfLocalQuestions_isOnlyAskedFor()
+{
     HotQuestionsColumn column(nullptr);
-    column.showLocalQuestions(entries);
-    column.showNextPage();
-    column.showNextPage();
+    const QSignalSpy wanted(&column, &HotQuestionsColumn::nextLocalPageWanted);
+    column.showServiceQuestions(questions(40));
+    nextButton(column)->click();
+    QCOMPARE(wanted.count(), 0);
+    column.showLocalQuestions(localEntries(40));
+    nextButton(column)->click();
+    QCOMPARE(wanted.count(), 1);
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地1"));
+    column.showNextLocalPage();
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地17"));
+}
+
+void TestHotQuestionsColumn::newQuestions_beginOnTheFirstPage()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(questions(40));
+    nextButton(column)->click();
+    column.showLocalQuestions(localEntries(40));
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地1"));
+    column.showNextLocalPage();
+    column.showServiceQuestions(questions(40));
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 问1"));
+    column.showLocalQuestions(localEntries(40));
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地1"));
+}
+
+void TestHotQuestionsColumn::localPage_endsWithAnEmptyRow()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showLocalQuestions(localEntries(40));
+    column.showNextLocalPage();
+    column.showNextLocalPage();
     QCOMPARE(column.findChild<QListWidget *>()->count(), 8);
     QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地33"));
     QCOMPARE(button(column, 7)->text(), QStringLiteral("7. 本地39"));
@@ -208,7 +251,7 @@ void TestHotQuestionsColumn::click_saysQuestionAndId()
 {
     HotQuestionsColumn column(nullptr);
     column.showServiceQuestions(questions(40));
-    column.showNextPage();
+    nextButton(column)->click();
     QSignalSpy clicked(&column, &HotQuestionsColumn::questionClicked);
     QTest::mouseClick(button(column, 2), Qt::LeftButton);
     QCOMPARE(clicked.count(), 1);
