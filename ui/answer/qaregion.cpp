@@ -13,6 +13,7 @@
 #include "ui/answer/recommend/recommendonlyitem.h"
 #include "ui/preview/imagedisplay.h"
 #include "ui/style/shadow.h"
+#include "ui/text/richtext.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -32,9 +33,10 @@ constexpr QSize formSize(400, 300);
 constexpr QSize innerSize(647, 490);
 constexpr QRect listPlace(1, 0, 648, 432);
 
+/// The service's title is rich text; the user's own words are shown as they were typed.
 QString titleOf(const QString &question, const QString &standardQuestion)
 {
-    return standardQuestion.isEmpty() ? question : standardQuestion;
+    return standardQuestion.isEmpty() ? asTyped(question) : standardQuestion;
 }
 
 QString noMatchText()

@@ -1,13 +1,12 @@
 #include "ui/preview/previewtitlebar.h"
 
 #include "ui/style/styles.h"
+#include "ui/text/richtext.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QResizeEvent>
-#include <QTextDocument>
-#include <QTextDocumentFragment>
 
 namespace {
 
@@ -81,9 +80,7 @@ PreviewTitleBar::PreviewTitleBar(QWidget *parent)
 
 void PreviewTitleBar::setPictureTitle(const QString &title)
 {
-    m_fullPictureTitle
-        = Qt::mightBeRichText(title) ? QTextDocumentFragment::fromHtml(title).toPlainText() : title;
-    m_fullPictureTitle = m_fullPictureTitle.simplified();
+    m_fullPictureTitle = readableText(title).simplified();
     cutPictureTitle();
 }
 

@@ -5,6 +5,7 @@
 #include "ui/answer/recommend/recommendbox.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
+#include "ui/text/richtext.h"
 #include "ui/text/textwrap.h"
 
 #include <QLabel>
@@ -42,7 +43,7 @@ AnswerItem::AnswerItem(const QString &title, ConversationList *list)
     : ConversationItem(Speaker::AssistantAnswer, list)
     , m_titleText(title)
 {
-    readAs(shownPart(title));
+    readAs(shownPart(readableText(title)));
     makeFrame();
 }
 
