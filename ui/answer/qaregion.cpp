@@ -231,6 +231,9 @@ int QARegion::buildAnswerContent(const QString &reply, const QString &title, int
 {
     AnswerItem *answer = m_answers.at(answerIndex);
     const int height = answer->setReply(reply, title, m_pictures);
+    if (imagePreview != nullptr) {
+        imagePreview->setPictureCount(m_pictures.size());
+    }
     addAnswerCopyMenus(answer);
     connectPictures(*answer);
     return height;
@@ -343,6 +346,7 @@ void QARegion::picture_preview(int k)
     imagePreview.reset(); // one window at a time
     imagePreview = std::make_unique<ImageDisplay>();
     imagePreview->PreviewWin(picture.pixmap, picture.title, picture.animated, k);
+    imagePreview->setPictureCount(m_pictures.size());
     connect(imagePreview.get(), &ImageDisplay::previousImage_signal, this,
             &QARegion::changeToPreviousImg);
     connect(imagePreview.get(), &ImageDisplay::nextImage_signal, this, &QARegion::changeToNextImg);
