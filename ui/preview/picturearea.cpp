@@ -114,7 +114,7 @@ void PictureArea::placeLabel()
         placePicture();
         return;
     }
-    // The label stretches a picture to its own size, so it takes the picture's proportions.
+    // QLabel stretches a picture to its own size, so the label takes the picture's proportions.
     QRect place(QPoint(), shown.size().scaled(size(), Qt::KeepAspectRatio).expandedTo({1, 1}));
     place.moveCenter(rect().center());
     m_label->setGeometry(place);

@@ -24,7 +24,7 @@ void setBubbleText(QLabel *label, const QString &text)
     ResourceGuard::guard(label); // which has a document now, but has not read the text yet
     label->adjustSize();
     if (isRich) {
-        // Else the toolkit reads the markup for it once more, unguarded, and without ampersands.
+        // Else Qt reads the markup for it once more, unguarded, and without ampersands.
         label->setAccessibleName(label->findChild<QTextDocument *>()->toPlainText());
     }
 }
