@@ -14,6 +14,7 @@
 #include "ui/answer/recommend/recommendonlyitem.h"
 #include "ui/preview/imagedisplay.h"
 #include "ui/style/surfaceshadow.h"
+#include "ui/text/richtext.h"
 #include "ui/text/textwrap.h"
 
 #include <QApplication>
@@ -29,9 +30,10 @@ constexpr QSize formSize(400, 300);
 constexpr QSize innerSize(647, 490);
 constexpr QRect listPlace(1, 0, ConversationItem::itemWidth, 432);
 
+/// The service's title is rich text; the user's own words are shown as they were typed.
 QString titleOf(const QString &question, const QString &standardQuestion)
 {
-    return standardQuestion.isEmpty() ? question : standardQuestion;
+    return standardQuestion.isEmpty() ? asTyped(question) : standardQuestion;
 }
 
 QString noMatchText()
@@ -237,6 +239,7 @@ int QARegion::buildAnswerContent(QString reply, QString title, int answerIndex)
 {
     AnswerItem *answer = m_answers.at(answerIndex);
     const int height = answer->setReply(reply, title, m_pictures.all());
+    m_pictures.tellPreview();
     m_copier->addAnswer(answer);
     connectPictures(*answer);
     return height;

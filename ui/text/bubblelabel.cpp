@@ -23,6 +23,10 @@ void setBubbleText(QLabel *label, const QString &text)
     label->setText(isRich ? withoutDeepTables(text) : text);
     ResourceGuard::guard(label); // which has a document now, but has not read the text yet
     label->adjustSize();
+    if (isRich) {
+        // Else Qt reads the markup for it once more, unguarded, and without ampersands.
+        label->setAccessibleName(label->findChild<QTextDocument *>()->toPlainText());
+    }
 }
 
 void setWrappedText(QLabel *label, const QString &text)

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What the toolkit's label lets its text control do, which opens whatever a link says.
+/// What QLabel lets its text control do, which opens whatever a link says.
 constexpr const char *opensLinks = "openExternalLinks";
 
 bool mayActivate(QEvent::Type type)

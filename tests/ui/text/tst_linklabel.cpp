@@ -60,7 +60,7 @@ QString attribute(const QString &address)
     return QStringLiteral("href=\"%1\"").arg(address);
 }
 
-/// What the toolkit complained about, as a platform does that is to open a link and cannot.
+/// What Qt complained about, as a platform does that is to open a link and cannot.
 QStringList complaints(const LogCapture &log)
 {
     QStringList lines = log.foreignLines();

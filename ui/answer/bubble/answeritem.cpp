@@ -5,6 +5,7 @@
 #include "ui/answer/recommend/recommendbox.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
+#include "ui/text/richtext.h"
 #include "ui/text/textwrap.h"
 
 #include <QLabel>
@@ -42,7 +43,7 @@ AnswerItem::AnswerItem(const QString &title, QWidget *parent)
     : ConversationItem(Speaker::AssistantAnswer, parent)
     , m_titleText(title)
 {
-    setAccessibleName(shownPart(title));
+    setAccessibleName(shownPart(readableText(title)));
     makeFrame();
 }
 

@@ -8,9 +8,11 @@
 #include "ui/style/myproxystyle.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
+#include "ui/text/richtext.h"
 
 #include <QCoreApplication>
 #include <QLabel>
+#include <QPalette>
 #include <QPointer>
 
 #include <memory>
@@ -25,6 +27,16 @@ QFont paragraphFont()
     QFont font(QCoreApplication::translate("QARegion", "Microsoft YaHei"));
     font.setPixelSize(paragraphPixelSize);
     return font;
+}
+
+/// Paragraphs are written in the colour of the titles, which their style leaves open.
+QPalette paragraphPalette(const QWidget &label)
+{
+    const QColor colour(29, 38, 51);
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::WindowText, colour);
+    palette.setColor(QPalette::Text, colour); // what counts inside a list
+    return palette;
 }
 
 /// One for all paragraphs: each builds a whole style of its own to stand on.
@@ -55,7 +67,7 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus); // its texts and pictures take the focus
-    setAccessibleName(title);
+    setAccessibleName(readableText(title));
     QVector<ReplyPiece> pieces = splitReply(reply);
     const bool cut = limitRows(pieces);
     for (const ReplyPiece &piece : qAsConst(pieces)) {
@@ -93,6 +105,7 @@ void AnswerContent::addParagraph(const QString &source)
     label->setStyle(paragraphStyle());
     label->setOpenExternalLinks(true);
     label->setFont(paragraphFont());
+    label->setPalette(paragraphPalette(*label));
     setWrappedText(label, QLatin1String("<p>") + source + QLatin1String("</p>"));
     label->move(0, 0);
     row->setFixedSize(textMaxWidth, label->height());

@@ -20,9 +20,17 @@ ImageDisplay *ConversationPictures::openPreview(int number)
     previewOpened = true;
     imagePreview = std::make_unique<ImageDisplay>();
     imagePreview->PreviewWin(picture.pixmap, picture.title, picture.animated, number);
+    tellPreview();
     imagePreview->show();
     imagePreview->setAttribute(Qt::WA_QuitOnClose, false);
     return imagePreview.get();
+}
+
+void ConversationPictures::tellPreview()
+{
+    if (imagePreview != nullptr) {
+        imagePreview->setPictureCount(m_pictures.size());
+    }
 }
 
 void ConversationPictures::showInPreview(int number)

@@ -27,6 +27,9 @@ public:
     /// Shows the preview on picture \a number, in place of one that is open, and returns it.
     ImageDisplay *openPreview(int number);
 
+    /// Tells the preview, if one is open, how many pictures there are by now.
+    void tellPreview();
+
     /// Hands picture \a number to the open preview.
     void showInPreview(int number);
 
