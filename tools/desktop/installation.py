@@ -47,7 +47,7 @@ def default_settings() -> dict[str, str]:
         "ProblemAssociation/recommendSize": "10",
         "QuestAndAnw/channelId": "3",
         "QuestAndAnw/currentDomain": "desktop",
-        "QuestAndAnw/recommendSize": "10",
+        "QuestAndAnw/recommendSize": "15",
         "RobotId/robotId": "demo-robot",
         "ihttpInfo/iHttpMode": "0",
         "IpAndPort/mserverip": LOOPBACK,
