@@ -16,6 +16,10 @@ constexpr QColor shadowColour(127, 127, 127, 127);
 constexpr qreal shadowBlurRadius = 5;
 constexpr int cardRadius = 4; // as in the style of the forms' cards
 
+// Stands in for the shadow where that would be black.
+constexpr int outlineWidth = 1;
+constexpr QColor outlineColour(208, 210, 217);
+
 constexpr QLatin1String closeImage("btn-close.png");
 constexpr int closeRowHeight = 16;
 constexpr int closeRows = 3;
@@ -46,7 +50,8 @@ void FramelessDialog::setVisible(bool visible)
         layout()->activate(); // its size is that of what is in it
         placeItself();
         if (!m_card.isNull()) {
-            cutWithoutCompositor(*this, m_card->geometry(), cardRadius);
+            const QMargins outline(outlineWidth, outlineWidth, outlineWidth, outlineWidth);
+            cutWithoutCompositor(*this, m_card->geometry() + outline, cardRadius + outlineWidth);
         }
     }
     QDialog::setVisible(visible);
@@ -64,6 +69,12 @@ void FramelessDialog::placeItself()
     const QWidget *window = parent->window();
     const QRect screen = window->screen()->availableGeometry();
     move(placeOverParent(window->frameGeometry(), size(), screen));
+}
+
+void FramelessDialog::paintEvent(QPaintEvent *event)
+{
+    fillWithoutCompositor(*this, outlineColour);
+    QDialog::paintEvent(event);
 }
 
 void FramelessDialog::mousePressEvent(QMouseEvent *event)

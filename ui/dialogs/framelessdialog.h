@@ -25,6 +25,7 @@ public:
     void setVisible(bool visible) override;
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
 
@@ -39,6 +40,6 @@ protected:
 private:
     void placeItself();
 
-    QPointer<QWidget> m_card;
-    QPoint dragOffset; ///< of the cursor from the top left corner at the last left press
+    QPointer<QWidget> m_card; ///< null without a shadow
+    QPoint dragOffset;        ///< of the cursor from the top left corner at the last left press
 };

@@ -2,6 +2,7 @@
 
 #include "ui/style/compositor.h"
 
+#include <QPainter>
 #include <QWidget>
 
 #include <cmath>
@@ -11,10 +12,10 @@ namespace {
 /// How many pixels of a row are cut off at each end; \a row counts from the rounded edge.
 int cutAt(int row, int radius)
 {
-    // The outer edge of the row is the one farther from the corner's centre.
-    const double height = radius - row;
-    return static_cast<int>(
-        std::ceil(radius - std::sqrt(static_cast<double>(radius * radius) - height * height)));
+    constexpr double half = 0.5;
+    const double height = radius - row - half;
+    const double width = std::sqrt(static_cast<double>(radius * radius) - height * height);
+    return static_cast<int>(std::ceil(radius - width - half));
 }
 
 } // namespace
@@ -38,5 +39,12 @@ void cutWithoutCompositor(QWidget &window, const QRect &shape, int radius)
         window.clearMask();
     } else {
         window.setMask(roundedRegion(shape, radius));
+    }
+}
+
+void fillWithoutCompositor(QWidget &window, const QColor &colour)
+{
+    if (!screenIsComposited()) {
+        QPainter(&window).fillRect(window.rect(), colour);
     }
 }

@@ -52,6 +52,12 @@ void ShortcutMenu::showEvent(QShowEvent *event)
     QMenu::showEvent(event);
 }
 
+void ShortcutMenu::paintEvent(QPaintEvent *event)
+{
+    fillWithoutCompositor(*this, Qt::white);
+    QMenu::paintEvent(event);
+}
+
 QAction *ShortcutMenu::addRow(const Row &row, bool enabled)
 {
     auto *button = new QPushButton(row.text, this);
