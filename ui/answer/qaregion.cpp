@@ -13,7 +13,6 @@
 #include "ui/answer/recommend/recommendonlyitem.h"
 #include "ui/preview/imagedisplay.h"
 #include "ui/style/shadow.h"
-#include "ui/text/linkguard.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -78,7 +77,6 @@ QARegion::QARegion(QWidget *parent)
     m_measureLabel->setTextFormat(Qt::PlainText);
     m_measureLabel->setStyleSheet(QStringLiteral("QLabel{font:14px Microsoft YaHei;}"));
     m_measureLabel->hide();
-    new LinkGuard(this);
     m_userName = desktopUserName();
     if (m_userName.isEmpty()) {
         LOG_WARNING() << "Get the username failed.";

@@ -1,5 +1,6 @@
 #include "ui/text/bubblelabel.h"
 
+#include "ui/text/linklabel.h"
 #include "ui/text/resourceguard.h"
 #include "ui/text/tabledepth.h"
 
@@ -8,7 +9,7 @@
 
 QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent)
 {
-    auto *label = new QLabel(parent);
+    auto *label = new LinkLabel(parent);
     label->setStyleSheet(styleSheet);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse
                                    | Qt::LinksAccessibleByKeyboard);

@@ -10,7 +10,6 @@
 
 #include <QBuffer>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -19,7 +18,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-/// Copying from the conversation, and links that are not opened.
+/// Copying from the conversation.
 class TestCopyMenu : public QObject
 {
     Q_OBJECT
@@ -41,8 +40,6 @@ private slots:
     void menu_goesWithTheCopy();
     void secondMenu_replacesTheFirst();
     void unknownNumbers_copyNothing();
-    void programStartingLinks_areNotOpened_data();
-    void programStartingLinks_areNotOpened();
 
 private:
     [[nodiscard]] QLabel *labelOf(int kind) const;
@@ -253,33 +250,6 @@ void TestCopyMenu::unknownNumbers_copyNothing()
     QApplication::clipboard()->setText(QStringLiteral("before"));
     m_region->qaRightHitMenu_copySlots(0, 77);
     QCOMPARE(QApplication::clipboard()->text(), QString());
-}
-
-void TestCopyMenu::programStartingLinks_areNotOpened_data()
-{
-    QTest::addColumn<QString>("link");
-    QTest::addColumn<QString>("logged");
-    const auto row = [](const char *link) {
-        QTest::newRow(link) << QString::fromLatin1(link) << QString::fromLatin1(link);
-    };
-    row("calc.exe");
-    row("file:///C:/Windows/System32/calc.exe");
-    row("javascript:alert(1)");
-    row("vbscript:x");
-    row("data:text/html,x");
-    row("ms-msdt:/id x");
-    row("search-ms:query=x");
-    row("shell:startup");
-    QTest::newRow("upper case") << QStringLiteral("FILE:///etc/passwd")
-                                << QStringLiteral("file:///etc/passwd");
-}
-
-void TestCopyMenu::programStartingLinks_areNotOpened()
-{
-    QFETCH(QString, link);
-    QFETCH(QString, logged);
-    QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("link is not opened: ") + logged));
-    QDesktopServices::openUrl(QUrl(link));
 }
 
 QTEST_MAIN(TestCopyMenu)
