@@ -26,7 +26,7 @@ QVariant LicenseText::loadResource(int type, const QUrl &name)
     if (type != QTextDocument::ImageResource) {
         return {};
     }
-    // No value at all would let the document look for a file of that name itself.
+    // QTextDocument looks for a file of that name itself when it gets no value at all.
     QImage nothing(1, 1, QImage::Format_ARGB32);
     nothing.fill(Qt::transparent);
     return nothing;

@@ -36,7 +36,7 @@ void writeProposedGeometry(void *message, const QRect &geometry)
 
 void limitSystemResize(QWidget *window, const QSize &size)
 {
-    // The answer to each Sizing request does it.
+    // The answer to each Sizing request limits the size.
     Q_UNUSED(window)
     Q_UNUSED(size)
 }

@@ -21,7 +21,7 @@ PictureArea::PictureArea(QWidget *parent)
 
 void PictureArea::showPicture(const QPixmap &picture)
 {
-    // Setting a picture asks for a repaint, even when it is the same one: that would never end.
+    // QLabel::setPixmap() asks for a repaint, even for the same picture: that would never end.
     if (m_movie.isNull() && m_label->pixmap(Qt::ReturnByValue).cacheKey() == picture.cacheKey()) {
         return;
     }
@@ -81,7 +81,7 @@ void PictureArea::placeLabel()
         m_label->setGeometry(rect());
         return;
     }
-    // The label stretches a picture to its own size, so it takes the picture's proportions.
+    // QLabel stretches a picture to its own size, so the label takes the picture's proportions.
     QRect place(QPoint(), shown.size().scaled(size(), Qt::KeepAspectRatio).expandedTo({1, 1}));
     place.moveCenter(rect().center());
     m_label->setGeometry(place);
