@@ -19,8 +19,11 @@ private slots:
     void cleanupTestCase();
     void fold_cutsNoRow_data();
     void fold_cutsNoRow();
+    void steps_hangBehindTheirNumbers();
 
 private:
+    QJsonObject result(const QString &question);
+
     DemoProcess m_service;
 };
 
@@ -50,19 +53,33 @@ void TestDemoAnswers::fold_cutsNoRow_data()
     }
 }
 
+QJsonObject TestDemoAnswers::result(const QString &question)
+{
+    const QByteArray body = compactJson(askBody(question, 0, 15));
+    return sendSigned(m_service.httpUrl(askPath), body).result().toObject();
+}
+
 void TestDemoAnswers::fold_cutsNoRow()
 {
     QFETCH(QString, question);
-    const QByteArray body = compactJson(askBody(question, 0, 15));
-    const QJsonObject result = sendSigned(m_service.httpUrl(askPath), body).result().toObject();
-    QCOMPARE(result.value(QLatin1String("standardQuestion")).toString(), question);
-    const QString reply = result.value(QLatin1String("reply")).toString();
-    const bool hasRecommends = !result.value(QLatin1String("recommends")).toArray().isEmpty();
+    const QJsonObject found = result(question);
+    QCOMPARE(found.value(QLatin1String("standardQuestion")).toString(), question);
+    const QString reply = found.value(QLatin1String("reply")).toString();
+    const bool hasRecommends = !found.value(QLatin1String("recommends")).toArray().isEmpty();
     const AnswerFold fold = measureFold(question, reply, hasRecommends);
     QVERIFY2(fold.mistake().isEmpty(), qPrintable(fold.mistake()));
     // A step is a block of its own that hangs behind its number.
     static const QRegularExpression flatStep(QStringLiteral("<(p|div|br/?)>(<b>)?\\d+\\. "));
     QVERIFY(!reply.contains(flatStep));
+}
+
+void TestDemoAnswers::steps_hangBehindTheirNumbers()
+{
+    const QString reply
+        = result(QStringLiteral("磁盘空间不足怎么办？")).value(QLatin1String("reply")).toString();
+    const QRegularExpression step(
+        QStringLiteral("<div style=\"margin-left:14px;text-indent:-14px;[^\"]*\">[123]\\. "));
+    QCOMPARE(reply.count(step), 3);
 }
 
 QTEST_MAIN(TestDemoAnswers)
