@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "service/reply/listedquestion.h"
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/fixedmessages.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
@@ -133,7 +134,7 @@ void WindowModes::getHotQuestion_right(const QJsonArray &hotQuestions)
     }
     LOG_INFO() << "Get hot issues successfully! hot_questions_num: (%d)" << hotQuestions.size();
     m_form.region->addRobotMessage(fixedmessages::greeting());
-    m_hotColumn->showServiceQuestions(hotQuestions);
+    m_hotColumn->showServiceQuestions(readListedQuestions(hotQuestions));
     emit rightRegionSuccess();
     if (miravelVersion != QLatin1String("INVIRTUAL_SHORTCUT")) {
         m_timers.processWatch.start();
@@ -159,7 +160,7 @@ void WindowModes::refreshHotQuestions(const QJsonArray &hotQuestions)
     }
     netHotWork = false;
     getIDP = true;
-    m_hotColumn->showServiceQuestions(hotQuestions);
+    m_hotColumn->showServiceQuestions(readListedQuestions(hotQuestions));
 }
 
 void WindowModes::switchHotQuestionLocation_show()

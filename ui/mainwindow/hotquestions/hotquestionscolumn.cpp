@@ -5,7 +5,6 @@
 #include "ui/style/styles.h"
 #include "ui/text/plaintooltip.h"
 
-#include <QJsonArray>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -122,7 +121,7 @@ HotQuestionsColumn::HotQuestionsColumn(QWidget *parent)
     connect(m_nextPage, &QPushButton::clicked, this, &HotQuestionsColumn::showNextPage);
 }
 
-void HotQuestionsColumn::showServiceQuestions(const QJsonArray &questions)
+void HotQuestionsColumn::showServiceQuestions(const QVector<ListedQuestion> &questions)
 {
     m_questions = questions;
     m_showsLocal = false;
@@ -157,7 +156,7 @@ void HotQuestionsColumn::showPage(int start)
 void HotQuestionsColumn::fillServicePage()
 {
     for (int row = 0; row < hotRowsPerPage; ++row) {
-        const auto question = readSuggestedQuestion(m_questions.at(m_pageStart + row));
+        const ListedQuestion question = m_questions.value(m_pageStart + row);
         fillRow(addRow(question.text), row + 1, question);
     }
 }
@@ -187,7 +186,7 @@ QWidget *HotQuestionsColumn::addRow(const QString &accessibleName)
     return row;
 }
 
-void HotQuestionsColumn::fillRow(QWidget *row, int number, const SuggestedQuestion &question)
+void HotQuestionsColumn::fillRow(QWidget *row, int number, const ListedQuestion &question)
 {
     const QString text
         = QString::number(number) + QLatin1String(". ") + question.text.left(mostMeasured);
