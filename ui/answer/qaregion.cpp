@@ -1,6 +1,7 @@
 #include "ui/answer/qaregion.h"
 
 #include "app/base/logstream.h"
+#include "service/reply/answer.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/messagebubble.h"
 #include "ui/answer/bubble/questionbubble.h"
@@ -20,7 +21,6 @@
 #include <QGraphicsDropShadowEffect>
 #include <QGridLayout>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QPalette>
 #include <QPushButton>
@@ -98,11 +98,10 @@ void QARegion::Miss_RecomSend(QString question, QString source, QString original
 void QARegion::getAskAndAnswer_NoThread(const QString &question, const QString &source,
                                         const QString &originalQuestion, qint64 questionId)
 {
-    const QJsonDocument document
-        = m_idp.Ask_And_Answer(question, m_userName, source, originalQuestion, questionId);
-    const QJsonObject result = document.object().value(QLatin1String("result")).toObject();
-    showResult(question, result);
-    checkEmptyReply(result.value(QLatin1String("reply")).toString());
+    const Answer answer = readAnswer(
+        m_idp.Ask_And_Answer(question, m_userName, source, originalQuestion, questionId));
+    showResult(question, answer);
+    checkEmptyReply(answer.text);
 }
 
 QJsonArray QARegion::association_questions(const QString &text)
@@ -110,19 +109,22 @@ QJsonArray QARegion::association_questions(const QString &text)
     return m_idp.association_questions(text);
 }
 
-void QARegion::showResult(const QString &question, const QJsonObject &result)
+void QARegion::showResult(const QString &question, const Answer &answer)
 {
-    const QString standardQuestion = result.value(QLatin1String("standardQuestion")).toString();
-    const QString reply = result.value(QLatin1String("reply")).toString();
-    const QJsonArray recommends = result.value(QLatin1String("recommends")).toArray();
-    const QString resultType = result.value(QLatin1String("resultType")).toString();
-    LOG_DEBUG() << "nSize_Recom:" << recommends.size() << "reply_Type:" << resultType;
-    if (resultType == QLatin1String("QA_NORMAL_RESULT")) {
-        QA_NORMAL_RESULT(question, standardQuestion, reply);
-    } else if (resultType == QLatin1String("MULTI_QA_RESULT")) {
-        MULTI_QA_RESULT(question, standardQuestion, reply, recommends);
-    } else if (resultType == QLatin1String("NO_RESULT")) {
-        NO_RESULT(recommends.size(), recommends, question);
+    LOG_DEBUG() << "nSize_Recom:" << answer.recommendations.size()
+                << "reply_Type:" << answer.kindName;
+    switch (answer.kind) {
+    case AnswerKind::Plain:
+        QA_NORMAL_RESULT(question, answer.title, answer.text);
+        break;
+    case AnswerKind::WithRecommendations:
+        showMultiResult(question, answer);
+        break;
+    case AnswerKind::NoMatch:
+        showNoResult(answer.recommendations.size(), answer.recommendations, question);
+        break;
+    case AnswerKind::Unknown:
+        break;
     }
 }
 
@@ -143,19 +145,31 @@ void QARegion::QA_NORMAL_RESULT(const QString &question, const QString &standard
 void QARegion::MULTI_QA_RESULT(const QString &question, const QString &standardQuestion,
                                const QString &reply, const QJsonValue &recommends)
 {
+    showMultiResult(question, {AnswerKind::WithRecommendations, QString(), standardQuestion, reply,
+                               readRecommendations(recommends)});
+}
+
+void QARegion::showMultiResult(const QString &question, const Answer &answer)
+{
     LOG_INFO() << "Hit question, and have Recommends!";
-    showAnswerWithRecommends(titleOf(question, standardQuestion), reply, recommends.toArray(),
+    showAnswerWithRecommends(titleOf(question, answer.title), answer.text, answer.recommendations,
                              question);
 }
 
 void QARegion::NO_RESULT(int count, const QJsonValue &recommends, const QString &question)
+{
+    showNoResult(count, readRecommendations(recommends), question);
+}
+
+void QARegion::showNoResult(int count, const QVector<ListedQuestion> &recommends,
+                            const QString &question)
 {
     if (count == 0) {
         LOG_INFO() << "No hits and no recommendation questions!";
         addRobotMessage(noMatchText());
     } else {
         LOG_INFO() << "There is no hit question, but there are recommendation questions!";
-        showRecommendOnly(recommends.toArray(), question);
+        showRecommendOnly(recommends, question);
     }
     scrollToBottom();
 }
@@ -200,7 +214,8 @@ void QARegion::showAnswer(const QString &title, const QString &reply)
 }
 
 void QARegion::showAnswerWithRecommends(const QString &title, const QString &reply,
-                                        const QJsonArray &recommends, const QString &question)
+                                        const QVector<ListedQuestion> &recommends,
+                                        const QString &question)
 {
     AnswerItem *answer = addAnswer(title, reply);
     const int index = m_answers.size() - 1;
@@ -241,7 +256,7 @@ void QARegion::showAnswerItem(AnswerItem *answer)
     scrollToBottom();
 }
 
-void QARegion::showRecommendOnly(const QJsonArray &recommends, const QString &question)
+void QARegion::showRecommendOnly(const QVector<ListedQuestion> &recommends, const QString &question)
 {
     auto *item = new RecommendOnlyItem(recommends, m_measureLabel, m_list);
     const int box = m_boxes.size();

@@ -18,6 +18,8 @@ class CopyMenu;
 class ImageDisplay;
 class QLabel;
 class RecommendBox;
+struct Answer;
+struct ListedQuestion;
 
 /// The conversation area of the main window: shows questions, messages and answers as bubbles and
 /// runs the question cycle with the service. Lives on the GUI thread.
@@ -65,14 +67,15 @@ public:
     /// Appends an answer with a box of \a recommends, which are asked as following from
     /// \a question, and scrolls to it.
     void showAnswerWithRecommends(const QString &title, const QString &reply,
-                                  const QJsonArray &recommends, const QString &question);
+                                  const QVector<ListedQuestion> &recommends,
+                                  const QString &question);
 
     /// Builds the rows of \a reply inside answer \a answerIndex and returns their height in px. The
     /// pictures in it join those of the conversation under \a title.
     int buildAnswerContent(const QString &reply, const QString &title, int answerIndex);
 
     /// Appends a box of \a recommends in place of an answer and scrolls to it.
-    void showRecommendOnly(const QJsonArray &recommends, const QString &question);
+    void showRecommendOnly(const QVector<ListedQuestion> &recommends, const QString &question);
 
     /// Shows the service's answer to a question that it has one for.
     void QA_NORMAL_RESULT(const QString &question, const QString &standardQuestion,
@@ -138,7 +141,10 @@ private:
         int number;
     };
 
-    void showResult(const QString &question, const QJsonObject &result);
+    void showResult(const QString &question, const Answer &answer);
+    void showMultiResult(const QString &question, const Answer &answer);
+    void showNoResult(int count, const QVector<ListedQuestion> &recommends,
+                      const QString &question);
     AnswerItem *addAnswer(const QString &title, const QString &reply);
     void showAnswerItem(AnswerItem *answer);
     void addCopyMenu(ConversationItem *item, MenuKind kind);

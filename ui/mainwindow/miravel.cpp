@@ -3,6 +3,7 @@
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
 #include "app/base/texttools.h"
+#include "localchannel/guardmessage.h"
 #include "ui/answer/qaregion.h"
 #include "ui/dialogs/aboutdialog.h"
 #include "ui/mainwindow/focusorder.h"
@@ -265,7 +266,7 @@ void Miravel::listenSysguardMessage_thread()
 void Miravel::sendSysguardQuest(QJsonObject obj)
 {
     LOG_INFO() << "send Sysguard Quest: " << timeOfDay();
-    m_modes->askOrExplain(throughLocalEncoding(obj.value(QLatin1String("question")).toString()),
+    m_modes->askOrExplain(guardQuestion(obj),
                           "send messages(Sysguard) when not logged in, isGetHotQuests:",
                           "send messages(Sysguard) by idp qa request, isGetHotQuests:");
     LOG_INFO() << "send QAFinished signal";

@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "service/reply/listedquestion.h"
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/fixedmessages.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
@@ -191,7 +192,7 @@ void WindowModes::carryOut(WindowStep step, const QJsonArray &hotQuestions)
     case WindowStep::FetchQuestions:
         return fetchFirst();
     case WindowStep::ShowServiceQuestions:
-        return m_column->showServiceQuestions(hotQuestions);
+        return m_column->showServiceQuestions(readListedQuestions(hotQuestions));
     case WindowStep::ReadLibrary:
         return readLibrary();
     case WindowStep::OpenLocalList:

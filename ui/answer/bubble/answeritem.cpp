@@ -106,7 +106,7 @@ void AnswerItem::rebuild()
     setFoldState(m_fold);
 }
 
-void AnswerItem::setRecommends(const QJsonArray &recommends, QLabel *measure)
+void AnswerItem::setRecommends(const QVector<ListedQuestion> &recommends, QLabel *measure)
 {
     m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);
 }

@@ -8,8 +8,8 @@
 
 class AnswerContent;
 class FoldBar;
-class QJsonArray;
 class RecommendBox;
+struct ListedQuestion;
 
 /// An answer: its bold title, a line, the rows of the reply, and, when they are tall, the bars that
 /// fold and unfold them.
@@ -29,7 +29,7 @@ public:
 
     /// Adds a box of \a recommends below the answer. \a measure is the label that their texts are
     /// measured in.
-    void setRecommends(const QJsonArray &recommends, QLabel *measure);
+    void setRecommends(const QVector<ListedQuestion> &recommends, QLabel *measure);
 
     /// The title; null while the entry sleeps.
     [[nodiscard]] QLabel *titleLabel() const { return m_title; }

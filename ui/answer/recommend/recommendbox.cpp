@@ -44,7 +44,7 @@ const RecommendBox::Layout &RecommendBox::layoutOf(Kind kind)
     return kind == Kind::BelowAnswer ? belowAnswer : onItsOwn;
 }
 
-RecommendBox::RecommendBox(Kind kind, const QJsonArray &recommends, QLabel *measure,
+RecommendBox::RecommendBox(Kind kind, const QVector<ListedQuestion> &recommends, QLabel *measure,
                            QWidget *parent)
     : QWidget(parent)
     , m_kind(kind)

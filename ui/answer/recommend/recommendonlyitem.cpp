@@ -7,7 +7,7 @@ constexpr QSize itemSize(648, 299);
 
 } // namespace
 
-RecommendOnlyItem::RecommendOnlyItem(const QJsonArray &recommends, QLabel *measure,
+RecommendOnlyItem::RecommendOnlyItem(const QVector<ListedQuestion> &recommends, QLabel *measure,
                                      ConversationList *list)
     : ConversationItem(Speaker::AssistantAnswer, list)
     , m_box(new RecommendBox(RecommendBox::Kind::OnItsOwn, recommends, measure, this))

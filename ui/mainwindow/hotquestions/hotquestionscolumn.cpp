@@ -5,7 +5,6 @@
 #include "ui/style/styles.h"
 #include "ui/text/plaintooltip.h"
 
-#include <QJsonArray>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -120,7 +119,7 @@ HotQuestionsColumn::HotQuestionsColumn(QWidget *parent)
     connect(m_nextPage, &QPushButton::clicked, this, &HotQuestionsColumn::turnPage);
 }
 
-void HotQuestionsColumn::showServiceQuestions(const QJsonArray &questions)
+void HotQuestionsColumn::showServiceQuestions(const QVector<ListedQuestion> &questions)
 {
     m_questions = questions;
     m_showsLocal = false;
@@ -173,7 +172,7 @@ void HotQuestionsColumn::showPage()
 void HotQuestionsColumn::fillServicePage()
 {
     for (int row = 0; row < hotRowsPerPage; ++row) {
-        const auto question = readSuggestedQuestion(m_questions.at(hotPage + row));
+        const ListedQuestion question = m_questions.value(hotPage + row);
         fillRow(addRow(question.text), row + 1, question);
     }
 }
@@ -203,7 +202,7 @@ QWidget *HotQuestionsColumn::addRow(const QString &accessibleName)
     return row;
 }
 
-void HotQuestionsColumn::fillRow(QWidget *row, int number, const SuggestedQuestion &question)
+void HotQuestionsColumn::fillRow(QWidget *row, int number, const ListedQuestion &question)
 {
     const QString text
         = QString::number(number) + QLatin1String(". ") + question.text.left(mostMeasured);

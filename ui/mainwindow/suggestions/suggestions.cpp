@@ -1,6 +1,7 @@
 #include "ui/mainwindow/suggestions/suggestions.h"
 
 #include "app/base/logstream.h"
+#include "service/reply/listedquestion.h"
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
 
@@ -35,7 +36,7 @@ void Suggestions::fetch()
     if (suggestions.isEmpty() || m_input->document()->isEmpty()) {
         return; // nothing to show, or what was typed has been sent meanwhile
     }
-    m_popup = new SuggestionPopup(suggestions, text, m_place);
+    m_popup = new SuggestionPopup(readListedQuestions(suggestions), text, m_place);
     connect(m_popup, &SuggestionPopup::suggestionClicked, this, &Suggestions::questionClicked);
     connect(m_popup, &SuggestionPopup::closeClicked, this, &Suggestions::closeClicked);
     ++nSize_association;

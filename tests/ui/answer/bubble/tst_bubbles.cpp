@@ -1,3 +1,4 @@
+#include "service/reply/listedquestion.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/messagebubble.h"
 #include "ui/answer/bubble/questionbubble.h"
@@ -6,7 +7,6 @@
 #include "ui/style/myproxystyle.h"
 #include "ui/text/textwrap.h"
 
-#include <QJsonArray>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -281,7 +281,7 @@ void TestBubbles::foldBars_styles()
     auto *answer = new AnswerItem(QStringLiteral("标题"), m_list);
     answer->setReply(QStringLiteral("<p>一行文字</p>").repeated(20), QString(), m_pictures);
     if (withBox) {
-        answer->setRecommends(QJsonArray(), &measure);
+        answer->setRecommends({}, &measure);
     }
     answer->setFoldState(FoldState::Folded);
     const auto check = [answer](const char *image, const QVector<int> &lines) {

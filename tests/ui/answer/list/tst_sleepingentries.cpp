@@ -1,5 +1,6 @@
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
+#include "service/reply/listedquestion.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
@@ -10,7 +11,6 @@
 #include <QClipboard>
 #include <QCursor>
 #include <QEventLoop>
-#include <QJsonArray>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
@@ -228,8 +228,8 @@ void TestSleepingEntries::answersWithPicturesOrBoxes_stayAwake()
     m_region->showAnswer(QStringLiteral("图"),
                          QStringLiteral("<p><img src=\"data:image/png;base64,%1\" style=\"\"/></p>")
                              .arg(QLatin1String(bytes.toBase64())));
-    m_region->showAnswerWithRecommends(QStringLiteral("荐"), QStringLiteral("<p>段</p>"),
-                                       QJsonArray(), QString());
+    m_region->showAnswerWithRecommends(QStringLiteral("荐"), QStringLiteral("<p>段</p>"), {},
+                                       QString());
     addExchanges(many);
     QVERIFY(answers().at(0)->isAwake());
     QVERIFY(answers().at(1)->isAwake());

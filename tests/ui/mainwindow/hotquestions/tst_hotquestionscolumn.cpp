@@ -1,11 +1,8 @@
 #include "resources/resources.h"
-#include "service/reply/suggestedquestion.h"
+#include "service/reply/listedquestion.h"
 #include "ui/mainwindow/hotquestions/hotpaging.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -34,12 +31,10 @@ private slots:
     void longText_isElided_withAToolTip();
     void ampersandAndMarkup_areShownAsTheyAre();
     void click_saysQuestionAndId();
-    void ids_data();
-    void ids();
+    void click_onARowBeyondTheLast_saysNoQuestion();
 
 private:
-    [[nodiscard]] static QJsonArray questions(int count);
-    [[nodiscard]] static QJsonArray oneQuestion(const QString &text);
+    [[nodiscard]] static QVector<ListedQuestion> questions(int count);
     [[nodiscard]] static QStringList localEntries(int count);
     [[nodiscard]] static QWidget *row(const QWidget &column, int number);
     [[nodiscard]] static QPushButton *button(const QWidget &column, int number);
@@ -51,19 +46,13 @@ void TestHotQuestionsColumn::initTestCase()
     initResources();
 }
 
-QJsonArray TestHotQuestionsColumn::questions(int count)
+QVector<ListedQuestion> TestHotQuestionsColumn::questions(int count)
 {
-    QJsonArray array;
+    QVector<ListedQuestion> questions;
     for (int i = 1; i <= count; ++i) {
-        array.append(QJsonObject{{QStringLiteral("question"), QStringLiteral("问%1").arg(i)},
-                                 {QStringLiteral("id"), 1000 + i}});
+        questions.append({QStringLiteral("问%1").arg(i), 1000 + i});
     }
-    return array;
-}
-
-QJsonArray TestHotQuestionsColumn::oneQuestion(const QString &text)
-{
-    return {QJsonObject{{QStringLiteral("question"), text}}};
+    return questions;
 }
 
 QWidget *TestHotQuestionsColumn::row(const QWidget &column, int number)
@@ -147,7 +136,7 @@ void TestHotQuestionsColumn::tenServiceQuestions_makeSixteenRows()
     QCOMPARE(column.findChild<QListWidget *>()->count(), 16);
     QCOMPARE(button(column, 10)->text(), QStringLiteral("10. 问10"));
     QCOMPARE(button(column, 11)->text(), QStringLiteral("11. "));
-    column.showServiceQuestions(QJsonArray());
+    column.showServiceQuestions({});
     QVERIFY(button(column, 1)->findChild<QLabel *>() == nullptr);
 }
 
@@ -227,23 +216,19 @@ void TestHotQuestionsColumn::rowPlacesAndStyle()
 void TestHotQuestionsColumn::icon_followsAShortText_andStandsAtTheEndOfALongOne()
 {
     HotQuestionsColumn column(nullptr);
-    column.showServiceQuestions(oneQuestion(QStringLiteral("短")));
+    column.showServiceQuestions({{QStringLiteral("短"), 1}});
     button(column, 1)->ensurePolished();
     const int width = button(column, 1)->fontMetrics().horizontalAdvance(QStringLiteral("1. 短"));
     QCOMPARE(button(column, 1)->findChild<QLabel *>()->geometry(), QRect(width + 12, 2, 22, 12));
-    column.showServiceQuestions(oneQuestion(QString(30, QChar(u'长'))));
+    column.showServiceQuestions({{QString(30, QChar(u'长')), 1}});
     QCOMPARE(button(column, 1)->findChild<QLabel *>()->geometry(), QRect(170, 2, 22, 12));
 }
 
 void TestHotQuestionsColumn::longText_isElided_withAToolTip()
 {
     const QString question(QString(30, QChar(u'长')));
-    QJsonArray array;
-    for (int i = 0; i < 5; ++i) {
-        array.append(QJsonObject{{QStringLiteral("question"), question}});
-    }
     HotQuestionsColumn column(nullptr);
-    column.showServiceQuestions(array);
+    column.showServiceQuestions(QVector<ListedQuestion>(5, {question, 1}));
     button(column, 2)->ensurePolished();
     const QFontMetrics metrics = button(column, 2)->fontMetrics();
     QCOMPARE(button(column, 2)->text(),
@@ -257,7 +242,7 @@ void TestHotQuestionsColumn::longText_isElided_withAToolTip()
 void TestHotQuestionsColumn::ampersandAndMarkup_areShownAsTheyAre()
 {
     HotQuestionsColumn column(nullptr);
-    column.showServiceQuestions(oneQuestion(QStringLiteral("A & <b>B</b>")));
+    column.showServiceQuestions({{QStringLiteral("A & <b>B</b>"), 1}});
     QCOMPARE(button(column, 1)->text(), QStringLiteral("1. A && <b>B</b>"));
     QVERIFY(button(column, 1)->shortcut().isEmpty());
 }
@@ -274,31 +259,13 @@ void TestHotQuestionsColumn::click_saysQuestionAndId()
     QCOMPARE(clicked.first().at(1).toLongLong(), 1018);
 }
 
-void TestHotQuestionsColumn::ids_data()
+void TestHotQuestionsColumn::click_onARowBeyondTheLast_saysNoQuestion()
 {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<qint64>("id");
-    QTest::newRow("missing") << QByteArray("{}") << Q_INT64_C(0);
-    QTest::newRow("negative") << QByteArray(R"({"id":-7})") << Q_INT64_C(-7);
-    QTest::newRow("2^31") << QByteArray(R"({"id":2147483648})") << Q_INT64_C(2147483648);
-    QTest::newRow("2^53") << QByteArray(R"({"id":9007199254740992})")
-                          << Q_INT64_C(9007199254740992);
-    QTest::newRow("2^53 + 1") << QByteArray(R"({"id":9007199254740993})")
-                              << Q_INT64_C(9007199254740993);
-    QTest::newRow("2^63 - 1") << QByteArray(R"({"id":9223372036854775807})")
-                              << Q_INT64_C(9223372036854775807);
-    QTest::newRow("2^63") << QByteArray(R"({"id":9223372036854775808})") << Q_INT64_C(0);
-    QTest::newRow("fraction") << QByteArray(R"({"id":1.5})") << Q_INT64_C(0);
-    QTest::newRow("integral with a point") << QByteArray(R"({"id":3.0})") << Q_INT64_C(3);
-    QTest::newRow("text") << QByteArray(R"({"id":"7"})") << Q_INT64_C(0);
-    QTest::newRow("null") << QByteArray(R"({"id":null})") << Q_INT64_C(0);
-}
-
-void TestHotQuestionsColumn::ids()
-{
-    QFETCH(QByteArray, json);
-    QFETCH(qint64, id);
-    QCOMPARE(readSuggestedQuestion(QJsonDocument::fromJson(json).object()).id, id);
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(questions(10));
+    QSignalSpy clicked(&column, &HotQuestionsColumn::questionClicked);
+    QTest::mouseClick(button(column, 11), Qt::LeftButton);
+    QCOMPARE(clicked.value(0), (QVariantList{QString(), Q_INT64_C(0)}));
 }
 
 QTEST_MAIN(TestHotQuestionsColumn)
