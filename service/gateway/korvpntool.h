@@ -28,8 +28,10 @@ struct KorGateway
 ///
 /// The library is looked for beside the program, then on the system's search path; once found it
 /// stays loaded for the rest of the process, until then every call looks again. It promises no
-/// thread safety, so calls are made one at a time. Any thread.
-[[nodiscard]] std::optional<KorGateway> selectedKorGateway();
+/// thread safety, so calls are made one at a time: a call waits at most \a turnLimitMs for its turn
+/// and gives up, with a warning, when the library still has not answered an earlier one. Any
+/// thread; blocks as long as the library does.
+[[nodiscard]] std::optional<KorGateway> selectedKorGateway(int turnLimitMs);
 
 /// Copies the two known fields of \a record, whose address is read as UTF-8.
 [[nodiscard]] KorGateway gatewayOf(const KorInfoBlock &record);

@@ -9,7 +9,7 @@ namespace {
 using nlohmann::json;
 
 constexpr std::int64_t mostSuggestions = 21; ///< no client shows more
-constexpr std::int64_t mostRelated = 10;     ///< recommended for a question that was not understood
+constexpr std::int64_t mostRelated = 15;     ///< recommended for a question that was not understood
 
 std::size_t atMost(std::int64_t wanted, std::int64_t limit)
 {

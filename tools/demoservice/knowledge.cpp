@@ -26,8 +26,8 @@ std::u32string trimmed(const std::u32string &text)
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// The text without the words that say only that something is asked. As it is if nothing else is in
-/// it.
+/// The text without the words that say only that something is asked; the whole text if nothing else
+/// is in it.
 std::u32string withoutAskingWords(const std::u32string &text)
 {
     // A longer word goes before a part of it.
@@ -43,33 +43,54 @@ std::u32string withoutAskingWords(const std::u32string &text)
     return content.empty() ? text : content;
 }
 
-/// How well a wording fits a question. A short wording inside a long question is a hit too, and the
-/// more of the question it covers the better.
-double contentScore(const std::u32string &wording, const std::u32string &query)
-{
-    const double alike = likeness(wording, query);
-    if (wording.size() < shortestInside || query.find(wording) == std::u32string::npos) {
-        return alike;
-    }
-    const double covered = static_cast<double>(wording.size()) / static_cast<double>(query.size());
-    return std::max(alike, hitScore + (1 - hitScore) * covered);
-}
-
 } // namespace
 
 Knowledge::Knowledge(std::vector<KnowledgeEntry> entries)
     : m_entries(std::move(entries))
+    , m_wordings(wordingsOf(m_entries))
+    , m_weights(weightsOf(m_wordings))
 {
     for (const KnowledgeEntry &entry : m_entries) {
+        m_byId.emplace(entry.id, &entry);
+    }
+}
+
+std::vector<Knowledge::Wordings> Knowledge::wordingsOf(const std::vector<KnowledgeEntry> &entries)
+{
+    std::vector<Wordings> all;
+    for (const KnowledgeEntry &entry : entries) {
         Wordings wordings;
         wordings.folded = folded(entry.question);
         wordings.all.push_back(wordingOf(entry.question));
         for (const std::string &alias : entry.aliases) {
             wordings.all.push_back(wordingOf(alias));
         }
-        m_wordings.push_back(std::move(wordings));
-        m_byId.emplace(entry.id, &entry);
+        all.push_back(std::move(wordings));
     }
+    return all;
+}
+
+PairWeights Knowledge::weightsOf(const std::vector<Wordings> &all)
+{
+    std::vector<std::vector<std::u32string>> contents;
+    for (const Wordings &wordings : all) {
+        contents.emplace_back();
+        for (const Wording &wording : wordings.all) {
+            contents.back().push_back(wording.content);
+        }
+    }
+    return PairWeights(contents);
+}
+
+/// How well a wording fits a question. A short wording inside a long question is a hit too, and the
+/// more of the question it covers the better.
+double Knowledge::contentScore(const std::u32string &wording, const std::u32string &query) const
+{
+    const double alike = m_weights.likeness(wording, query);
+    if (wording.size() < shortestInside || query.find(wording) == std::u32string::npos) {
+        return alike;
+    }
+    return std::max(alike, hitScore + (1 - hitScore) * m_weights.covered(query, wording));
 }
 
 const KnowledgeEntry *Knowledge::byId(std::int64_t id) const
@@ -84,7 +105,7 @@ Knowledge::Wording Knowledge::wordingOf(const std::string &text)
     return {plain, withoutAskingWords(plain)};
 }
 
-double Knowledge::score(const Wordings &wordings, const Wording &query)
+double Knowledge::score(const Wordings &wordings, const Wording &query) const
 {
     double best = 0;
     for (const Wording &wording : wordings.all) {

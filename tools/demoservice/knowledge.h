@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pairweights.h"
+
 #include <cstdint>
 #include <string>
 #include <unordered_map>
@@ -26,7 +28,7 @@ class Knowledge
 public:
     explicit Knowledge(std::vector<KnowledgeEntry> entries);
 
-    // The index points into the entries.
+    // Neither copied nor moved: the index points into the entries.
     Knowledge(const Knowledge &) = delete;
     Knowledge &operator=(const Knowledge &) = delete;
     Knowledge(Knowledge &&) = delete;
@@ -69,11 +71,15 @@ private:
     };
 
     static Wording wordingOf(const std::string &text);
-    static double score(const Wordings &wordings, const Wording &query);
+    static std::vector<Wordings> wordingsOf(const std::vector<KnowledgeEntry> &entries);
+    static PairWeights weightsOf(const std::vector<Wordings> &all);
+    double contentScore(const std::u32string &wording, const std::u32string &query) const;
+    double score(const Wordings &wordings, const Wording &query) const;
     std::vector<Scored> scored(const std::string &query) const;
 
     const std::vector<KnowledgeEntry> m_entries;
-    std::vector<Wordings> m_wordings; ///< as many as entries
+    const std::vector<Wordings> m_wordings; ///< as many as entries
+    const PairWeights m_weights;
     std::unordered_map<std::int64_t, const KnowledgeEntry *> m_byId;
 };
 

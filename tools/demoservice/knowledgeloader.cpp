@@ -1,6 +1,7 @@
 #include "knowledgeloader.h"
 
 #include "files.h"
+#include "markup.h"
 #include "pictures.h"
 
 #include <nlohmann/json.hpp>
@@ -16,17 +17,14 @@ namespace {
 
 using nlohmann::json;
 
-/// One text or a list of texts that follow each other.
-std::string joinedText(const json &value)
+/// The blocks of a reply: a text, or a list of texts; an empty text has none.
+std::vector<std::string> blocks(const json &value)
 {
-    if (!value.is_array()) {
-        return value.get<std::string>();
+    if (value.is_array()) {
+        return value.get<std::vector<std::string>>();
     }
-    std::string joined;
-    for (const json &part : value) {
-        joined += part.get<std::string>();
-    }
-    return joined;
+    auto text = value.get<std::string>();
+    return text.empty() ? std::vector<std::string>() : std::vector<std::string>{std::move(text)};
 }
 
 /// Throws what the JSON library throws when a member is missing or of the wrong type.
@@ -43,14 +41,14 @@ KnowledgeEntry readEntry(const json &object)
     entry.id = object.at("id").get<std::int64_t>();
     entry.question = object.at("question").get<std::string>();
     entry.aliases = object.value("aliases", std::vector<std::string>());
-    entry.reply = joinedText(object.at("reply"));
+    entry.reply = markup(blocks(object.at("reply")));
     entry.recommends = object.value("recommends", std::vector<std::int64_t>());
     entry.hot = object.value("hot", false);
     entry.noHit = object.value("noHit", false);
     return entry;
 }
 
-/// Empty when the entry alone is in order.
+/// What is wrong with the entry by itself; empty when nothing is.
 std::string mistakeIn(const KnowledgeEntry &entry)
 {
     if (entry.id <= 0) {
@@ -68,7 +66,7 @@ std::string mistakeIn(const KnowledgeEntry &entry)
     return {};
 }
 
-/// Empty when the entries fit together.
+/// What does not fit between the entries; empty when all does.
 std::string mistakeAmong(const std::vector<KnowledgeEntry> &entries)
 {
     std::set<std::int64_t> ids;

@@ -84,16 +84,6 @@ bool carriesMeaning(char32_t point)
     return !generalPunctuation && !chinesePunctuation && !latin1Symbol;
 }
 
-std::vector<std::uint64_t> sortedPairs(const std::u32string &text)
-{
-    std::vector<std::uint64_t> pairs;
-    for (std::size_t i = 1; i < text.size(); ++i) {
-        pairs.push_back((static_cast<std::uint64_t>(text[i - 1]) << 32U) | text[i]);
-    }
-    std::sort(pairs.begin(), pairs.end());
-    return pairs;
-}
-
 } // namespace
 
 std::u32string codePoints(const std::string &utf8)
@@ -125,18 +115,14 @@ std::u32string normalised(const std::string &utf8)
     return kept;
 }
 
-double likeness(const std::u32string &one, const std::u32string &other)
+std::vector<std::uint64_t> sortedPairs(const std::u32string &text)
 {
-    const auto left = sortedPairs(one);
-    const auto right = sortedPairs(other);
-    if (left.empty() || right.empty()) {
-        return one == other && !one.empty() ? 1.0 : 0.0;
+    std::vector<std::uint64_t> pairs;
+    for (std::size_t i = 1; i < text.size(); ++i) {
+        pairs.push_back((static_cast<std::uint64_t>(text[i - 1]) << 32U) | text[i]);
     }
-    std::vector<std::uint64_t> shared;
-    std::set_intersection(left.begin(), left.end(), right.begin(), right.end(),
-                          std::back_inserter(shared));
-    return 2.0 * static_cast<double>(shared.size())
-         / static_cast<double>(left.size() + right.size());
+    std::sort(pairs.begin(), pairs.end());
+    return pairs;
 }
 
 std::string latin1FromUtf8(const std::string &utf8)

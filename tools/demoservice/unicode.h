@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace demo {
 
@@ -14,10 +16,8 @@ std::u32string folded(const std::string &utf8);
 /// half-width, and no blanks, punctuation or symbols.
 std::u32string normalised(const std::string &utf8);
 
-/// How alike two normalised texts are, from 0 to 1: twice the pairs of neighbouring characters that
-/// both have, over all pairs of both. Chinese has no blanks between words, so pairs stand for
-/// words.
-double likeness(const std::u32string &one, const std::u32string &other);
+/// The pairs of neighbouring characters of a text, in the order of their values.
+std::vector<std::uint64_t> sortedPairs(const std::u32string &text);
 
 /// The text in Latin-1; every UTF-16 unit above U+00FF becomes a question mark.
 std::string latin1FromUtf8(const std::string &utf8);

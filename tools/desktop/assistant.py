@@ -49,8 +49,8 @@ class Assistant:
         self._private = tempfile.TemporaryDirectory(prefix="miravel-")
         folder = Path(self._private.name)
         self.person = Person(display.name, folder)
-        env = {**base_environment(), "DISPLAY": display.name, "TMPDIR": str(folder),
-               "XDG_RUNTIME_DIR": str(folder), **(environment or {})}
+        env = {**installation.processes.environment(base_environment()), "DISPLAY": display.name,
+               "TMPDIR": str(folder), "XDG_RUNTIME_DIR": str(folder), **(environment or {})}
         self._runner = runner_for(folder)
         if prepare is not None:
             prepare(self._runner)
@@ -79,6 +79,14 @@ class Assistant:
         status."""
         with Child(self._command, env=self._env, output=None) as second:
             return second.wait()
+
+    def start_next(self) -> Child:
+        """Starts another copy, which is not waited for; a context manager that stops it."""
+        return Child(self._command, env=self._env, output=None)
+
+    def ask_to_close(self) -> None:
+        """Clicks the window's close button, and does not wait for the program's end."""
+        self.click(*CLOSE_BUTTON)
 
     def look(self) -> Image.Image:
         """The window as the screen shows it."""
@@ -178,7 +186,7 @@ class Assistant:
 
     def close(self) -> int:
         """Closes the window by its button; the program's exit status."""
-        self.click(*CLOSE_BUTTON)
+        self.ask_to_close()
         return self.process.wait()
 
     def _corner(self) -> tuple[int, int]:
