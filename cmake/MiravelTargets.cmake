@@ -42,6 +42,20 @@ function(miravel_bare_file_names target)
     endforeach()
 endfunction()
 
+# miravel_platform_sources(<variable> <stem>...): puts the file of each stem that this platform builds
+# into the variable: <stem>_windows.cpp or <stem>_other.cpp.
+function(miravel_platform_sources variable)
+    set(sources "")
+    foreach(stem IN LISTS ARGN)
+        if(WIN32)
+            list(APPEND sources ${stem}_windows.cpp)
+        else()
+            list(APPEND sources ${stem}_other.cpp)
+        endif()
+    endforeach()
+    set(${variable} "${sources}" PARENT_SCOPE)
+endfunction()
+
 # miravel_add_library(<name> SOURCES <file>... LINK <target>...): one static library for a module.
 function(miravel_add_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")

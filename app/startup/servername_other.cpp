@@ -1,17 +1,5 @@
 #include "app/startup/servername.h"
 
-#include <QtGlobal>
-
-#ifdef Q_OS_WIN
-
-bool isOwnFile(const QString &name)
-{
-    Q_UNUSED(name)
-    return false;
-}
-
-#else
-
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -23,5 +11,3 @@ bool isOwnFile(const QString &name)
     return QFileInfo(path).canonicalFilePath()
         == QFileInfo(QCoreApplication::applicationFilePath()).canonicalFilePath();
 }
-
-#endif
