@@ -15,6 +15,7 @@ class QFontMetrics;
 class QLabel;
 class QuestionCycle;
 class RecommendBox;
+class WaitingDots;
 struct Answer;
 struct ListedQuestion;
 
@@ -161,6 +162,7 @@ private:
     void connectRows(RecommendBox *box, const QString &question);
 
     ConversationList *m_list = nullptr;
+    WaitingDots *m_waitingDots = nullptr;
     QLabel *measureLabel = nullptr; ///< hidden; recommendations are measured in it
     ConversationPictures m_pictures;
     ConversationCopier *m_copier = nullptr;

@@ -31,6 +31,7 @@ ConversationList::ConversationList(QWidget *parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setSelectionMode(QAbstractItemView::NoSelection);
+    setAutoScroll(false); // or a click beside a tall entry would show its end
     verticalScrollBar()->setStyleSheet(styles::thinScrollBar());
     verticalScrollBar()->setSingleStep(wheelStep);
     // Nothing is sent to sleep at once: the mouse or key event that scrolls may be its own.
