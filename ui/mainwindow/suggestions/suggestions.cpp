@@ -3,6 +3,7 @@
 #include "app/base/logstream.h"
 #include "service/reply/listedquestion.h"
 #include "ui/answer/qaregion.h"
+#include "ui/mainwindow/input/heldtext.h"
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
 
 #include <QJsonArray>
@@ -18,7 +19,7 @@ Suggestions::Suggestions(QTextEdit *input, QARegion *region, QWidget *place)
 
 bool Suggestions::textHasChanged()
 {
-    const QString text = m_input->toPlainText();
+    const QString text = wholeText(*m_input->document());
     if (nSize_association > 0 && text.isEmpty()) {
         close();
     }
@@ -29,7 +30,7 @@ bool Suggestions::textHasChanged()
 
 void Suggestions::fetch()
 {
-    const QString text = m_input->toPlainText();
+    const QString text = wholeText(*m_input->document());
     const QJsonArray suggestions = m_region->suggestionsFor(text);
     LOG_INFO() << "nSize_association: " << suggestions.size();
     close();
