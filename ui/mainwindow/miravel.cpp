@@ -209,7 +209,7 @@ int Miravel::getLocationQuest_Num(QString question)
 
 void Miravel::send_messages()
 {
-    const QString question = m_form.inputPanel->input()->toPlainText().simplified();
+    const QString question = m_form.inputPanel->text().simplified();
     m_form.inputPanel->input()->clear();
     m_suggestions->close();
     m_modes->askOrExplain(question, "send messages when not logged in, isGetHotQuests:",
