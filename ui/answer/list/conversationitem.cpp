@@ -2,7 +2,6 @@
 
 #include "ui/style/styles.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QListWidgetItem>
 
@@ -98,7 +97,7 @@ bool ConversationItem::sleep()
 
 bool ConversationItem::isInUse() const
 {
-    const QWidget *focus = QApplication::focusWidget();
+    const QWidget *focus = window()->focusWidget();
     if (underMouse() || (focus != nullptr && isAncestorOf(focus))) {
         return true;
     }
