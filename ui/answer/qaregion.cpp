@@ -290,8 +290,16 @@ void QARegion::connectRows(RecommendBox *box, const QString &question)
 {
     connect(box, &RecommendBox::recommendClicked, this,
             [this, question](const QString &recommended, qint64 questionId) {
+                if (m_typingPlace != nullptr) {
+                    m_typingPlace->setFocus();
+                }
                 Miss_RecomSend(recommended, QStringLiteral("recommend"), question, questionId);
             });
+}
+
+void QARegion::setTypingPlace(QWidget *place)
+{
+    m_typingPlace = place;
 }
 
 void QARegion::switchRecommendOnly(int box, QString question)

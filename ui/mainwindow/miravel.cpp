@@ -199,6 +199,7 @@ void Miravel::switchHotQuestionLocation_change()
 
 void Miravel::hotRecom_list_click(QString question, qint64 questionId)
 {
+    m_form.inputPanel->input()->setFocus();
     m_modes->takeHotQuestion(question, questionId);
 }
 
@@ -211,6 +212,7 @@ void Miravel::send_messages()
 {
     const QString question = m_form.inputPanel->input()->toPlainText().simplified();
     m_form.inputPanel->input()->clear();
+    m_form.inputPanel->input()->setFocus(); // the next key is typed, wherever the click was
     m_modes->askOrExplain(question, "send messages when not logged in, isGetHotQuests:",
                           "send messages by idp qa request, isGetHotQuests:");
 }
@@ -233,6 +235,7 @@ void Miravel::association_list_click(QString question, qint64 id)
 {
     m_suggestions->closeForQuestion();
     m_form.inputPanel->input()->clear();
+    m_form.inputPanel->input()->setFocus();
     m_form.region->Miss_RecomSend(question, QStringLiteral("associate"), QString(), id);
 }
 

@@ -125,6 +125,18 @@ void AnswerItem::makeBars()
             [this] { emit foldRequested(FoldState::Folded); });
 }
 
+/// A bar that goes hands the focus to the one that comes.
+void AnswerItem::placeBars(const AnswerGeometry &places)
+{
+    FoldBar *const shown = places.openBar.isNull() ? m_retractBar : m_openBar;
+    FoldBar *const hidden = shown == m_openBar ? m_retractBar : m_openBar;
+    shown->placeAt(shown == m_openBar ? places.openBar : places.retractBar);
+    if (hidden->holdsFocus()) {
+        shown->takeFocus();
+    }
+    hidden->placeAt(hidden == m_openBar ? places.openBar : places.retractBar);
+}
+
 void AnswerItem::setFoldState(FoldState fold)
 {
     m_fold = fold;
@@ -139,8 +151,7 @@ void AnswerItem::setFoldState(FoldState fold)
         makeBars();
     }
     if (m_openBar != nullptr) {
-        m_openBar->placeAt(places.openBar);
-        m_retractBar->placeAt(places.retractBar);
+        placeBars(places);
     }
     if (m_box != nullptr) {
         m_box->setGeometry(places.recommendBox);

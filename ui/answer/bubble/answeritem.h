@@ -61,6 +61,7 @@ private:
     void makeContent(const QString &reply, const QString &title,
                      QVector<ConversationPicture> &pictures);
     void makeBars();
+    void placeBars(const AnswerGeometry &places);
 
     QString m_titleText;
     QString m_reply; ///< kept for an entry that may sleep
