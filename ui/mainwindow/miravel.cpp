@@ -14,6 +14,7 @@
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 #include "ui/mainwindow/input/inputpanel.h"
 #include "ui/mainwindow/itreport.h"
+#include "ui/mainwindow/suggestions/suggestionkeys.h"
 #include "ui/mainwindow/suggestions/suggestions.h"
 #include "ui/mainwindow/windowmodes.h"
 #include "ui/preview/animationfile.h"
@@ -74,7 +75,8 @@ void Miravel::connectInput()
 {
     const InputPanel *panel = m_form.inputPanel;
     panel->input()->installEventFilter(this);
-    panel->input()->setFocus(); // the user types at once
+    panel->input()->setFocus();                              // the user types at once
+    new SuggestionKeys(panel->input(), m_suggestions.get()); // belongs to the input box
     connect(panel, &InputPanel::sendClicked, this, &Miravel::send_messages);
     connect(panel, &InputPanel::menuRequested, this, &Miravel::inputEdit_rightMenu);
     connect(panel, &InputPanel::cutRequested, this, &Miravel::cut_slots);
