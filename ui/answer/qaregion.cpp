@@ -14,6 +14,7 @@
 #include "ui/answer/recommend/recommendonlyitem.h"
 #include "ui/preview/imagedisplay.h"
 #include "ui/style/surfaceshadow.h"
+#include "ui/text/reader/readerinterfaces.h"
 #include "ui/text/richtext.h"
 #include "ui/text/textwrap.h"
 
@@ -60,6 +61,7 @@ QARegion::QARegion(QWidget *parent)
         setObjectName(QStringLiteral("QARegion"));
     }
     colourLinks();
+    installReaderInterfaces();
     buildForm();
     m_cycle = new QuestionCycle(this);
     connectPieces();

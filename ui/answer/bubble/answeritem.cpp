@@ -107,6 +107,33 @@ void AnswerItem::rebuild()
     setFoldState(m_fold);
 }
 
+int AnswerItem::readCount() const
+{
+    return m_content == nullptr ? 0 : 1 + m_content->count() + partsBelowContent().size();
+}
+
+QWidget *AnswerItem::readPart(int number) const
+{
+    if (number == 0) {
+        return m_title;
+    }
+    const int row = number - 1;
+    return row < m_content->count() ? m_content->readPart(row)
+                                    : partsBelowContent().value(row - m_content->count());
+}
+
+QVector<QWidget *> AnswerItem::partsBelowContent() const
+{
+    QVector<QWidget *> parts;
+    if (m_openBar != nullptr) {
+        parts.append((m_openBar->isHidden() ? m_retractBar : m_openBar)->button());
+    }
+    if (m_box != nullptr) {
+        parts.append(m_box);
+    }
+    return parts;
+}
+
 void AnswerItem::setRecommends(const QVector<ListedQuestion> &recommends, QLabel *measure)
 {
     m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);

@@ -46,6 +46,11 @@ bool FoldBar::holdsFocus() const
     return window()->focusWidget() == m_button;
 }
 
+QWidget *FoldBar::button() const
+{
+    return m_button;
+}
+
 void FoldBar::takeFocus()
 {
     m_button->setFocus();

@@ -24,6 +24,8 @@ public:
     /// Whether the button has the window's focus, also while another window is active.
     [[nodiscard]] bool holdsFocus() const;
 
+    [[nodiscard]] QWidget *button() const;
+
     /// Gives it to the button.
     void takeFocus();
 

@@ -106,6 +106,25 @@ bool ConversationItem::isInUse() const
                        [](const QLabel *label) { return label->hasSelectedText(); });
 }
 
+QString ConversationItem::readName() const
+{
+    return (m_speaker == Speaker::User ? tr("您：%1") : tr("Miravel：%1")).arg(accessibleName());
+}
+
+int ConversationItem::partCount()
+{
+    if (!m_awake) {
+        wake();
+        emit wokenByReader();
+    }
+    return readCount();
+}
+
+QWidget *ConversationItem::part(int number)
+{
+    return number < partCount() ? readPart(number) : nullptr;
+}
+
 void ConversationItem::addSpeaker()
 {
     const SpeakerColumn column = columnOf(m_speaker);
