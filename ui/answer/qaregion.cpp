@@ -15,6 +15,7 @@
 #include "ui/answer/waitingdots.h"
 #include "ui/preview/imagedisplay.h"
 #include "ui/style/surfaceshadow.h"
+#include "ui/text/reader/readerinterfaces.h"
 #include "ui/text/richtext.h"
 #include "ui/text/textwrap.h"
 
@@ -61,6 +62,7 @@ QARegion::QARegion(QWidget *parent)
         setObjectName(QStringLiteral("QARegion"));
     }
     colourLinks();
+    installReaderInterfaces();
     buildForm();
     m_cycle = new QuestionCycle(this);
     connectPieces();
@@ -294,8 +296,16 @@ void QARegion::connectRows(RecommendBox *box, const QString &question)
 {
     connect(box, &RecommendBox::recommendClicked, this,
             [this, question](const QString &recommended, qint64 questionId) {
+                if (m_typingPlace != nullptr) {
+                    m_typingPlace->setFocus();
+                }
                 Miss_RecomSend(recommended, QStringLiteral("recommend"), question, questionId);
             });
+}
+
+void QARegion::setTypingPlace(QWidget *place)
+{
+    m_typingPlace = place;
 }
 
 void QARegion::switchRecommendOnly(int box, QString question)

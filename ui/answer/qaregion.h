@@ -4,6 +4,7 @@
 
 #include <QJsonArray>
 #include <QJsonValue>
+#include <QPointer>
 #include <QVector>
 #include <QWidget>
 
@@ -108,6 +109,10 @@ public:
 
     void scrollToBottom();
 
+    /// Where the focus goes from a recommendation that is asked, so that the next key is typed.
+    /// Not owned.
+    void setTypingPlace(QWidget *place);
+
     /// Scrolls as far as needed to show \a widget, a control of the conversation.
     void reveal(const QWidget *widget);
 
@@ -167,6 +172,7 @@ private:
     ConversationPictures m_pictures;
     ConversationCopier *m_copier = nullptr;
     QuestionCycle *m_cycle = nullptr;
+    QPointer<QWidget> m_typingPlace;
     // In the order shown; owned by the list.
     QVector<AnswerItem *> m_answers;
     QVector<RecommendBox *> m_answerBoxes; ///< below answers
