@@ -3,6 +3,7 @@
 #include "service/reply/listedquestion.h"
 #include "ui/answer/recommend/recommendpaging.h"
 #include "ui/style/styles.h"
+#include "ui/text/textwrap.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -69,7 +70,7 @@ RecommendPage::RecommendPage(const QVector<ListedQuestion> &recommends, int star
 
 void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLabel *measure)
 {
-    const QString shown = elided(recommend.text, elision, measure);
+    const QString shown = elided(rowPart(recommend.text), elision, measure);
 
     auto *row = new QWidget(viewport());
     row->setContentsMargins(0, 0, 0, 0);
@@ -88,9 +89,11 @@ void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLa
     button->setAccessibleName(recommend.text);
     if (recommend.text.isEmpty()) {
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
+    } else {
+        m_questions.append(button);
     }
     if (elision == Elision::Later && shown != recommend.text) {
-        button->setToolTip(asShown(recommend.text));
+        button->setToolTip(asShown(rowPart(recommend.text)));
     }
     connect(button, &QPushButton::clicked, this,
             [this, recommend] { emit recommendClicked(recommend.text, recommend.id); });
