@@ -5,6 +5,7 @@
 #include "app/startup/heap.h"
 #include "app/startup/qtenvironment.h"
 #include "app/startup/singleapplication.h"
+#include "app/startup/systemidentity.h"
 #include "resources/resources.h"
 #include "ui/mainwindow/miravel.h"
 
@@ -58,6 +59,7 @@ int main(int argc, char *argv[])
         return 0; // an unknown caller is shown nothing
     }
 
+    introduceToSystem();
     leaveOutBearerPlugins();
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
     Miravel window;
