@@ -2,9 +2,8 @@
 #include "app/startup/restartarguments.h"
 #include "app/startup/systemidentity.h"
 
-#include <windows.h>
-
 #include <shobjidl.h>
+#include <windows.h>
 
 void introduceToSystem()
 {

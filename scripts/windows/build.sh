@@ -11,5 +11,5 @@ scripts/windows/sdk.sh
 if [[ ! -f build/windows/build.ninja || cmake/windows-mingw.cmake -nt build/windows/CMakeCache.txt ]]; then
     cmake --fresh --preset windows
 fi
-cmake --build --preset windows -j"$(nproc)" --target Miravel "$@"
+cmake --build --preset windows -j"$(nproc)" --target Miravel doctor "$@"
 scripts/windows/folder.py complete build/windows/bin

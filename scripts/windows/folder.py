@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Completes and checks the folder that goes to a Windows machine.
 
-Usage: folder.py complete <folder>      adds what Miravel.exe there needs, removes all else
+Usage: folder.py complete <folder>      adds what Miravel.exe there needs and the doctor, removes
+                                        all else
        folder.py check <folder>         fails when a library is missing, not needed or not hardened
        folder.py openssl <libcrypto>    only looks at the places that this library reads files from
 
@@ -11,6 +12,7 @@ read from it with objdump; what is only loaded at run time is listed here.
 
 import os
 import re
+import shutil
 import subprocess
 import sys
 from pathlib import Path
@@ -20,6 +22,9 @@ from binary import TRIPLET, hardening_problems, header, imports, openssl_problem
 PROJECT = Path(__file__).resolve().parents[2]
 SDK = PROJECT / "build" / "windows-sdk"
 PROGRAM = "Miravel.exe"
+# For the administrator.
+DOCTOR = "doctor.exe"
+PROGRAMS = [PROGRAM, DOCTOR]
 
 # Loaded by name at run time. No bearer plugin: it polls the wireless card for nothing here.
 PLUGINS = [
@@ -64,18 +69,30 @@ def find_library(name, folders):
 
 
 def place(source, target):
-    """Copies a library without its symbols, always with the same result."""
+    """Copies a binary without its symbols, always with the same result."""
     target.parent.mkdir(parents=True, exist_ok=True)
     # Without an epoch the time of day would get into the file.
     subprocess.run([f"{TRIPLET}-strip", "--strip-unneeded", "-o", str(target), str(source)],
                    check=True, env={**os.environ, "SOURCE_DATE_EPOCH": "0"})
 
 
+def keep_symbols(source, folder):
+    """Keeps the symbols of a library, as far as there are any, for crash dumps."""
+    kept = folder / f"{source.name}.debug"
+    folder.mkdir(exist_ok=True)
+    apart = SDK / "symbols" / kept.name
+    if apart.exists():
+        shutil.copyfile(apart, kept)
+    elif subprocess.run([f"{TRIPLET}-nm", str(source)], capture_output=True, check=False).stdout:
+        subprocess.run([f"{TRIPLET}-objcopy", "--only-keep-debug", str(source), str(kept)], check=True)
+
+
 def complete(folder):
     folders = [SDK / "qt5/bin", SDK / "openssl/bin", *compiler_folders()]
     plugins = SDK / "qt5/plugins"
-    wanted = {PROGRAM}
-    waiting = [folder / PROGRAM]
+    wanted = set(PROGRAMS)
+    place(folder.parent / "tools" / DOCTOR, folder / DOCTOR)
+    waiting = [folder / name for name in PROGRAMS]
     for name in PLUGINS:
         place(plugins / name, folder / name)
         waiting.append(folder / name)
@@ -88,7 +105,9 @@ def complete(folder):
         name = names.pop()
         if name not in wanted:
             wanted.add(name)
-            place(find_library(name, folders), folder / name)
+            source = find_library(name, folders)
+            place(source, folder / name)
+            keep_symbols(source, folder.parent / "symbols")
             waiting.append(folder / name)
     for path in sorted(folder.rglob("*"), reverse=True):
         if path.is_dir():
@@ -102,10 +121,10 @@ def problems(folder):
     """One line for each thing that is wrong with the folder."""
     files = {path.relative_to(folder).as_posix(): path
              for path in folder.rglob("*") if path.is_file()}
-    for name in [PROGRAM, *PLUGINS, *RUN_TIME_LIBRARIES]:
+    for name in [*PROGRAMS, *PLUGINS, *RUN_TIME_LIBRARIES]:
         if name not in files:
             yield f"{name} is missing"
-    needed = {PROGRAM, *PLUGINS, *RUN_TIME_LIBRARIES}
+    needed = {*PROGRAMS, *PLUGINS, *RUN_TIME_LIBRARIES}
     beside_program = {name for name in files if "/" not in name}
     for name, path in files.items():
         if not name.lower().endswith((".exe", ".dll")):

@@ -27,8 +27,8 @@ std::wstring thisFile()
 /// False when the file cannot be read.
 bool readFile(const std::wstring &path, std::string *text)
 {
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         return false;
     }
@@ -53,7 +53,7 @@ bool writeNewFile(const std::wstring &path, const std::string &text)
     DWORD written = 0;
     const bool worked
         = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != 0
-        && written == text.size();
+       && written == text.size();
     CloseHandle(file);
     if (!worked) {
         DeleteFileW(path.c_str());
@@ -65,8 +65,9 @@ void remember(const std::vector<RunningCopy> &closed)
 {
     HKEY key = nullptr;
     if (closed.empty()
-        || RegCreateKeyExW(HKEY_LOCAL_MACHINE, closedKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr)
-            != ERROR_SUCCESS) {
+        || RegCreateKeyExW(HKEY_LOCAL_MACHINE, closedKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                           nullptr)
+               != ERROR_SUCCESS) {
         return;
     }
     for (const RunningCopy &copy : closed) {
@@ -113,7 +114,10 @@ std::vector<IniSetting> givenSettings(const std::vector<std::wstring> &values)
     const IniSetting all[] = {{"Log", "level", toUtf8(values[0])},
                               {"IpAndPort", "mserverip", toUtf8(values[1])},
                               {"IpAndPort", "mserverhttpsport", toUtf8(values[2])},
-                              {"ihttpInfo", "iHttpMode", mode.empty() ? "" : mode == "http" ? "0" : "1"},
+                              {"ihttpInfo", "iHttpMode",
+                               mode.empty()     ? ""
+                               : mode == "http" ? "0"
+                                                : "1"},
                               {"SysguardPort", "port1", toUtf8(values[4])}};
     std::vector<IniSetting> given;
     std::copy_if(std::begin(all), std::end(all), std::back_inserter(given),
@@ -261,8 +265,8 @@ extern "C" __declspec(dllexport) UINT __stdcall putAnswersBack(MSIHANDLE handle)
 }
 
 /// Run by rundll32 in another session: the arguments are process numbers.
-extern "C" __declspec(dllexport) void CALLBACK askInSessionW(HWND /*window*/, HINSTANCE /*library*/,
-                                                             LPWSTR arguments, int /*show*/)
+extern "C" __declspec(dllexport) void CALLBACK
+    askInSessionW(HWND /*window*/, HINSTANCE /*library*/, LPWSTR arguments, int /*show*/)
 {
     std::vector<DWORD> processes;
     wchar_t *end = arguments;

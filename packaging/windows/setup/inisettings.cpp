@@ -101,8 +101,9 @@ std::vector<IniSetting> settingsOfGroup(const std::string &text, const std::stri
             continue;
         }
         const IniSetting setting{group, key, trimmed(line.substr(line.find('=') + 1))};
-        const auto same = std::find_if(found.begin(), found.end(),
-                                       [&key](const IniSetting &other) { return other.key == key; });
+        const auto same = std::find_if(found.begin(), found.end(), [&key](const IniSetting &other) {
+            return other.key == key;
+        });
         if (same == found.end()) {
             found.push_back(setting);
         } else {

@@ -15,6 +15,6 @@ struct IniSetting
 /// does not have is added. Line ends become carriage return and line feed.
 std::string withSettings(const std::string &text, const std::vector<IniSetting> &settings);
 
-/// The values of one group in the order of the text; comments, other groups and lines without an equals
-/// sign are left out. The last of two equal keys counts. A byte-order mark is passed over.
+/// The values of one group in the order of the text; comments, other groups and lines without an
+/// equals sign are left out. The last of two equal keys counts. A byte-order mark is passed over.
 std::vector<IniSetting> settingsOfGroup(const std::string &text, const std::string &group);

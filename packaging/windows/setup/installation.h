@@ -1,8 +1,7 @@
 #pragma once
 
-#include <windows.h>
-
 #include <msi.h>
+#include <windows.h>
 
 #include <string>
 #include <vector>

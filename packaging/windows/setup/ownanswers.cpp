@@ -1,8 +1,7 @@
 #include "ownanswers.h"
 
-#include <windows.h>
-
 #include <msi.h>
+#include <windows.h>
 
 #include <cstdio>
 
@@ -48,7 +47,8 @@ std::wstring sumOf(const std::wstring &file)
     return sum;
 }
 
-void note(std::vector<std::wstring> *done, std::wstring *failed, const std::wstring &name, BOOL worked)
+void note(std::vector<std::wstring> *done, std::wstring *failed, const std::wstring &name,
+          BOOL worked)
 {
     if (worked != 0) {
         done->push_back(name);

@@ -10,9 +10,9 @@ using AnswerSums = std::map<std::wstring, std::wstring>;
 /// Reads "0.txt=<sum>,1.txt=<sum>".
 AnswerSums answerSums(const std::wstring &text);
 
-/// Moves those answers of \a folder that are not the shipped ones into the folder beside it whose name
-/// ends in ".own", out of the way of an installation. Gives their names, and sets \a failed to the first
-/// that could not be moved.
+/// Moves those answers of \a folder that are not the shipped ones into the folder beside it whose
+/// name ends in ".own", out of the way of an installation. Gives their names, and sets \a failed to
+/// the first that could not be moved.
 std::vector<std::wstring> setOwnAnswersAside(const std::wstring &folder, const AnswerSums &shipped,
                                              std::wstring *failed);
 

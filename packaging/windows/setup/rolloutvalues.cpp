@@ -37,18 +37,23 @@ std::vector<std::string> complaints(const RolloutValues &values)
             found.emplace_back(complaint);
         }
     };
-    const auto given = [](const std::string &value) { return !value.empty(); };
+    const auto given = [](const std::string &value) {
+        return !value.empty();
+    };
     expect(isOneOf(values.layout, {"standalone", "client"}),
            u8"LAYOUT 只能是 standalone 或 client。LAYOUT must be standalone or client.");
-    expect(values.layout != "client" || given(values.clientFolder),
-           u8"LAYOUT=client 时必须给出 CLIENTFOLDER。LAYOUT=client needs CLIENTFOLDER, the folder of "
-           u8"the virtual-desktop client.");
-    expect(!given(values.logLevel)
-               || isOneOf(values.logLevel, {"DEBUG", "INFO", "WARN", "ERROR", "FATAL"}),
-           u8"LOGLEVEL 只能是 DEBUG、INFO、WARN、ERROR 或 FATAL。LOGLEVEL must be DEBUG, INFO, WARN, "
-           u8"ERROR or FATAL.");
-    expect(isAddress(values.serviceAddress),
-           u8"SERVICEADDRESS 必须是主机名或 IP 地址。SERVICEADDRESS must be a host name or an address.");
+    expect(
+        values.layout != "client" || given(values.clientFolder),
+        u8"LAYOUT=client 时必须给出 CLIENTFOLDER。LAYOUT=client needs CLIENTFOLDER, the folder of "
+        u8"the virtual-desktop client.");
+    expect(
+        !given(values.logLevel)
+            || isOneOf(values.logLevel, {"DEBUG", "INFO", "WARN", "ERROR", "FATAL"}),
+        u8"LOGLEVEL 只能是 DEBUG、INFO、WARN、ERROR 或 FATAL。LOGLEVEL must be DEBUG, INFO, WARN, "
+        u8"ERROR or FATAL.");
+    expect(
+        isAddress(values.serviceAddress),
+        u8"SERVICEADDRESS 必须是主机名或 IP 地址。SERVICEADDRESS must be a host name or an address.");
     expect(!given(values.servicePort) || isPort(values.servicePort),
            u8"SERVICEPORT 必须是 1 到 65535 的端口号。SERVICEPORT must be a port from 1 to 65535.");
     expect(!given(values.serviceMode) || isOneOf(values.serviceMode, {"http", "https"}),

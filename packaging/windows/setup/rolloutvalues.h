@@ -15,6 +15,6 @@ struct RolloutValues
     std::string guardPort;
 };
 
-/// What is wrong with the values: one line for each, which names the property and what it may be, in
-/// Chinese and English (UTF-8). Empty when all can be used.
+/// What is wrong with the values: one line for each, which names the property and what it may be,
+/// in Chinese and English (UTF-8). Empty when all can be used.
 std::vector<std::string> complaints(const RolloutValues &values);

@@ -54,7 +54,7 @@ std::wstring fileOf(HANDLE process)
     std::wstring path(pathCharacters, L'\0');
     auto length = static_cast<DWORD>(path.size());
     return QueryFullProcessImageNameW(process, 0, &path[0], &length) != 0 ? path.substr(0, length)
-                                                                         : std::wstring();
+                                                                          : std::wstring();
 }
 
 std::wstring argumentsOf(HANDLE process)
@@ -65,8 +65,9 @@ std::wstring argumentsOf(HANDLE process)
     std::vector<char> data(pathCharacters * 2 + sizeof(UNICODE_STRING));
     ULONG used = 0;
     if (query == nullptr
-        || query(process, commandLineInformation, data.data(), static_cast<ULONG>(data.size()), &used)
-            < 0) {
+        || query(process, commandLineInformation, data.data(), static_cast<ULONG>(data.size()),
+                 &used)
+               < 0) {
         return {};
     }
     const auto *text = reinterpret_cast<const UNICODE_STRING *>(data.data());
@@ -101,10 +102,10 @@ bool startWithToken(HANDLE token, std::wstring commandLine, const wchar_t *folde
     start.cb = sizeof(start);
     start.lpDesktop = desktop;
     PROCESS_INFORMATION started = {};
-    const bool done = CreateProcessAsUserW(token, nullptr, &commandLine[0], nullptr, nullptr, FALSE,
-                                           CREATE_UNICODE_ENVIRONMENT, environment, folder, &start,
-                                           &started)
-        != 0;
+    const bool done
+        = CreateProcessAsUserW(token, nullptr, &commandLine[0], nullptr, nullptr, FALSE,
+                               CREATE_UNICODE_ENVIRONMENT, environment, folder, &start, &started)
+       != 0;
     const Handle process(started.hProcess);
     const Handle thread(started.hThread);
     if (environment != nullptr) {
@@ -114,15 +115,17 @@ bool startWithToken(HANDLE token, std::wstring commandLine, const wchar_t *folde
 }
 
 /// Window messages do not leave their session, so the asking is done by a process in it.
-void askInOtherSession(DWORD session, const std::wstring &helper, const std::vector<DWORD> &processes)
+void askInOtherSession(DWORD session, const std::wstring &helper,
+                       const std::vector<DWORD> &processes)
 {
     HANDLE own = nullptr;
     HANDLE copied = nullptr;
     OpenProcessToken(GetCurrentProcess(), TOKEN_DUPLICATE, &own);
     const Handle ownToken(own);
     if (!ownToken.isOpen()
-        || DuplicateTokenEx(own, MAXIMUM_ALLOWED, nullptr, SecurityImpersonation, TokenPrimary, &copied)
-            == 0) {
+        || DuplicateTokenEx(own, MAXIMUM_ALLOWED, nullptr, SecurityImpersonation, TokenPrimary,
+                            &copied)
+               == 0) {
         return;
     }
     const Handle token(copied);
@@ -236,9 +239,9 @@ bool startInSession(const std::wstring &program, const RunningCopy &copy)
     STARTUPINFOW start = {};
     start.cb = sizeof(start);
     PROCESS_INFORMATION started = {};
-    const bool done = CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, FALSE, 0, nullptr,
-                                     folder.c_str(), &start, &started)
-        != 0;
+    const bool done = CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, FALSE, 0,
+                                     nullptr, folder.c_str(), &start, &started)
+                   != 0;
     const Handle process(started.hProcess);
     const Handle thread(started.hThread);
     return done;

@@ -16,13 +16,13 @@ struct RunningCopy
 /// The copies that were started from this file, in every session that this process may see.
 std::vector<RunningCopy> runningCopies(const std::wstring &program);
 
-/// Asks the copies in this process's own session to close, as their close button does: each of their
-/// windows gets WM_CLOSE. Does not wait.
+/// Asks the copies in this process's own session to close, as their close button does: each of
+/// their windows gets WM_CLOSE. Does not wait.
 void askToClose(const std::vector<DWORD> &processes);
 
-/// Asks the copies to close, each in its session, again once a second, and waits until all have ended
-/// or the time is over. Nothing is ended by force. Gives the copies that have closed. \a helper is this
-/// library's file, whose askInSession is run in other sessions.
+/// Asks the copies to close, each in its session, again once a second, and waits until all have
+/// ended or the time is over. Nothing is ended by force. Gives the copies that have closed. \a
+/// helper is this library's file, whose askInSession is run in other sessions.
 std::vector<RunningCopy> closeCopies(const std::vector<RunningCopy> &copies,
                                      const std::wstring &helper, DWORD milliseconds);
 

@@ -20,11 +20,16 @@ void TestRestartArguments::argumentsBehindTheName_areKept_data()
     QTest::newRow("name alone") << "Miravel.exe" << QString();
     QTest::newRow("quoted name alone") << "\"C:\\a b\\Miravel.exe\"" << QString();
     QTest::newRow("blanks behind the name") << "\"C:\\a b\\Miravel.exe\"  " << QString();
-    QTest::newRow("plain name") << "Miravel.exe --Type=vdi" << "--Type=vdi";
-    QTest::newRow("name in quotes") << "\"C:\\a b\\Miravel.exe\" --Type=ombra" << "--Type=ombra";
-    QTest::newRow("nothing between quote and argument") << "\"a b\"--Type=vdi" << "--Type=vdi";
-    QTest::newRow("tab") << "Miravel.exe\t--Type vdi" << "--Type vdi";
-    QTest::newRow("quotes of arguments stay") << "\"a b\" --Type \"v d\" \"x\"" << "--Type \"v d\" \"x\"";
+    QTest::newRow("plain name") << "Miravel.exe --Type=vdi"
+                                << "--Type=vdi";
+    QTest::newRow("name in quotes") << "\"C:\\a b\\Miravel.exe\" --Type=ombra"
+                                    << "--Type=ombra";
+    QTest::newRow("nothing between quote and argument") << "\"a b\"--Type=vdi"
+                                                        << "--Type=vdi";
+    QTest::newRow("tab") << "Miravel.exe\t--Type vdi"
+                         << "--Type vdi";
+    QTest::newRow("quotes of arguments stay") << "\"a b\" --Type \"v d\" \"x\""
+                                              << "--Type \"v d\" \"x\"";
     QTest::newRow("open quote") << "\"C:\\a b --Type=vdi" << QString();
 }
 
