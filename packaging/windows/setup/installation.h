@@ -1,7 +1,10 @@
 #pragma once
 
-#include <msi.h>
+// clang-format off
+// The second needs the first.
 #include <windows.h>
+#include <msi.h>
+// clang-format on
 
 #include <string>
 #include <vector>

@@ -1,7 +1,10 @@
 #include "ownanswers.h"
 
-#include <msi.h>
+// clang-format off
+// The second needs the first.
 #include <windows.h>
+#include <msi.h>
+// clang-format on
 
 #include <cstdio>
 
