@@ -20,7 +20,7 @@ soak:
 build:
 	scripts/build.sh release
 
-# What the program costs against the bare toolkit: one table, also in build/bench/results.json.
+# What the program costs against the bare Qt: one table, also in build/bench/results.json.
 bench:
 	scripts/bench.sh
 

@@ -34,7 +34,7 @@ int main(int argc, char *argv[])
     QApplication::setFont(QFont(QStringLiteral("Microsoft YaHei")));
     initResources();
     initAppPaths(QString());
-    // As the program runs by default: what is no error is dropped by its own handler.
+    // The program's own handler, at its default level, drops what is no error.
     initLogSetting(QString(), QString());
     qInstallMessageHandler(logMessageHandler);
 

@@ -46,7 +46,7 @@ QString replyWith(const QVector<QByteArray> &encoded)
     return reply;
 }
 
-/// The pictures are kept, as by anyone who shows them.
+/// Decodes and scales the pictures, and keeps them as anyone does who shows them.
 double bareCost(const QVector<QByteArray> &encoded)
 {
     QVector<QPixmap> kept;
@@ -61,7 +61,7 @@ double bareCost(const QVector<QByteArray> &encoded)
     });
 }
 
-/// Without what the region costs: an earlier answer has made and shown it.
+/// Times one answer alone: an earlier one has made and shown the region.
 double answerCost(const QString &reply)
 {
     QARegion region;

@@ -19,7 +19,7 @@ constexpr int memoryRounds = 5;
 constexpr int settleMs = 500; ///< a process that used no processor time for so long is idle
 constexpr int patienceMs = 30000;
 
-/// The bytes of the process \a pid that are in memory, in KiB.
+/// What the process \a pid holds in memory, in KiB.
 double residentKib(qint64 pid)
 {
     QFile file(QStringLiteral("/proc/%1/statm").arg(pid));
@@ -28,7 +28,7 @@ double residentKib(qint64 pid)
     return file.readAll().split(' ').value(1).toDouble() * pageKib;
 }
 
-/// What its threads have done so far.
+/// What the threads of a process have done so far.
 struct Activity
 {
     qint64 ticks = 0;  ///< of processor time
@@ -49,7 +49,7 @@ Activity activityOf(qint64 pid)
         QFile file(threads.filePath(thread + QStringLiteral("/stat")));
         file.open(QIODevice::ReadOnly);
         const QByteArray line = file.readAll();
-        // From the state on; the name before it may hold blanks.
+        // Fields are counted from the state on; the name before it may hold blanks.
         const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
         activity.waits = activity.waits && fields.value(0) == "S";
         activity.ticks += fields.value(11).toLongLong() + fields.value(12).toLongLong();
@@ -110,7 +110,7 @@ public:
 
     ChildProcess &start()
     {
-        // Everyday life is no start after a crash, which is how the copy before this one ended.
+        // The copy before this one was killed, and an everyday start does not follow a crash.
         QFile::remove(m_installation.localName());
         return m_installation.start({QStringLiteral("--Type=vdi")});
     }
@@ -149,7 +149,7 @@ struct Starts
     std::vector<double> times;
     std::vector<double> processorTimes;
 
-    /// Measures one that \a start makes.
+    /// Measures one start, which \a start makes.
     void add(const std::function<ChildProcess &()> &start)
     {
         ChildProcess *process = nullptr;
@@ -197,8 +197,9 @@ Rows measureStart()
     EverydayInstallation installation;
     Starts ours;
     Starts bare;
-    // In turn, so that whatever else the machine does weighs on both. The least is the start that
-    // was disturbed least; what the threads computed is nearly the same however often they waited.
+    // Both start in turn, so that whatever else the machine does weighs on both. The least is the
+    // start that was disturbed least; what the threads computed is nearly the same however often
+    // they waited.
     for (int round = 0; round < startRounds; ++round) {
         ours.add([&installation]() -> ChildProcess & { return installation.start(); });
         ChildProcess process;

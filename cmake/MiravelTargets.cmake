@@ -35,7 +35,10 @@ function(miravel_bare_file_names target)
     list(REMOVE_DUPLICATES folders)
     list(SORT folders)
     foreach(folder IN LISTS folders)
-        target_compile_options(${target} PRIVATE "-fmacro-prefix-map=${folder}/=")
+        # A compiler cache may hand sources over by their path from the build folder.
+        file(RELATIVE_PATH from_build "${CMAKE_BINARY_DIR}" "${folder}")
+        target_compile_options(${target} PRIVATE "-fmacro-prefix-map=${folder}/="
+                                                 "-fmacro-prefix-map=${from_build}/=")
     endforeach()
 endfunction()
 

@@ -15,6 +15,11 @@ GuardMessage readGuardMessage(const QByteArray &data)
     return {document.object(), {}};
 }
 
+QString guardQuestion(const QJsonObject &message)
+{
+    return throughLocalEncoding(message.value(QLatin1String("question")).toString());
+}
+
 QByteArray guardAcknowledgement(qint32 replyCode)
 {
     const QJsonObject acknowledgement{{QStringLiteral("code"), QString::number(replyCode)}};

@@ -15,5 +15,9 @@ struct GuardMessage
 /// system's own encoding can hold its characters.
 [[nodiscard]] GuardMessage readGuardMessage(const QByteArray &data);
 
+/// The question that the object of a message asks, as far as the system's own encoding can hold its
+/// characters and up to the first NUL character; empty when it asks none.
+[[nodiscard]] QString guardQuestion(const QJsonObject &message);
+
 /// What a message that could be read is answered with.
 [[nodiscard]] QByteArray guardAcknowledgement(qint32 replyCode);

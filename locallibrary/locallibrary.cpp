@@ -16,7 +16,7 @@ QString filePath(int number)
 
 } // namespace
 
-void LocalLibrary::parseLocalQA()
+void LocalLibrary::read()
 {
     for (int number = 0; number < fileCount; ++number) {
         QFile file(filePath(number));
@@ -36,15 +36,15 @@ void LocalLibrary::parseLocalQA()
 void LocalLibrary::append(const LocalRecord &record)
 {
     if (!contains(record)) {
-        m_questLocation.append(record.question);
-        m_answerLocation.append(record.answer);
+        m_questions.append(record.question);
+        m_answers.append(record.answer);
     }
 }
 
 bool LocalLibrary::contains(const LocalRecord &record) const
 {
-    for (int i = 1; i < m_questLocation.size(); ++i) {
-        if (m_questLocation.at(i) == record.question && m_answerLocation.at(i) == record.answer) {
+    for (int i = 1; i < m_questions.size(); ++i) {
+        if (m_questions.at(i) == record.question && m_answers.at(i) == record.answer) {
             return true;
         }
     }

@@ -11,21 +11,21 @@ class LocalLibrary
 public:
     /// Reads "LocalQA/0.txt" to "LocalQA/29.txt" and appends the records that are not there yet. A
     /// file that is missing, unreadable or without a record is passed over.
-    void parseLocalQA();
+    void read();
 
     /// How many questions there are.
-    [[nodiscard]] int size() const { return m_questLocation.size() - 1; }
+    [[nodiscard]] int size() const { return m_questions.size() - 1; }
 
     /// The questions, from index 1 on; the entry before them is empty and never a question.
-    [[nodiscard]] const QStringList &questLocation() const { return m_questLocation; }
+    [[nodiscard]] const QStringList &questions() const { return m_questions; }
 
     /// Their answers, at the same indices.
-    [[nodiscard]] const QStringList &answerLocation() const { return m_answerLocation; }
+    [[nodiscard]] const QStringList &answers() const { return m_answers; }
 
 private:
     void append(const LocalRecord &record);
     [[nodiscard]] bool contains(const LocalRecord &record) const;
 
-    QStringList m_questLocation{QString()};
-    QStringList m_answerLocation{QString()};
+    QStringList m_questions{QString()};
+    QStringList m_answers{QString()};
 };

@@ -2,7 +2,7 @@
 
 #include <QDir>
 
-// Outside any namespace: the macro declares the generated function in the scope it stands in.
+// Q_INIT_RESOURCE declares the generated function in its own scope, so it stands in no namespace.
 void initResources()
 {
     Q_INIT_RESOURCE(miravel);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Makes the pictures under ":/Images/" known to the resource system. They sit in a static library
-/// whose data the linker drops unless something asks for it: call this first in main() and in each
-/// test that shows a widget. Calling it again does no harm. Any thread; no errors.
+/// Makes the pictures under ":/Images/" known to Qt's resource system. The pictures sit in a static
+/// library whose data the linker drops unless something asks for it: call initResources() first in
+/// main() and in each test that shows a widget. A second call does no harm. Any thread; no errors.
 void initResources();

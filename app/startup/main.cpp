@@ -61,6 +61,8 @@ int main(int argc, char *argv[])
 
     introduceToSystem();
     leaveOutBearerPlugins();
+    QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app,
+                     &SingleApplication::makeRoomForNext);
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
     Miravel window;
     if (fromLauncher) {

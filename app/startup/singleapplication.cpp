@@ -1,5 +1,6 @@
 #include "app/startup/singleapplication.h"
 
+#include "app/startup/processend.h"
 #include "app/startup/servername.h"
 
 #include <QFileInfo>
@@ -53,6 +54,14 @@ void SingleApplication::becomeFirstCopy()
         QLocalServer::removeServer(m_serverName);
         m_localServer->listen(m_serverName);
     }
+}
+
+void SingleApplication::makeRoomForNext()
+{
+    if (m_localServer != nullptr) {
+        m_localServer->close();
+    }
+    endWithin(mostMsAfterLastWindow);
 }
 
 void SingleApplication::NewLocalConnection()

@@ -22,6 +22,10 @@ public:
     /// True when another copy answered: this one should end at once.
     [[nodiscard]] bool isRunning() const;
 
+    /// The last window has closed: gives the name up, so that the next start gets its window, and
+    /// lets the process live 3 s longer at most.
+    void makeRoomForNext();
+
     /// The window that is brought to the front; not owned, null until start-up sets it.
     QPointer<QWidget> w;
 

@@ -1,8 +1,11 @@
 #include "service/gateway/korvpntool.h"
 
+#include "app/base/logstream.h"
+
 #include <QCoreApplication>
 #include <QLibrary>
 
+#include <chrono>
 #include <cstring>
 #include <mutex>
 
@@ -21,7 +24,7 @@ using QueryFunction = const void *(*)(const char *, int, int);
 
 struct KorVpnTool
 {
-    std::mutex mutex;
+    std::timed_mutex mutex;
     InitFunction init = nullptr; // this and the next are guarded by mutex
     QueryFunction query = nullptr;
 };
@@ -57,10 +60,15 @@ bool load(KorVpnTool &tool)
 
 } // namespace
 
-std::optional<KorGateway> selectedKorGateway()
+std::optional<KorGateway> selectedKorGateway(int turnLimitMs)
 {
     KorVpnTool &tool = korVpnTool();
-    const std::lock_guard<std::mutex> lock(tool.mutex);
+    const std::unique_lock<std::timed_mutex> lock(tool.mutex,
+                                                  std::chrono::milliseconds(turnLimitMs));
+    if (!lock.owns_lock()) {
+        LOG_WARNING() << "KorVpnTool has not answered an earlier call, it is not asked again.";
+        return std::nullopt;
+    }
     if (!tool.query && !load(tool)) {
         return std::nullopt;
     }

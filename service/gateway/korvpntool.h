@@ -16,8 +16,10 @@ struct KorGateway
 ///
 /// The library is looked for beside the program, then on the system's search path; once found it
 /// stays loaded for the rest of the process, until then every call looks again. It promises no
-/// thread safety, so calls are made one at a time. Any thread.
-[[nodiscard]] std::optional<KorGateway> selectedKorGateway();
+/// thread safety, so calls are made one at a time: a call waits at most \a turnLimitMs for its turn
+/// and gives up, with a warning, when the library still has not answered an earlier one. Any
+/// thread; blocks as long as the library does.
+[[nodiscard]] std::optional<KorGateway> selectedKorGateway(int turnLimitMs);
 
 /// Reads the two known fields of the library's info record: at byte 0 the port, a 32-bit integer in
 /// the machine's byte order, at byte 164 the address, 8-bit text up to a NUL.

@@ -11,7 +11,19 @@ ParsedReply parseReply(const QByteArray &bytes)
     return {document, error.error};
 }
 
+ReplyStatus readStatus(const QJsonDocument &document)
+{
+    const QJsonObject reply = document.object();
+    return {reply.value(QLatin1String("errorCode")).toString(),
+            reply.value(QLatin1String("errorMsg")).toString()};
+}
+
+QJsonValue resultOf(const QJsonDocument &document)
+{
+    return document.object().value(QLatin1String("result"));
+}
+
 QJsonArray resultArray(const QJsonDocument &document)
 {
-    return document.object().value(QLatin1String("result")).toArray();
+    return resultOf(document).toArray();
 }

@@ -15,7 +15,7 @@ DeadlineWait::~DeadlineWait()
     QObject::disconnect(m_ending);
 }
 
-bool DeadlineWait::exec()
+DeadlineWait::End DeadlineWait::exec()
 {
     if (!m_ended) {
         m_deadline.setRemainingTime(m_timer.interval(), Qt::PreciseTimer);
@@ -24,7 +24,10 @@ bool DeadlineWait::exec()
         m_timer.stop();
     }
     QObject::disconnect(m_ending);
-    return !m_expired;
+    if (m_expired) {
+        return End::TooLate;
+    }
+    return m_ended ? End::InTime : End::GivenUp;
 }
 
 void DeadlineWait::end()

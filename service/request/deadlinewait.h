@@ -9,8 +9,8 @@
 ///
 /// Waits of one thread end in the reverse order of their beginning, so an outer time limit may pass
 /// while an inner wait still runs. What counts is which came first, the signal or the limit, not
-/// when the loop gets round to ending. A loop that ends because the thread or the application
-/// quits counts as in time.
+/// when the loop gets round to ending. A loop that ends because the thread or the application quits
+/// has been given up.
 class DeadlineWait final
 {
     Q_DISABLE_COPY_MOVE(DeadlineWait)
@@ -28,8 +28,15 @@ public:
         m_ending = QObject::connect(sender, signal, &m_timer, [this] { end(); });
     }
 
-    /// Waits. Returns false when the time limit passed before the signal.
-    [[nodiscard]] bool exec();
+    /// How a wait has ended.
+    enum class End {
+        InTime,  ///< by the signal
+        TooLate, ///< by the time limit
+        GivenUp, ///< by neither: the thread or the application quits
+    };
+
+    /// Waits.
+    [[nodiscard]] End exec();
 
 private:
     void end();

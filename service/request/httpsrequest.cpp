@@ -4,8 +4,8 @@
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
 #include "app/base/texttools.h"
-#include "service/gateway/korvpntool.h"
 #include "service/request/deadlinewait.h"
+#include "service/request/gatewayquery.h"
 #include "service/request/requestsettings.h"
 #include "service/request/requesttarget.h"
 #include "service/request/signedrequest.h"
@@ -28,7 +28,7 @@
 namespace {
 
 constexpr int repliedInTime = 0;
-constexpr int repliedTooLate = -1;
+constexpr int noReply = -1;
 constexpr int connectTimeoutMs = 1000;
 
 const QLatin1String successMarker("\"errorCode\":\"0\"");
@@ -59,10 +59,10 @@ ServiceEndpoint chooseTarget(bool configFallback, const ServiceEndpoint &configu
     return configured;
 }
 
-bool finishedInTime(const QNetworkReply &reply, int timeoutMs)
+DeadlineWait::End waitForReply(const QNetworkReply &reply, int timeoutMs)
 {
     if (reply.isFinished()) {
-        return true;
+        return DeadlineWait::End::InTime;
     }
     DeadlineWait wait(timeoutMs);
     wait.endOn(&reply, &QNetworkReply::finished);
@@ -80,12 +80,42 @@ void logNetworkError(QNetworkReply::NetworkError error)
 ServiceEndpoint askForGateway()
 {
     ServiceEndpoint endpoint;
-    if (const auto gateway = selectedKorGateway()) {
+    if (const auto gateway = askGatewayLibrary()) {
         endpoint = {gateway->address, QString::number(gateway->port)};
         setResolvedEndpoint(endpoint);
         LOG_INFO() << "strAddr:" << endpoint.strAddr << "strPort:" << endpoint.strPort;
     }
     return endpoint;
+}
+
+/// What a connection test has shown.
+enum class Reached {
+    Yes,
+    No,
+    Unknown, ///< the program ends
+};
+
+Reached tryToReach(const QString &host, int port)
+{
+    QTcpSocket socket;
+    socket.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    DeadlineWait wait(connectTimeoutMs);
+    wait.endOn(&socket, &QTcpSocket::connected);
+    socket.abort();
+    socket.connectToHost(host, static_cast<quint16>(port), QIODevice::ReadWrite,
+                         QAbstractSocket::AnyIPProtocol);
+    switch (wait.exec()) {
+    case DeadlineWait::End::InTime:
+        LOG_DEBUG() << "connected ipport:" << host;
+        return Reached::Yes;
+    case DeadlineWait::End::TooLate:
+        LOG_WARNING() << "NetSocketConnect iErrorCode = " << static_cast<int>(socket.error());
+        return Reached::No;
+    case DeadlineWait::End::GivenUp:
+        break;
+    }
+    LOG_INFO() << "connection test given up, the program ends.";
+    return Reached::Unknown;
 }
 
 } // namespace
@@ -106,15 +136,19 @@ int httpsRequest::SendHttpsRequest(const QString &urlPath, int httpMode, int tim
     const QNetworkRequest request = prepareRequest(urlPath, httpMode, configFallback);
     manager.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
     const std::unique_ptr<QNetworkReply> reply(manager.post(request, body));
-    if (!finishedInTime(*reply, timeoutMs)) {
+    const DeadlineWait::End end = waitForReply(*reply, timeoutMs);
+    if (end != DeadlineWait::End::InTime) {
         reply->abort();
-        LOG_WARNING() << "HTTPS request timeout.";
-        return repliedTooLate;
+        if (end == DeadlineWait::End::TooLate) {
+            LOG_WARNING() << "HTTPS request timeout.";
+        } else {
+            LOG_INFO() << "HTTPS request given up, the program ends.";
+        }
+        return noReply;
     }
     *replyBuffer = reply->readAll();
     httpsError_Log(utf8UpToNul(*replyBuffer));
     logNetworkError(reply->error());
-    reply->abort(); // still under way when the application quits
     return repliedInTime;
 }
 
@@ -157,10 +191,11 @@ void httpsRequest::getUseful_IpPort()
     setResolvedEndpoint({});
     const ServiceEndpoint configured = readConfiguredServer(configPath);
     LOG_DEBUG() << "start ping, time: " << timeOfDay();
-    if (NetSocketConnect(configured.strAddr, configured.strPort.toInt())) {
+    const Reached reached = tryToReach(configured.strAddr, configured.strPort.toInt());
+    if (reached == Reached::Yes) {
         LOG_INFO() << "can ping";
         setResolvedEndpoint(configured);
-    } else {
+    } else if (reached == Reached::No) {
         LOG_INFO() << "can not ping, try kor";
         if (!askForGateway().isComplete()) {
             LOG_WARNING() << "get no korinfo when connect vd";
@@ -171,19 +206,7 @@ void httpsRequest::getUseful_IpPort()
 
 bool httpsRequest::NetSocketConnect(QString host, int port)
 {
-    QTcpSocket socket;
-    socket.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-    DeadlineWait wait(connectTimeoutMs);
-    wait.endOn(&socket, &QTcpSocket::connected);
-    socket.abort();
-    socket.connectToHost(host, static_cast<quint16>(port), QIODevice::ReadWrite,
-                         QAbstractSocket::AnyIPProtocol);
-    if (!wait.exec()) {
-        LOG_WARNING() << "NetSocketConnect iErrorCode = " << static_cast<int>(socket.error());
-        return false;
-    }
-    LOG_DEBUG() << "connected ipport:" << host;
-    return true;
+    return tryToReach(host, port) == Reached::Yes;
 }
 
 QString httpsRequest::resolvedAddr() const

@@ -28,7 +28,7 @@ public:
     /// \a replyBuffer. \a httpMode 0 is http, anything else https. With \a configFallback the
     /// configured server stands in for an endpoint that is not resolved. Returns 0 when the reply
     /// ended in time, be it with a network or HTTP error, and -1, leaving the buffer alone, when
-    /// it did not.
+    /// it did not or the program ended first.
     int SendHttpsRequest(const QString &urlPath, int httpMode, int timeoutMs,
                          QByteArray *replyBuffer, QByteArray body, bool configFallback);
 

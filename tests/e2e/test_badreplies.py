@@ -49,7 +49,7 @@ class BadReplyTest(DesktopTest):
         self.ask_twice("truncate", NOT_JSON, NO_REPLY)
 
     def test_connection_dropped(self) -> None:
-        """The toolkit may or may not call the early end an error, by how the last bytes arrive; the
+        """Qt may or may not call the early end an error, by how the last bytes arrive; the
         half of an answer is no JSON either way."""
         self.ask_twice("drop", NOT_JSON, NO_REPLY)
 

@@ -68,7 +68,7 @@ class GuardChannelTest(DesktopTest):
                 client.send(piece)
                 assistant.wait_for_log("sysguard bytearray date")
                 assistant.log.mark()
-            # Its end would say so too, but Wine swallows one in a hundred.
+            # The connection's end would say so too, but Wine swallows one end in a hundred.
             if max(map(len, pieces)) > READ_AT_ONCE:
                 wait_until(client.is_heard, "the end of a large message")
 

@@ -35,8 +35,8 @@ class PlacesTest(DesktopTest):
         self.close_cleanly(assistant)
 
     def make_read_only(self, folder: str) -> str:
-        """Why it could not be done; empty when it is. Permissions do not bind the administrator, a
-        read-only mount does."""
+        """Why the folder could not be made read-only; empty when it is. Permissions do not bind the
+        administrator, a read-only mount does."""
         if os.geteuid() != 0:
             os.chmod(folder, 0o555)
             self.addCleanup(os.chmod, folder, 0o755)

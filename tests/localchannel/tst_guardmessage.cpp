@@ -19,6 +19,10 @@ private slots:
     void bytesThatAreNoUtf8_becomeSubstitutes();
     void charactersBeyondTheSystemsEncoding_becomeItsSubstitute();
     void question64MiBLong_isRead();
+    void question_isATextOrEmpty_data();
+    void question_isATextOrEmpty();
+    void question_isCutAtItsFirstNul();
+    void question_passesThroughTheSystemsEncoding();
     void acknowledgement_isTwelveBytesWithTheCodeAsText();
 };
 
@@ -26,7 +30,7 @@ namespace {
 
 QString questionIn(const QByteArray &data)
 {
-    return readGuardMessage(data).object.value(QLatin1String("question")).toString();
+    return guardQuestion(readGuardMessage(data).object);
 }
 
 } // namespace
@@ -119,6 +123,52 @@ void TestGuardMessage::question64MiBLong_isRead()
 {
     const QByteArray text(64 * 1024 * 1024, 'x');
     QCOMPARE(questionIn("{\"question\":\"" + text + "\"}").size(), text.size());
+}
+
+void TestGuardMessage::question_isATextOrEmpty_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<QString>("question");
+    QTest::newRow("text") << QByteArray(R"({"question":"a","rawquery":"b"})")
+                          << QStringLiteral("a");
+    QTest::newRow("blanks are kept")
+        << QByteArray(R"({"question":" a  b "})") << QStringLiteral(" a  b ");
+    QTest::newRow("empty") << QByteArray(R"({"question":""})") << QString();
+    QTest::newRow("no member") << QByteArray("{}") << QString();
+    QTest::newRow("only rawquery") << QByteArray(R"({"rawquery":"b"})") << QString();
+    QTest::newRow("other case") << QByteArray(R"({"Question":"a"})") << QString();
+    QTest::newRow("null") << QByteArray(R"({"question":null})") << QString();
+    QTest::newRow("number") << QByteArray(R"({"question":7})") << QString();
+    QTest::newRow("array") << QByteArray(R"({"question":["a"]})") << QString();
+    QTest::newRow("object") << QByteArray(R"({"question":{"question":"a"}})") << QString();
+    QTest::newRow("array around it") << QByteArray(R"([{"question":"a"}])") << QString();
+}
+
+void TestGuardMessage::question_isATextOrEmpty()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(QString, question);
+    QCOMPARE(questionIn(data), question);
+}
+
+void TestGuardMessage::question_isCutAtItsFirstNul()
+{
+    QCOMPARE(questionIn(R"({"question":"a\u0000b"})"), QStringLiteral("a"));
+    QCOMPARE(questionIn(R"({"question":"\u0000b"})"), QString());
+}
+
+void TestGuardMessage::question_passesThroughTheSystemsEncoding()
+{
+    // Escaped, so that the message itself holds nothing which the encoding could not.
+    const QByteArray data = R"({"question":"\u767b\u0e01"})";
+    QTextCodec *const before = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK"));
+    const QString question = questionIn(data);
+    const QString expected = throughLocalEncoding(QStringLiteral("登\u0e01"));
+    QTextCodec::setCodecForLocale(before);
+    QCOMPARE(question, expected);
+    QVERIFY(question.startsWith(QStringLiteral("登")));
+    QVERIFY(!question.contains(QChar(0x0e01)));
 }
 
 void TestGuardMessage::acknowledgement_isTwelveBytesWithTheCodeAsText()

@@ -96,8 +96,8 @@ void TestLocalLibrary::write(int number, const QString &question, const QString 
 
 void TestLocalLibrary::nothingRead_holdsOneEmptyEntry()
 {
-    QCOMPARE(m_library.questLocation(), QStringList{QString()});
-    QCOMPARE(m_library.answerLocation(), QStringList{QString()});
+    QCOMPARE(m_library.questions(), QStringList{QString()});
+    QCOMPARE(m_library.answers(), QStringList{QString()});
     QCOMPARE(m_library.size(), 0);
 }
 
@@ -105,7 +105,7 @@ void TestLocalLibrary::missingFolder_givesNoQuestions()
 {
     QVERIFY(QDir().rmdir(QStringLiteral("LocalQA")));
     const LogCapture log;
-    m_library.parseLocalQA();
+    m_library.read();
     QCOMPARE(m_library.size(), 0);
     QStringList expected;
     for (int number = 0; number < fileCount; ++number) {
@@ -119,7 +119,7 @@ void TestLocalLibrary::fileInPlaceOfTheFolder_givesNoQuestions()
     QVERIFY(QDir().rmdir(QStringLiteral("LocalQA")));
     QFile file(QStringLiteral("LocalQA"));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    m_library.parseLocalQA();
+    m_library.read();
     QCOMPARE(m_library.size(), 0);
 }
 
@@ -128,9 +128,9 @@ void TestLocalLibrary::gapInTheNumbers_endsNothing()
     write(0, numbered(0), QStringLiteral("零"));
     write(2, numbered(2), QStringLiteral("二"));
     const LogCapture log;
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(), (QStringList{QString(), numbered(0), numbered(2)}));
-    QCOMPARE(m_library.answerLocation(),
+    m_library.read();
+    QCOMPARE(m_library.questions(), (QStringList{QString(), numbered(0), numbered(2)}));
+    QCOMPARE(m_library.answers(),
              (QStringList{QString(), QStringLiteral("<p>零</p>"), QStringLiteral("<p>二</p>")}));
     QStringList expected{missing + QStringLiteral("1")};
     for (int number = 3; number < fileCount; ++number) {
@@ -147,8 +147,8 @@ void TestLocalLibrary::allThirty_areReadInOrder()
         expected.append(numbered(number));
     }
     const LogCapture log;
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(), expected);
+    m_library.read();
+    QCOMPARE(m_library.questions(), expected);
     QCOMPARE(m_library.size(), fileCount);
     QCOMPARE(log.lines(), QStringList());
 }
@@ -157,7 +157,7 @@ void TestLocalLibrary::otherNumbers_areNotRead()
 {
     write(fileCount, numbered(fileCount), QStringLiteral("答"));
     write(-1, numbered(1), QStringLiteral("答"));
-    m_library.parseLocalQA();
+    m_library.read();
     QCOMPARE(m_library.size(), 0);
 }
 
@@ -180,43 +180,42 @@ void TestLocalLibrary::fileWithoutRecord_addsNothing()
     QFETCH(QByteArray, content);
     write(0, content);
     write(1, numbered(1), QStringLiteral("答"));
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(), (QStringList{QString(), numbered(1)}));
-    QCOMPARE(m_library.answerLocation().size(), 2);
+    m_library.read();
+    QCOMPARE(m_library.questions(), (QStringList{QString(), numbered(1)}));
+    QCOMPARE(m_library.answers().size(), 2);
 }
 
 void TestLocalLibrary::fileWithoutAnswer_keepsTheListsParallel()
 {
     write(0, QByteArray("<body><p>问题01：如何？</p></body>"));
     write(1, numbered(1), QStringLiteral("答"));
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(),
+    m_library.read();
+    QCOMPARE(m_library.questions(),
              (QStringList{QString(), QStringLiteral("如何？"), numbered(1)}));
-    QCOMPARE(m_library.answerLocation(),
-             (QStringList{QString(), QString(), QStringLiteral("<p>答</p>")}));
+    QCOMPARE(m_library.answers(), (QStringList{QString(), QString(), QStringLiteral("<p>答</p>")}));
 }
 
 void TestLocalLibrary::windowsLineEnds_areOneCharacter()
 {
     write(0, QByteArray("<body>\r\n<p>问题01：如何？</p>\r\n<p>一\r\n二</p>\r\n</body>\r\n"));
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.answerLocation().at(1), QStringLiteral("<p>一\n二</p>"));
+    m_library.read();
+    QCOMPARE(m_library.answers().at(1), QStringLiteral("<p>一\n二</p>"));
 }
 
 void TestLocalLibrary::byteOrderMark_isNoMatter()
 {
     write(0, QByteArray("\xef\xbb\xbf") + recordText(numbered(1), QStringLiteral("答")).toUtf8());
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation().mid(1), QStringList{numbered(1)});
+    m_library.read();
+    QCOMPARE(m_library.questions().mid(1), QStringList{numbered(1)});
 }
 
 void TestLocalLibrary::nul_endsTheText()
 {
     write(0, QByteArray("<body><p>问题01：如何？</p><p>一</p>") + QByteArray(1, '\0')
                  + QByteArray("<p>二</p></body>"));
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation().mid(1), QStringList{QStringLiteral("如何？")});
-    QCOMPARE(m_library.answerLocation().mid(1), QStringList{QStringLiteral("<p>一</p>")});
+    m_library.read();
+    QCOMPARE(m_library.questions().mid(1), QStringList{QStringLiteral("如何？")});
+    QCOMPARE(m_library.answers().mid(1), QStringList{QStringLiteral("<p>一</p>")});
 }
 
 void TestLocalLibrary::otherEncoding_isReadAsItComes()
@@ -224,18 +223,18 @@ void TestLocalLibrary::otherEncoding_isReadAsItComes()
     // "问题01：" and "如何" in GBK: no UTF-8, yet the tags are found.
     const QByteArray prefix("\xce\xca\xcc\xe2\x30\x31\xa3\xba", 8);
     write(0, "<body><p>" + prefix + "\xc8\xe7\xba\xce</p><p>answer</p></body>");
-    m_library.parseLocalQA();
+    m_library.read();
     QCOMPARE(m_library.size(), 1);
-    QVERIFY(m_library.questLocation().at(1).contains(QChar(QChar::ReplacementCharacter)));
-    QCOMPARE(m_library.answerLocation().at(1), QStringLiteral("<p>answer</p>"));
+    QVERIFY(m_library.questions().at(1).contains(QChar(QChar::ReplacementCharacter)));
+    QCOMPARE(m_library.answers().at(1), QStringLiteral("<p>answer</p>"));
 }
 
 void TestLocalLibrary::tenMegabytes_areRead()
 {
     write(0, "<body><p>问题01：如何？</p><p>" + QByteArray(tenMegabytes, 'x') + "</p></body>");
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation().mid(1), QStringList{QStringLiteral("如何？")});
-    QCOMPARE(m_library.answerLocation().at(1).size(), tenMegabytes + 7);
+    m_library.read();
+    QCOMPARE(m_library.questions().mid(1), QStringList{QStringLiteral("如何？")});
+    QCOMPARE(m_library.answers().at(1).size(), tenMegabytes + 7);
 }
 
 void TestLocalLibrary::folderInPlaceOfAFile_isPassedOver()
@@ -243,8 +242,8 @@ void TestLocalLibrary::folderInPlaceOfAFile_isPassedOver()
     QVERIFY(QDir().mkdir(QStringLiteral("LocalQA/0.txt")));
     write(1, numbered(1), QStringLiteral("答"));
     const LogCapture log;
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(), (QStringList{QString(), numbered(1)}));
+    m_library.read();
+    QCOMPARE(m_library.questions(), (QStringList{QString(), numbered(1)}));
     QVERIFY(!log.lines().contains(missing + QStringLiteral("0"))); // it is there
 }
 
@@ -264,8 +263,8 @@ void TestLocalLibrary::noRightToRead_isPassedOver()
         QSKIP(user.whyNot());
     }
     const LogCapture log;
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(), (QStringList{QString(), numbered(1)}));
+    m_library.read();
+    QCOMPARE(m_library.questions(), (QStringList{QString(), numbered(1)}));
     QVERIFY(!log.lines().contains(missing + QStringLiteral("0"))); // it is there
 }
 
@@ -273,36 +272,36 @@ void TestLocalLibrary::secondReading_addsNothing()
 {
     write(0, numbered(0), QStringLiteral("零"));
     write(1, QByteArray("<body><p>问题01：如何？</p></body>"));
-    m_library.parseLocalQA();
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(),
+    m_library.read();
+    m_library.read();
+    QCOMPARE(m_library.questions(),
              (QStringList{QString(), numbered(0), QStringLiteral("如何？")}));
-    QCOMPARE(m_library.answerLocation().size(), 3);
+    QCOMPARE(m_library.answers().size(), 3);
 }
 
 void TestLocalLibrary::secondReading_addsWhatIsNew()
 {
     write(0, numbered(0), QStringLiteral("零"));
-    m_library.parseLocalQA();
+    m_library.read();
     write(1, numbered(1), QStringLiteral("一"));
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(), (QStringList{QString(), numbered(0), numbered(1)}));
+    m_library.read();
+    QCOMPARE(m_library.questions(), (QStringList{QString(), numbered(0), numbered(1)}));
 }
 
 void TestLocalLibrary::sameQuestionWithAnotherAnswer_isKept()
 {
     write(0, numbered(0), QStringLiteral("零"));
     write(1, numbered(0), QStringLiteral("一"));
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(), (QStringList{QString(), numbered(0), numbered(0)}));
+    m_library.read();
+    QCOMPARE(m_library.questions(), (QStringList{QString(), numbered(0), numbered(0)}));
 }
 
 void TestLocalLibrary::sameRecordInTwoFiles_isReadOnce()
 {
     write(0, numbered(0), QStringLiteral("零"));
     write(1, numbered(0), QStringLiteral("零"));
-    m_library.parseLocalQA();
-    QCOMPARE(m_library.questLocation(), (QStringList{QString(), numbered(0)}));
+    m_library.read();
+    QCOMPARE(m_library.questions(), (QStringList{QString(), numbered(0)}));
 }
 
 QTEST_GUILESS_MAIN(TestLocalLibrary)

@@ -51,7 +51,7 @@ void TestShippedLibrary::initTestCase()
 {
     initResources();
     QVERIFY(QDir::setCurrent(QStringLiteral(MIRAVEL_LIBRARY_PARENT)));
-    m_library.parseLocalQA();
+    m_library.read();
 }
 
 void TestShippedLibrary::everyFile_isRead()
@@ -76,20 +76,20 @@ void TestShippedLibrary::everyQuestionLine_beginsWithItsNumber()
 
 void TestShippedLibrary::questions_areAllDifferent()
 {
-    QStringList questions = m_library.questLocation();
+    QStringList questions = m_library.questions();
     QCOMPARE(questions.removeDuplicates(), 0);
 }
 
 void TestShippedLibrary::questions_areShownWhole()
 {
     HotQuestionsColumn column(nullptr);
-    column.showLocalQuestions(m_library.questLocation());
+    column.showLocalQuestions(m_library.questions());
     for (int shown = 0; shown < m_library.size(); shown += pageSize) {
         const auto buttons = column.findChild<QListWidget *>()->findChildren<QPushButton *>();
         for (const QPushButton *button : buttons) {
             QVERIFY2(button->toolTip().isEmpty(), qPrintable(button->text()));
         }
-        column.showNextPage();
+        column.showNextLocalPage();
     }
 }
 
@@ -97,8 +97,8 @@ void TestShippedLibrary::answers_haveTwoToSixParagraphs()
 {
     static const QRegularExpression tag(QStringLiteral("<[^>]*>"));
     for (int i = 1; i <= m_library.size(); ++i) {
-        const QString &answer = m_library.answerLocation().at(i);
-        const QString question = m_library.questLocation().at(i);
+        const QString &answer = m_library.answers().at(i);
+        const QString question = m_library.questions().at(i);
         const int paragraphs = answer.count(QStringLiteral("<p>"));
         QVERIFY2(paragraphs >= leastParagraphs && paragraphs <= mostParagraphs,
                  qPrintable(question));
@@ -111,13 +111,13 @@ void TestShippedLibrary::answers_showEveryPieceOfThemselves()
     QARegion region;
     const LogCapture log;
     for (int i = 1; i <= m_library.size(); ++i) {
-        region.showAnswer(m_library.questLocation().at(i), m_library.answerLocation().at(i));
+        region.showAnswer(m_library.questions().at(i), m_library.answers().at(i));
     }
     const auto answers = region.findChildren<AnswerItem *>();
     QCOMPARE(answers.size(), m_library.size());
     for (int i = 0; i < answers.size(); ++i) {
         const AnswerContent *content = answers.at(i)->content();
-        const QString &answer = m_library.answerLocation().at(i + 1);
+        const QString &answer = m_library.answers().at(i + 1);
         QCOMPARE(content->paragraphs().size() + content->pictureRows().size(),
                  answer.count(QStringLiteral("<p>")));
     }
@@ -129,7 +129,7 @@ void TestShippedLibrary::pictures_fillTheAnswersWidth()
     QARegion region;
     int pictures = 0;
     for (int i = 1; i <= m_library.size(); ++i) {
-        region.showAnswer(m_library.questLocation().at(i), m_library.answerLocation().at(i));
+        region.showAnswer(m_library.questions().at(i), m_library.answers().at(i));
     }
     const auto answers = region.findChildren<AnswerItem *>();
     for (const AnswerItem *answer : answers) {

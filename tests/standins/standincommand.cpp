@@ -1,8 +1,9 @@
-// Stands in for a command of the system, under whatever name it is put. It does what a file of the
-// folder $STANDIN_FOLDER says (of the working directory, without that), "<first argument>.answer"
-// or "default.answer" without arguments: the first line names the manner, perhaps with a number,
-// the rest is what it prints. Without a file it prints that nobody answered and fails. Each call
-// adds its process id and arguments to "calls.log".
+// Stands in for a command of the system, under whatever name it is put. A file of the folder
+// $STANDIN_FOLDER (of the working directory, without that) says what the command does:
+// "<first argument>.answer", or "default.answer" without arguments. The first line of the file
+// names the manner, perhaps with a number, the rest is what is printed. Without a file the command
+// prints that nobody answered and fails. Each call adds its process id and arguments to
+// "calls.log".
 
 #include <unistd.h>
 

@@ -6,9 +6,9 @@
 #include <QTemporaryDir>
 
 /// A folder of its own in which a stand-in command is found under a name of choice. The folder
-/// becomes the working directory and, while it lives, the search path, so that nothing else is
-/// found (on Windows, the working directory and the system's own folders are searched all the same,
-/// that before this one, these after it). One at a time.
+/// becomes the working directory and, while the object lives, the search path, so that nothing else
+/// is found. (Windows searches the working directory before the path all the same, and the system's
+/// own folders after it.) One at a time.
 class StandInFolder final
 {
     Q_DISABLE_COPY_MOVE(StandInFolder)

@@ -52,7 +52,7 @@ bool Installation::install()
             return false;
         }
     }
-    // The toolkit wants nobody else to have access to the runtime folder.
+    // Qt wants nobody else to have access to the runtime folder.
     const QString runtime = path(QStringLiteral("run"));
     constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
     if (!root.mkpath(runtime) || !QFile::setPermissions(runtime, ownerOnly)) {
@@ -95,7 +95,7 @@ QString Installation::programFolder() const
 QString Installation::programPath() const
 {
 #ifdef Q_OS_WIN
-    // Local names are pipes of the whole system there, and come from the program's file name.
+    // Local names are pipes of the whole system on Windows, and come from the program's file name.
     const QString name = QFileInfo(m_root.path()).fileName() + QStringLiteral(".exe");
 #else
     const QString name = QFileInfo(builtProgram()).fileName();

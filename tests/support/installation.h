@@ -23,7 +23,7 @@ public:
         Shortcut, ///< started without a caller: config and log inside the program's folder
     };
 
-    /// Only a failing test waits that long.
+    /// How long anything is waited for, in ms: only a failing test waits that long.
     static constexpr int patienceMs = 20'000;
 
     /// Copies the program with its local library and makes empty "config" and "log" folders.
@@ -51,7 +51,7 @@ public:
     /// Sets a key of "Miravel.ini", e.g. "Log/level", and writes the file anew. The value stands in
     /// the file as it is given: quotes and escapes are the caller's matter.
     bool setValue(const QString &key, const QString &value);
-    /// The same for "CommonTerminal.ini".
+    /// Sets a key of "CommonTerminal.ini" and writes the file anew.
     bool setClientValue(const QString &key, const QString &value);
     /// Puts \a content in place of "Miravel.ini".
     bool writeIni(const QByteArray &content) const;
@@ -59,8 +59,8 @@ public:
     /// The environment of the copies started from now on.
     QProcessEnvironment &environment();
 
-    /// The toolkit's platform of the copies started from now on, "offscreen" at first. Empty leaves
-    /// the choice to the toolkit.
+    /// Qt's platform of the copies started from now on, "offscreen" at first. Empty leaves the
+    /// choice to Qt.
     void setPlatform(const QString &platform);
 
     /// Starts a copy with \a arguments and waits until it runs. It is owned by this object.
@@ -72,7 +72,7 @@ public:
 
     /// The lines of the live log so far, without line ends.
     [[nodiscard]] QStringList logLines() const;
-    /// Those that contain \a part.
+    /// The lines of the live log that contain \a part.
     [[nodiscard]] QStringList logLinesWith(const QString &part) const;
     /// Waits until the live log has at least \a count lines that contain \a part.
     [[nodiscard]] bool waitForLogLines(const QString &part, int count = 1) const;

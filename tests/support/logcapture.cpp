@@ -37,7 +37,7 @@ void take(QtMsgType type, const QMessageLogContext &context, const QString &text
 {
     Caught &lines = caught();
     const std::lock_guard<std::mutex> lock(lines.mutex);
-    // The toolkit itself is built without file names in its messages.
+    // Qt itself is built without file names in its messages.
     (context.file ? lines.own : lines.foreign).append(levelName(type) + text);
 }
 

@@ -16,13 +16,14 @@ public:
     /// The messages of our own sources, in order.
     [[nodiscard]] QStringList lines() const;
 
-    /// The same with every time of day at the end of a line written as "<time>".
+    /// The messages of our own sources with every time of day at the end of a line written as
+    /// "<time>".
     [[nodiscard]] QStringList timelessLines() const;
 
-    /// Only those that begin with \a start.
+    /// The messages of our own sources that begin with \a start, in order.
     [[nodiscard]] QStringList linesWith(const QString &start) const;
 
-    /// The toolkit's own messages.
+    /// Qt's own messages.
     [[nodiscard]] QStringList foreignLines() const;
 
     /// Forgets what was caught so far.

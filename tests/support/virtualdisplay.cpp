@@ -45,10 +45,10 @@ bool VirtualDisplay::start()
 void VirtualDisplay::startServer(int number)
 {
     m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    // The server would also pick a number itself, but then take over one that is in use; one that
-    // it is given it locks, or ends at once. It prints the number when it takes clients. Without
-    // -noreset it would begin anew, and refuse whoever connects meanwhile, each time its last
-    // client leaves.
+    // The server locks a number that it is given, or ends at once; left to choose, it would take
+    // over one that is in use. -displayfd makes the server print the number when it takes clients.
+    // Without -noreset the server would begin anew, and refuse whoever connects meanwhile, each
+    // time its last client leaves.
     const QString name = QLatin1Char(':') + QString::number(number);
     m_server.start(QStringLiteral("Xvfb"), {name, QStringLiteral("-displayfd"), QStringLiteral("1"),
                                             QStringLiteral("-noreset"), QStringLiteral("-screen"),

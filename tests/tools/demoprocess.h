@@ -6,8 +6,8 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
-/// A running demo service with its ports file and log in a folder of its own. It is ended with the
-/// object.
+/// A running demo service with its ports file and log in a folder of its own. The service ends with
+/// the object.
 class DemoProcess
 {
 public:

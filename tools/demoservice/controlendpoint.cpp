@@ -35,7 +35,7 @@ std::string textOf(const json &object, const char *member)
     return found != object.end() && found->is_string() ? found->get<std::string>() : "";
 }
 
-/// The argument may be given as a text or as a number.
+/// Reads the argument, which may be a text or a number.
 std::string argumentOf(const json &object)
 {
     const auto found = object.find("arg");
@@ -45,7 +45,7 @@ std::string argumentOf(const json &object)
     return found->is_string() ? found->get<std::string>() : found->dump();
 }
 
-/// False if the member is there but no whole number above 0.
+/// Reads how many times; false if the member is there but no whole number above 0.
 bool readTimes(const json &object, std::optional<int> &times)
 {
     const auto found = object.find("times");

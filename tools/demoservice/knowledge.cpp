@@ -26,8 +26,8 @@ std::u32string trimmed(const std::u32string &text)
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// The text without the words that say only that something is asked. As it is if nothing else is in
-/// it.
+/// The text without the words that say only that something is asked; the whole text if nothing else
+/// is in it.
 std::u32string withoutAskingWords(const std::u32string &text)
 {
     // A longer word goes before a part of it.

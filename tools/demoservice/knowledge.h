@@ -26,7 +26,7 @@ class Knowledge
 public:
     explicit Knowledge(std::vector<KnowledgeEntry> entries);
 
-    // The index points into the entries.
+    // Neither copied nor moved: the index points into the entries.
     Knowledge(const Knowledge &) = delete;
     Knowledge &operator=(const Knowledge &) = delete;
     Knowledge(Knowledge &&) = delete;

@@ -50,7 +50,7 @@ KnowledgeEntry readEntry(const json &object)
     return entry;
 }
 
-/// Empty when the entry alone is in order.
+/// What is wrong with the entry by itself; empty when nothing is.
 std::string mistakeIn(const KnowledgeEntry &entry)
 {
     if (entry.id <= 0) {
@@ -68,7 +68,7 @@ std::string mistakeIn(const KnowledgeEntry &entry)
     return {};
 }
 
-/// Empty when the entries fit together.
+/// What does not fit between the entries; empty when all does.
 std::string mistakeAmong(const std::vector<KnowledgeEntry> &entries)
 {
     std::set<std::int64_t> ids;

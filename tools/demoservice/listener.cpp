@@ -19,7 +19,8 @@ constexpr auto readTimeout = std::chrono::seconds(15);
 constexpr auto writeTimeout = std::chrono::seconds(60); ///< a reader may be busy with a huge reply
 constexpr auto pollPause = std::chrono::milliseconds(1);
 
-/// Unlike the library's choice this does not let a second service share the port.
+/// Lets the port be taken again soon. SO_REUSEPORT, cpp-httplib's own choice, would let a second
+/// service share the port.
 void allowQuickRestart(int socket)
 {
     const int yes = 1;
@@ -41,7 +42,7 @@ Listener::Listener(std::unique_ptr<httplib::Server> server)
         m_socket = socket;
         allowQuickRestart(socket);
     });
-    // The library deletes the queue when it has shut it down.
+    // cpp-httplib deletes the queue when it has shut it down.
     m_server->new_task_queue = [] {
         return new ConnectionThreads;
     };

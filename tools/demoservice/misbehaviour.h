@@ -9,7 +9,7 @@
 
 namespace demo {
 
-/// The content type of every JSON reply. With the character set in it the HTTP library does not
+/// The content type of every JSON reply. With the character set in it cpp-httplib does not
 /// compress the reply, so that the bytes of a fault reach the client as they are.
 extern const char *const jsonType;
 

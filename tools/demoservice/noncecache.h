@@ -12,8 +12,8 @@ namespace demo {
 class NonceCache
 {
 public:
-    /// A nonce is remembered for `keepMs` milliseconds. That has to be as long as a request with a
-    /// timestamp in the future stays fresh: twice the accepted skew.
+    /// A nonce is remembered for `keepMs` milliseconds: twice the accepted skew, which is how long
+    /// a request with a timestamp in the future stays fresh.
     explicit NonceCache(std::int64_t keepMs);
 
     /// Remembers `nonce` as seen at `nowMs` (ms since 1970). False if it is a replay.

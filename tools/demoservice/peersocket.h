@@ -5,8 +5,8 @@
 
 namespace demo {
 
-/// The connection that a request came over. The HTTP library keeps its socket to itself, so it is
-/// looked up among the open descriptors by its two ports. Valid while the request is being
+/// The connection that a request came over. cpp-httplib keeps its socket to itself, so the socket
+/// is looked up among the open descriptors by its two ports. Valid while the request is being
 /// answered. A copy may be used on any thread.
 class PeerSocket
 {

@@ -27,7 +27,7 @@ std::int64_t nowMs()
     return std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch).count();
 }
 
-/// The library adds the addresses of the connection to the headers of the client.
+/// cpp-httplib adds the addresses of the connection to the headers of the client.
 bool isOwnOfLibrary(const std::string &header)
 {
     static const std::array<std::string, 4> own
@@ -64,7 +64,7 @@ RequestRecord recordOf(const Request &request, const std::string &scheme)
     return record;
 }
 
-/// The routes of the library are regular expressions.
+/// Routes of cpp-httplib are regular expressions.
 std::string literalPattern(const std::string &path)
 {
     static const std::string special = R"(\^$.|?*+()[]{})";
@@ -102,7 +102,7 @@ void Service::install(httplib::Server &server, const std::string &scheme)
                     });
     }
     m_control.install(server);
-    // Called for every error, also for a refusal that has its body already.
+    // The handler is called for every error, also for a refusal that has its body already.
     server.set_error_handler(httplib::Server::HandlerWithResponse(
         [this, scheme](const Request &request, Response &response) {
             return handleStray(scheme, request, response);

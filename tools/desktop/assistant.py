@@ -81,6 +81,14 @@ class Assistant:
         with Child(self._command, env=self._env, output=None) as second:
             return second.wait()
 
+    def start_next(self) -> Child:
+        """Starts another copy, which is not waited for; a context manager that stops it."""
+        return Child(self._command, env=self._env, output=None)
+
+    def ask_to_close(self) -> None:
+        """Clicks the window's close button, and does not wait for the program's end."""
+        self.click(*CLOSE_BUTTON)
+
     def look(self) -> Image.Image:
         """The window as the screen shows it."""
         left, top = self._corner()
@@ -179,7 +187,7 @@ class Assistant:
 
     def close(self) -> int:
         """Closes the window by its button; the program's exit status."""
-        self.click(*CLOSE_BUTTON)
+        self.ask_to_close()
         return self.process.wait()
 
     def _corner(self) -> tuple[int, int]:

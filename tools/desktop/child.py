@@ -50,7 +50,7 @@ class Child:
         return self.status is None
 
     def printed(self) -> str:
-        """What it has written to its standard output and error so far."""
+        """What the process has written to its standard output and error so far."""
         if self.output is None:
             return ""
         return self.output.read_text(encoding="utf-8", errors="replace")

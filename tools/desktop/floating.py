@@ -11,8 +11,8 @@ from .assistant import INPUT_BOX, Assistant
 from .conversation import Box
 from .waiting import wait_until
 
-# In the window, in px from its upper left corner. The about button is clicked near its corner, so
-# that the menu there is seen in the window's picture.
+# Places in the window, in px from its upper left corner. The about button is clicked near its
+# corner, so that the menu there is seen in the window's picture.
 ABOUT_BUTTON = (830, 23)
 
 _ROW_HEIGHT = 28

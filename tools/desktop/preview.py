@@ -31,7 +31,7 @@ class Preview:
     """The preview of a running assistant; there is one at a time."""
 
     def __init__(self, assistant: Assistant, display: Display) -> None:
-        """Waits until it is on the screen."""
+        """Waits until the preview is on the screen."""
         self._assistant = assistant
         self._display = display
         wait_until(lambda: self.is_open, "the preview")

@@ -77,7 +77,7 @@ Finding checkLogFolder()
 Finding checkLibrary()
 {
     LocalLibrary library;
-    library.parseLocalQA();
+    library.read();
     const QString what = QStringLiteral("local questions in ") + shown(QStringLiteral("LocalQA"))
                        + QStringLiteral(": ") + QString::number(library.size());
     if (library.size() > 0) {

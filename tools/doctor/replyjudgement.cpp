@@ -1,18 +1,17 @@
 #include "tools/doctor/replyjudgement.h"
 
+#include "service/reply/answer.h"
 #include "service/reply/replyreading.h"
 
-#include <QJsonArray>
 #include <QJsonObject>
-#include <QStringList>
 
 namespace {
 
 const QString serviceMend = QStringLiteral("Ask those who run the service.");
 
-Finding judgeHot(const QString &name, const QJsonValue &result)
+Finding judgeHot(const QString &name, const QJsonDocument &reply)
 {
-    const int count = result.toArray().size();
+    const int count = resultArray(reply).size();
     if (count == 0) {
         return toMend(name + QStringLiteral(": the list is empty"),
                       QStringLiteral("The window then shows its local questions: see "
@@ -22,30 +21,28 @@ Finding judgeHot(const QString &name, const QJsonValue &result)
     return good(name + QStringLiteral(": %1 questions").arg(count));
 }
 
-Finding judgeSuggestions(const QString &name, const QJsonValue &result)
+Finding judgeSuggestions(const QString &name, const QJsonDocument &reply)
 {
-    if (!result.isArray()) {
+    if (!resultOf(reply).isArray()) {
         return toMend(name + QStringLiteral(": the reply holds no list"), serviceMend);
     }
-    return good(name + QStringLiteral(": %1 questions").arg(result.toArray().size()));
+    return good(name + QStringLiteral(": %1 questions").arg(resultArray(reply).size()));
 }
 
-Finding judgeAnswer(const QString &name, const QJsonValue &result)
+Finding judgeAnswer(const QString &name, const QJsonDocument &reply)
 {
-    static const QStringList known{QStringLiteral("QA_NORMAL_RESULT"),
-                                   QStringLiteral("MULTI_QA_RESULT"), QStringLiteral("NO_RESULT")};
-    const QJsonObject answer = result.toObject();
-    const QString type = answer.value(QLatin1String("resultType")).toString();
-    if (!known.contains(type)) {
-        return toMend(name + QStringLiteral(": the result is of no known type: \"%1\"").arg(type),
-                      serviceMend);
+    const Answer answer = readAnswer(reply);
+    if (answer.kind == AnswerKind::Unknown) {
+        return toMend(
+            name + QStringLiteral(": the result is of no known type: \"%1\"").arg(answer.kindName),
+            serviceMend);
     }
-    if (answer.value(QLatin1String("reply")).toString().isEmpty()) {
+    if (answer.text.isEmpty()) {
         return toMend(name + QStringLiteral(": the reply is empty"),
                       QStringLiteral("The user is told that nothing was found. Let the service "
                                      "give every result a reply."));
     }
-    return good(name + QStringLiteral(": ") + type);
+    return good(name + QStringLiteral(": ") + answer.kindName);
 }
 
 QString named(const CallKind &kind)
@@ -77,17 +74,16 @@ QString meaning(const CallKind &kind, const QString &error)
 }
 
 /// The reason that a refusal gives, in its own words.
-QString reason(const QJsonObject &reply)
+QString reason(const ReplyStatus &status)
 {
-    return QStringLiteral("errorCode \"%1\", %2")
-        .arg(reply.value(QLatin1String("errorCode")).toString(),
-             reply.value(QLatin1String("errorMsg")).toString());
+    return QStringLiteral("errorCode \"%1\", %2").arg(status.errorCode, status.errorMessage);
 }
 
-Finding judgeDocument(const CallKind &kind, const QByteArray &bytes, const QJsonObject &reply)
+Finding judgeDocument(const CallKind &kind, const QByteArray &bytes, const QJsonDocument &reply)
 {
-    if (reply.value(QLatin1String("errorCode")).toString() != QLatin1String("0")) {
-        return toMend(named(kind) + QStringLiteral(": the service refuses: ") + reason(reply),
+    const ReplyStatus status = readStatus(reply);
+    if (status.errorCode != QLatin1String("0")) {
+        return toMend(named(kind) + QStringLiteral(": the service refuses: ") + reason(status),
                       serviceMend);
     }
     if (!bytes.contains("\"errorCode\":\"0\"")) {
@@ -95,7 +91,7 @@ Finding judgeDocument(const CallKind &kind, const QByteArray &bytes, const QJson
                     QStringLiteral("The program logs every such reply as a failure. Let the "
                                    "service write compact JSON."));
     }
-    return kind.judgeResult(named(kind), reply.value(QLatin1String("result")));
+    return kind.judgeResult(named(kind), reply);
 }
 
 } // namespace
@@ -106,16 +102,17 @@ const CallKind askKind = {"an answer", "url/askquesturl", judgeAnswer};
 
 Finding judgeReply(const CallKind &kind, const QByteArray &reply, const QString &error)
 {
-    const QJsonObject document = parseReply(reply).document.object();
+    const QJsonDocument document = parseReply(reply).document;
+    const bool saysNothing = document.object().isEmpty();
     if (!error.isEmpty()) {
         const QString said
-            = document.isEmpty() ? QString() : QStringLiteral(", ") + reason(document);
+            = saysNothing ? QString() : QStringLiteral(", ") + reason(readStatus(document));
         return toMend(named(kind) + QStringLiteral(": ") + error + said, meaning(kind, error));
     }
     if (reply.isEmpty()) {
         return toMend(named(kind) + QStringLiteral(": the reply is empty"), serviceMend);
     }
-    if (document.isEmpty()) {
+    if (saysNothing) {
         return toMend(named(kind) + QStringLiteral(": the reply is no JSON object"),
                       QStringLiteral("Something else than the question service may answer there: "
                                      "correct IpAndPort, or ask those who run it."));

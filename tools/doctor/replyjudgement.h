@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
-class QJsonValue;
+class QJsonDocument;
 
 /// One of the three calls.
 struct CallKind
@@ -13,8 +13,8 @@ struct CallKind
     const char *name;    ///< as the report calls it
     const char *pathKey; ///< the key of its path
 
-    /// Judges the member "result" of a good reply; \a name is the one above.
-    Finding (*judgeResult)(const QString &name, const QJsonValue &result);
+    /// Judges what a good \a reply holds; \a name is the one above.
+    Finding (*judgeResult)(const QString &name, const QJsonDocument &reply);
 };
 
 extern const CallKind hotKind;

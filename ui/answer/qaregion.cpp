@@ -1,41 +1,39 @@
 #include "ui/answer/qaregion.h"
 
 #include "app/base/logstream.h"
+#include "service/reply/answer.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/messagebubble.h"
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
-#include "ui/answer/copymenu.h"
-#include "ui/answer/desktopuser.h"
+#include "ui/answer/conversationcopier.h"
 #include "ui/answer/list/conversationlist.h"
 #include "ui/answer/picture/picturerow.h"
+#include "ui/answer/questioncycle.h"
 #include "ui/answer/recommend/recommendbox.h"
 #include "ui/answer/recommend/recommendonlyitem.h"
 #include "ui/preview/imagedisplay.h"
-#include "ui/style/shadow.h"
-#include "ui/text/linkguard.h"
+#include "ui/style/surfaceshadow.h"
+#include "ui/text/richtext.h"
+#include "ui/text/textwrap.h"
 
 #include <QApplication>
-#include <QClipboard>
-#include <QCursor>
-#include <QGraphicsDropShadowEffect>
+#include <QFontMetrics>
 #include <QGridLayout>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QPalette>
 #include <QPushButton>
-#include <QTextEdit>
 
 namespace {
 
 constexpr QSize formSize(400, 300);
 constexpr QSize innerSize(647, 490);
-constexpr QRect listPlace(1, 0, 648, 432);
+constexpr QRect listPlace(1, 0, ConversationItem::itemWidth, 432);
 
+/// The service's title is rich text; the user's own words are shown as they were typed.
 QString titleOf(const QString &question, const QString &standardQuestion)
 {
-    return standardQuestion.isEmpty() ? question : standardQuestion;
+    return standardQuestion.isEmpty() ? asTyped(question) : standardQuestion;
 }
 
 QString noMatchText()
@@ -43,7 +41,7 @@ QString noMatchText()
     return QARegion::tr("您好，未找到匹配的问题，请换一种说法试试看呢！");
 }
 
-/// Links in answers in the blue of the recommendations. The toolkit takes their colour from the
+/// Links in answers in the blue of the recommendations. Qt takes their colour from the
 /// application's palette alone.
 void colourLinks()
 {
@@ -56,11 +54,21 @@ void colourLinks()
 
 QARegion::QARegion(QWidget *parent)
     : QWidget(parent)
+    , m_copier(new ConversationCopier(m_pictures, this))
 {
     if (objectName().isEmpty()) {
         setObjectName(QStringLiteral("QARegion"));
     }
     colourLinks();
+    buildForm();
+    m_cycle = new QuestionCycle(this);
+    connectPieces();
+}
+
+QARegion::~QARegion() = default;
+
+void QARegion::buildForm()
+{
     resize(formSize);
     setWindowTitle(tr("Form"));
     auto *layout = new QGridLayout(this);
@@ -74,18 +82,22 @@ QARegion::QARegion(QWidget *parent)
     layout->addWidget(inner);
     m_list = new ConversationList(inner);
     m_list->setGeometry(listPlace);
-    m_measureLabel = new QLabel(inner);
-    m_measureLabel->setTextFormat(Qt::PlainText);
-    m_measureLabel->setStyleSheet(QStringLiteral("QLabel{font:14px Microsoft YaHei;}"));
-    m_measureLabel->hide();
-    new LinkGuard(this);
-    m_userName = desktopUserName();
-    if (m_userName.isEmpty()) {
-        LOG_WARNING() << "Get the username failed.";
-    }
+    measureLabel = new QLabel(inner);
+    measureLabel->setTextFormat(Qt::PlainText);
+    measureLabel->setStyleSheet(QStringLiteral("QLabel{font:14px Microsoft YaHei;}"));
+    measureLabel->hide();
 }
 
-QARegion::~QARegion() = default;
+void QARegion::connectPieces()
+{
+    connect(m_copier, &ConversationCopier::menuRequested, this, &QARegion::qaRightHitMenu_show);
+    connect(m_copier, &ConversationCopier::copyRequested, this,
+            &QARegion::qaRightHitMenu_copySlots);
+    connect(m_cycle, &QuestionCycle::normalResult, this, &QARegion::QA_NORMAL_RESULT);
+    connect(m_cycle, &QuestionCycle::multiResult, this, &QARegion::showMultiResult);
+    connect(m_cycle, &QuestionCycle::noResult, this, &QARegion::showNoResult);
+    connect(m_cycle, &QuestionCycle::replied, this, &QARegion::checkEmptyReply);
+}
 
 void QARegion::Miss_RecomSend(QString question, QString source, QString originalQuestion,
                               qint64 questionId)
@@ -97,74 +109,70 @@ void QARegion::Miss_RecomSend(QString question, QString source, QString original
     getAskAndAnswer_NoThread(question, source, originalQuestion, questionId);
 }
 
-void QARegion::getAskAndAnswer_NoThread(const QString &question, const QString &source,
-                                        const QString &originalQuestion, qint64 questionId)
+void QARegion::getAskAndAnswer_NoThread(QString question, QString source, QString originalQuestion,
+                                        qint64 questionId)
 {
-    const QJsonDocument document
-        = m_idp.Ask_And_Answer(question, m_userName, source, originalQuestion, questionId);
-    const QJsonObject result = document.object().value(QLatin1String("result")).toObject();
-    showResult(question, result);
-    checkEmptyReply(result.value(QLatin1String("reply")).toString());
+    m_cycle->ask(question, source, originalQuestion, questionId);
 }
 
-QJsonArray QARegion::association_questions(const QString &text)
+IdpInterface &QARegion::service()
 {
-    return m_idp.association_questions(text);
+    return m_cycle->service();
 }
 
-void QARegion::showResult(const QString &question, const QJsonObject &result)
+QJsonArray QARegion::suggestionsFor(const QString &text)
 {
-    const QString standardQuestion = result.value(QLatin1String("standardQuestion")).toString();
-    const QString reply = result.value(QLatin1String("reply")).toString();
-    const QJsonArray recommends = result.value(QLatin1String("recommends")).toArray();
-    const QString resultType = result.value(QLatin1String("resultType")).toString();
-    LOG_DEBUG() << "nSize_Recom:" << recommends.size() << "reply_Type:" << resultType;
-    if (resultType == QLatin1String("QA_NORMAL_RESULT")) {
-        QA_NORMAL_RESULT(question, standardQuestion, reply);
-    } else if (resultType == QLatin1String("MULTI_QA_RESULT")) {
-        MULTI_QA_RESULT(question, standardQuestion, reply, recommends);
-    } else if (resultType == QLatin1String("NO_RESULT")) {
-        NO_RESULT(recommends.size(), recommends, question);
-    }
+    return m_cycle->suggestionsFor(text);
 }
 
-void QARegion::checkEmptyReply(const QString &reply)
+void QARegion::checkEmptyReply(QString reply)
 {
     if (reply.isEmpty()) {
         isGetResponse();
     }
 }
 
-void QARegion::QA_NORMAL_RESULT(const QString &question, const QString &standardQuestion,
-                                const QString &reply)
+void QARegion::QA_NORMAL_RESULT(QString question, QString standardQuestion, QString reply)
 {
     LOG_INFO() << "Hit question, But no Recommend!";
     showAnswer(titleOf(question, standardQuestion), reply);
 }
 
-void QARegion::MULTI_QA_RESULT(const QString &question, const QString &standardQuestion,
-                               const QString &reply, const QJsonValue &recommends)
+void QARegion::MULTI_QA_RESULT(QString question, QString standardQuestion, QString reply,
+                               QJsonValue recommends)
+{
+    showMultiResult(question, {AnswerKind::WithRecommendations, QString(), standardQuestion, reply,
+                               readRecommendations(recommends)});
+}
+
+void QARegion::showMultiResult(const QString &question, const Answer &answer)
 {
     LOG_INFO() << "Hit question, and have Recommends!";
-    showAnswerWithRecommends(titleOf(question, standardQuestion), reply, recommends.toArray(),
+    showAnswerWithRecommends(titleOf(question, answer.title), answer.text, answer.recommendations,
                              question);
 }
 
-void QARegion::NO_RESULT(int count, const QJsonValue &recommends, const QString &question)
+void QARegion::NO_RESULT(int count, QJsonValue recommends, QString question)
+{
+    showNoResult(count, readRecommendations(recommends), question);
+}
+
+void QARegion::showNoResult(int count, const QVector<ListedQuestion> &recommends,
+                            const QString &question)
 {
     if (count == 0) {
         LOG_INFO() << "No hits and no recommendation questions!";
         addRobotMessage(noMatchText());
     } else {
         LOG_INFO() << "There is no hit question, but there are recommendation questions!";
-        showRecommendOnly(recommends.toArray(), question);
+        showRecommendOnly(recommends, question);
     }
     scrollToBottom();
 }
 
 void QARegion::isGetResponse()
 {
-    if (m_endpoint.resolvedAddr().isEmpty()) {
+    if (!m_cycle->isServiceFound()) {
         LOG_WARNING() << "Network problem! No reply.";
         addRobotMessage(tr("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
                            "您可在“热门问答”区域查看常见问题。"));
@@ -176,82 +184,105 @@ void QARegion::isGetResponse()
     scrollToBottom();
 }
 
-void QARegion::addQuestionBubble(const QString &text)
+void QARegion::addQuestionBubble(QString text)
 {
-    auto *bubble = new QuestionBubble(text, m_list);
-    addCopyMenu(bubble, QuestionMenu);
-    bubble->show();
+    auto *bubble = new QuestionBubble(text, m_list->nextParent());
+    m_copier->addEntry(bubble, ConversationCopier::Question);
+    m_list->append(bubble);
     scrollToBottom();
 }
 
-void QARegion::addRobotMessage(const QString &text)
+void QARegion::addRobotMessage(QString text)
 {
-    auto *bubble = new MessageBubble(text, m_list);
-    addCopyMenu(bubble, MessageMenu);
-    bubble->show();
+    auto *bubble = new MessageBubble(text, m_list->nextParent());
+    m_copier->addEntry(bubble, ConversationCopier::Message);
+    m_list->append(bubble);
 }
 
-void QARegion::showAnswer(const QString &title, const QString &reply)
+void QARegion::showAnswer(QString title, QString reply)
 {
     AnswerItem *answer = addAnswer(title, reply);
     const int index = m_answers.size() - 1;
-    connect(answer, &AnswerItem::openRequested, this, [this, index] { FoldToOpen_answer(index); });
-    connect(answer, &AnswerItem::retractRequested, this,
-            [this, index] { OpenToFold_answer(index); });
+    connect(answer, &AnswerItem::foldRequested, this, [this, index](FoldState fold) {
+        fold == FoldState::Opened ? FoldToOpen_answer(index) : OpenToFold_answer(index);
+    });
     showAnswerItem(answer);
 }
 
-void QARegion::showAnswerWithRecommends(const QString &title, const QString &reply,
-                                        const QJsonArray &recommends, const QString &question)
+void QARegion::showAnswerWithRecommends(QString title, QString reply,
+                                        QVector<ListedQuestion> recommends, QString question)
 {
     AnswerItem *answer = addAnswer(title, reply);
     const int index = m_answers.size() - 1;
     const int box = m_answerBoxes.size();
-    answer->setRecommends(recommends, m_measureLabel);
+    answer->setRecommends(recommends, measureLabel);
     m_answerBoxes.append(answer->box());
-    connect(answer, &AnswerItem::openRequested, this,
-            [this, index, box] { FoldToOpen_AnswerRecom(index, box, index); });
-    connect(answer, &AnswerItem::retractRequested, this,
-            [this, index, box] { OpenToFold_AnswerRecom(index, box, index); });
+    connect(answer, &AnswerItem::foldRequested, this, [this, index, box](FoldState fold) {
+        fold == FoldState::Opened ? FoldToOpen_AnswerRecom(index, box, index)
+                                  : OpenToFold_AnswerRecom(index, box, index);
+    });
     connect(answer->box(), &RecommendBox::nextPageRequested, this,
-            [this, box] { switchAnswerRecommends(box); });
+            [this, box, question] { switchAnswerRecommends(box, question); });
     connectRows(answer->box(), question);
     showAnswerItem(answer);
 }
 
 AnswerItem *QARegion::addAnswer(const QString &title, const QString &reply)
 {
-    auto *answer = new AnswerItem(title, m_list);
+    auto *answer = new AnswerItem(title, m_list->nextParent());
     m_answers.append(answer);
     buildAnswerContent(reply, title, m_answers.size() - 1);
     return answer;
 }
 
-int QARegion::buildAnswerContent(const QString &reply, const QString &title, int answerIndex)
+int QARegion::buildAnswerContent(QString reply, QString title, int answerIndex)
 {
     AnswerItem *answer = m_answers.at(answerIndex);
-    const int height = answer->setReply(reply, title, m_pictures);
-    addAnswerCopyMenus(answer);
+    const int height = answer->setReply(reply, title, m_pictures.all());
+    m_pictures.tellPreview();
+    m_copier->addAnswer(answer);
     connectPictures(*answer);
     return height;
+}
+
+void QARegion::save_gif(QString part, QString base64Data, QString fileName)
+{
+    saveAnimation(part, QStringRef(&base64Data), fileName);
+}
+
+void QARegion::setPicture(QString part, QString gifPath, int k)
+{
+    const ConversationPicture &picture = m_pictures.all().at(k);
+    picture.row->showPicture(part, picture.pixmap, gifPath);
+}
+
+void QARegion::fitPictureRow(QString part, int row, int k, int width)
+{
+    Q_UNUSED(row)
+    m_pictures.all().at(k).row->fitToPicture(part, width);
+}
+
+QString QARegion::wrapToWidth(QFontMetrics metrics, QString text, int width)
+{
+    return brokenToWidth(metrics, text, width);
 }
 
 void QARegion::showAnswerItem(AnswerItem *answer)
 {
     answer->setFoldState(initialFoldState(answer->content()->contentHeight()));
-    answer->show();
+    m_list->append(answer);
     scrollToBottom();
 }
 
-void QARegion::showRecommendOnly(const QJsonArray &recommends, const QString &question)
+void QARegion::showRecommendOnly(QVector<ListedQuestion> recommends, QString question)
 {
-    auto *item = new RecommendOnlyItem(recommends, m_measureLabel, m_list);
+    auto *item = new RecommendOnlyItem(recommends, measureLabel, m_list->nextParent());
     const int box = m_boxes.size();
     m_boxes.append(item->box());
     connect(item->box(), &RecommendBox::nextPageRequested, this,
-            [this, box] { switchRecommendOnly(box); });
+            [this, box, question] { switchRecommendOnly(box, question); });
     connectRows(item->box(), question);
-    item->show();
+    m_list->append(item);
     scrollToBottom();
 }
 
@@ -263,13 +294,15 @@ void QARegion::connectRows(RecommendBox *box, const QString &question)
             });
 }
 
-void QARegion::switchRecommendOnly(int box)
+void QARegion::switchRecommendOnly(int box, QString question)
 {
+    Q_UNUSED(question)
     m_boxes.at(box)->showNextPage();
 }
 
-void QARegion::switchAnswerRecommends(int box)
+void QARegion::switchAnswerRecommends(int box, QString question)
 {
+    Q_UNUSED(question)
     m_answerBoxes.at(box)->showNextPage();
 }
 
@@ -297,120 +330,41 @@ void QARegion::OpenToFold_answer(int answer)
     m_answers.at(answer)->setFoldState(FoldState::Folded);
 }
 
-void QARegion::addCopyMenu(ConversationItem *item, MenuKind kind)
-{
-    const int num = m_texts[kind].size();
-    m_texts[kind].append({item, 0});
-    connect(item, &ConversationItem::copyMenuRequested, this,
-            [this, num, kind] { qaRightHitMenu_show(num, kind); });
-}
-
-void QARegion::addAnswerCopyMenus(AnswerItem *answer)
-{
-    const int title = m_texts[TitleMenu].size();
-    const int firstParagraph = m_texts[ParagraphMenu].size();
-    m_texts[TitleMenu].append({answer, 0});
-    for (int number = 1; number <= answer->content()->paragraphs().size(); ++number) {
-        m_texts[ParagraphMenu].append({answer, number});
-    }
-    connect(answer, &ConversationItem::copyMenuRequested, this,
-            [this, title, firstParagraph](int number) {
-                number == 0 ? qaRightHitMenu_show(title, TitleMenu)
-                            : qaRightHitMenu_show(firstParagraph + number - 1, ParagraphMenu);
-            });
-}
-
 void QARegion::connectPictures(const AnswerItem &answer)
 {
     const QVector<PictureRow *> &rows = answer.content()->pictureRows();
-    int num = m_pictures.size() - rows.size();
+    int num = m_pictures.all().size() - rows.size();
     for (const PictureRow *row : rows) {
-        connect(row->button(), &QWidget::customContextMenuRequested, this,
-                [this, num] { qaRightHitMenu_show(num, PictureMenu); });
         connect(row->button(), &QPushButton::clicked, this, [this, num] { picture_preview(num); });
         ++num;
     }
 }
 
-ImageDisplay *QARegion::preview() const
-{
-    return imagePreview.get();
-}
-
 void QARegion::picture_preview(int k)
 {
-    const ConversationPicture &picture = m_pictures.at(k);
-    imagePreview.reset(); // one window at a time
-    imagePreview = std::make_unique<ImageDisplay>();
-    imagePreview->PreviewWin(picture.pixmap, picture.title, picture.animated, k);
-    connect(imagePreview.get(), &ImageDisplay::previousImage_signal, this,
-            &QARegion::changeToPreviousImg);
-    connect(imagePreview.get(), &ImageDisplay::nextImage_signal, this, &QARegion::changeToNextImg);
-    imagePreview->show();
-    imagePreview->setAttribute(Qt::WA_QuitOnClose, false);
+    const ImageDisplay *preview = m_pictures.openPreview(k);
+    connect(preview, &ImageDisplay::previousImage_signal, this, &QARegion::changeToPreviousImg);
+    connect(preview, &ImageDisplay::nextImage_signal, this, &QARegion::changeToNextImg);
 }
 
 void QARegion::changeToPreviousImg(int k)
 {
-    const ConversationPicture &picture = m_pictures.at(k);
-    imagePreview->changeImage(picture.pixmap, picture.title, picture.animated, k);
+    m_pictures.showInPreview(k);
 }
 
 void QARegion::changeToNextImg(int k)
 {
-    if (k < m_pictures.size()) {
-        changeToPreviousImg(k);
-    } else {
-        imagePreview->setCurrentIndex(m_pictures.size() - 1);
-    }
+    m_pictures.showNextInPreview(k);
 }
 
 void QARegion::qaRightHitMenu_show(int num, int type)
 {
-    const bool enabled = type == PictureMenu || !selectedText(num, type).isEmpty();
-    m_rightHitMenu = new CopyMenu(enabled, this);
-    connect(m_rightHitMenu, &CopyMenu::copyRequested, this,
-            [this, num, type] { qaRightHitMenu_copySlots(num, type); });
-    m_rightHitMenu->move(QCursor::pos());
-    m_rightHitMenu->show();
+    m_copier->show(num, type);
 }
 
 void QARegion::qaRightHitMenu_copySlots(int num, int type)
 {
-    if (type == PictureMenu) {
-        copyPicture(num);
-    } else {
-        // Line and paragraph separators of the label become line ends.
-        QTextEdit text(this);
-        text.setPlainText(selectedText(num, type));
-        QApplication::clipboard()->setText(text.toPlainText());
-    }
-    if (m_rightHitMenu != nullptr) {
-        m_rightHitMenu->close(); // which deletes it
-    }
-}
-
-QString QARegion::selectedText(int num, int type) const
-{
-    if (type < ParagraphMenu || type > MessageMenu || num < 0 || num >= m_texts[type].size()) {
-        return {};
-    }
-    const ConversationText &text = m_texts[type].at(num);
-    const QLabel *label = text.item->text(text.number); // none while nothing is selected far away
-    return label == nullptr ? QString() : label->selectedText();
-}
-
-void QARegion::copyPicture(int num) const
-{
-    if (num < 0 || num >= m_pictures.size()) {
-        return;
-    }
-    const ConversationPicture &picture = m_pictures.at(num);
-    if (picture.animated && !picture.pixmap.isNull()) {
-        QApplication::clipboard()->setImage(QImage(animationFile(num)));
-    } else {
-        QApplication::clipboard()->setPixmap(picture.pixmap);
-    }
+    m_copier->copy(num, type);
 }
 
 void QARegion::reveal(const QWidget *widget)

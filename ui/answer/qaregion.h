@@ -1,41 +1,32 @@
 #pragma once
 
-#include "service/request/httpsrequest.h"
-#include "service/request/idpinterface.h"
-#include "ui/answer/picture/inlinepicture.h"
+#include "ui/answer/picture/conversationpictures.h"
 
 #include <QJsonArray>
-#include <QPointer>
+#include <QJsonValue>
 #include <QVector>
 #include <QWidget>
 
-#include <memory>
-
 class AnswerItem;
-class ConversationItem;
+class ConversationCopier;
 class ConversationList;
-class CopyMenu;
-class ImageDisplay;
+class IdpInterface;
+class QFontMetrics;
 class QLabel;
+class QuestionCycle;
 class RecommendBox;
+struct Answer;
+struct ListedQuestion;
 
 /// The conversation area of the main window: shows questions, messages and answers as bubbles and
-/// runs the question cycle with the service. Lives on the GUI thread.
+/// has its questions asked. It conducts: the list, the pictures, the copier and the question cycle
+/// do the work. Lives on the GUI thread.
 class QARegion : public QWidget
 {
     Q_OBJECT
     Q_DISABLE_COPY(QARegion)
 
 public:
-    /// What a copy menu belongs to, and the number by which its kind is known.
-    enum MenuKind {
-        ParagraphMenu = 0,
-        PictureMenu = 1,
-        QuestionMenu = 2,
-        TitleMenu = 3,
-        MessageMenu = 4,
-    };
-
     explicit QARegion(QWidget *parent = nullptr);
 
     /// Takes the preview window along.
@@ -43,52 +34,76 @@ public:
 
     /// Asks the service one question and shows its answer. Returns when the answer has come or its
     /// time is over, at most 800 s; the window stays responsive while it waits.
-    void getAskAndAnswer_NoThread(const QString &question, const QString &source,
-                                  const QString &originalQuestion, qint64 questionId);
+    void getAskAndAnswer_NoThread(QString question, QString source, QString originalQuestion,
+                                  qint64 questionId);
 
     /// The service that is asked. Its time limits may be changed between two calls.
-    [[nodiscard]] IdpInterface &service() { return m_idp; }
+    [[nodiscard]] IdpInterface &service();
 
     /// The service's suggestions for the typed \a text, empty on any failure. Waits for them for at
     /// most 0.4 s, in which the window stays responsive.
-    [[nodiscard]] QJsonArray association_questions(const QString &text);
+    [[nodiscard]] QJsonArray suggestionsFor(const QString &text);
 
     /// Appends the user's question and scrolls to it.
-    void addQuestionBubble(const QString &text);
+    void addQuestionBubble(QString text);
 
     /// Appends a plain message of the assistant. Does not scroll.
-    void addRobotMessage(const QString &text);
+    void addRobotMessage(QString text);
 
     /// Appends an answer without recommendations and scrolls to it.
-    void showAnswer(const QString &title, const QString &reply);
+    void showAnswer(QString title, QString reply);
 
     /// Appends an answer with a box of \a recommends, which are asked as following from
     /// \a question, and scrolls to it.
-    void showAnswerWithRecommends(const QString &title, const QString &reply,
-                                  const QJsonArray &recommends, const QString &question);
+    void showAnswerWithRecommends(QString title, QString reply,
+                                  QVector<ListedQuestion> recommends, QString question);
 
     /// Builds the rows of \a reply inside answer \a answerIndex and returns their height in px. The
     /// pictures in it join those of the conversation under \a title.
-    int buildAnswerContent(const QString &reply, const QString &title, int answerIndex);
+    int buildAnswerContent(QString reply, QString title, int answerIndex);
+
+    /// Writes the picture \a base64Data to \a fileName when the image tag \a part holds an
+    /// animation. A file that cannot be written gives a warning in the log.
+    static void save_gif(QString part, QString base64Data, QString fileName);
+
+    /// Shows picture \a k, of the image tag \a part, in its row: scaled down to the row when it is
+    /// a still one, else the animation in the file \a gifPath.
+    void setPicture(QString part, QString gifPath, int k);
+
+    /// Makes the row of picture \a k, of the image tag \a part, as low as the picture in it when it
+    /// is a still one, with a picture \a width px wide. The picture knows its \a row.
+    void fitPictureRow(QString part, int row, int k, int width);
+
+    /// Breaks \a text into lines of less than \a width px, as question bubbles show it.
+    [[nodiscard]] static QString wrapToWidth(QFontMetrics metrics, QString text, int width);
 
     /// Appends a box of \a recommends in place of an answer and scrolls to it.
-    void showRecommendOnly(const QJsonArray &recommends, const QString &question);
+    void showRecommendOnly(QVector<ListedQuestion> recommends, QString question);
+
+    /// Shows the next page of the box \a box of those in place of answers. What it recommends is
+    /// asked as following from the question of the box, which \a question tells again.
+    void switchRecommendOnly(int box, QString question);
+
+    /// The same for the box \a box of those below answers.
+    void switchAnswerRecommends(int box, QString question);
 
     /// Shows the service's answer to a question that it has one for.
-    void QA_NORMAL_RESULT(const QString &question, const QString &standardQuestion,
-                          const QString &reply);
+    void QA_NORMAL_RESULT(QString question, QString standardQuestion, QString reply);
 
     /// Shows the service's answer and what it recommends beside it.
-    void MULTI_QA_RESULT(const QString &question, const QString &standardQuestion,
-                         const QString &reply, const QJsonValue &recommends);
+    void MULTI_QA_RESULT(QString question, QString standardQuestion, QString reply,
+                         QJsonValue recommends);
 
     /// Shows the \a count recommendations for a question that the service has no answer to, or says
     /// that there are none.
-    void NO_RESULT(int count, const QJsonValue &recommends, const QString &question);
+    void NO_RESULT(int count, QJsonValue recommends, QString question);
 
     /// Says that no reply came: because of the network when no service address is known, which also
     /// emits netproblem(), or because the service has no answer.
     void isGetResponse();
+
+    /// Runs isGetResponse() when the round trip ended without a \a reply.
+    void checkEmptyReply(QString reply);
 
     void scrollToBottom();
 
@@ -96,7 +111,7 @@ public:
     void reveal(const QWidget *widget);
 
     /// The open preview window; null when there is none.
-    [[nodiscard]] ImageDisplay *preview() const;
+    [[nodiscard]] ImageDisplay *preview() const { return m_pictures.preview(); }
 
 signals:
     void beginGetAskAndAnswer(QString question);
@@ -124,42 +139,29 @@ public slots:
     /// Hands picture \a k to the preview; past the last picture it stays where it is.
     void changeToNextImg(int k);
 
-    /// Shows the copy menu of text or picture number \a num of the MenuKind \a type at the mouse.
+    /// Shows the copy menu of text or picture \a num of the kind \a type, one of
+    /// ConversationCopier::MenuKind, at the mouse.
     void qaRightHitMenu_show(int num, int type);
 
     /// Copies that text's selection, or that picture, to the clipboard and closes the menu.
     void qaRightHitMenu_copySlots(int num, int type);
 
 private:
-    /// A text of the conversation: number \a number of an entry, which the list owns.
-    struct ConversationText
-    {
-        const ConversationItem *item;
-        int number;
-    };
-
-    void showResult(const QString &question, const QJsonObject &result);
+    void buildForm();
+    void connectPieces();
+    void showMultiResult(const QString &question, const Answer &answer);
+    void showNoResult(int count, const QVector<ListedQuestion> &recommends,
+                      const QString &question);
     AnswerItem *addAnswer(const QString &title, const QString &reply);
     void showAnswerItem(AnswerItem *answer);
-    void addCopyMenu(ConversationItem *item, MenuKind kind);
-    void addAnswerCopyMenus(AnswerItem *answer);
     void connectPictures(const AnswerItem &answer);
-    [[nodiscard]] QString selectedText(int num, int type) const;
-    void copyPicture(int num) const;
     void connectRows(RecommendBox *box, const QString &question);
-    void switchRecommendOnly(int box);
-    void switchAnswerRecommends(int box);
-    void checkEmptyReply(const QString &reply);
 
-    IdpInterface m_idp;
-    httpsRequest m_endpoint;
     ConversationList *m_list = nullptr;
-    QLabel *m_measureLabel = nullptr; ///< hidden; recommendations are measured in it
-    QString m_userName;
-    QVector<ConversationPicture> m_pictures;            ///< of all answers, in the order shown
-    QVector<ConversationText> m_texts[MessageMenu + 1]; ///< of each MenuKind
-    QPointer<CopyMenu> m_rightHitMenu;
-    std::unique_ptr<ImageDisplay> imagePreview;
+    QLabel *measureLabel = nullptr; ///< hidden; recommendations are measured in it
+    ConversationPictures m_pictures;
+    ConversationCopier *m_copier = nullptr;
+    QuestionCycle *m_cycle = nullptr;
     // In the order shown; owned by the list.
     QVector<AnswerItem *> m_answers;
     QVector<RecommendBox *> m_answerBoxes; ///< below answers

@@ -27,7 +27,7 @@ void FramelessDialog::setVisible(bool visible)
 {
     QDialog::setVisible(visible);
     if (visible) {
-        activateWindow(); // Windows shows tool windows without that
+        activateWindow(); // Windows shows tool windows without activating them
     }
 }
 

@@ -3,18 +3,20 @@
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
 #include "app/base/texttools.h"
+#include "localchannel/guardmessage.h"
 #include "ui/answer/qaregion.h"
 #include "ui/dialogs/aboutdialog.h"
 #include "ui/mainwindow/focusorder.h"
 #include "ui/mainwindow/frame/aboutmenu.h"
-#include "ui/mainwindow/frame/screens.h"
 #include "ui/mainwindow/frame/screenwatch.h"
 #include "ui/mainwindow/frame/titlebar.h"
+#include "ui/mainwindow/frame/windowplace.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 #include "ui/mainwindow/input/inputpanel.h"
 #include "ui/mainwindow/itreport.h"
 #include "ui/mainwindow/suggestions/suggestions.h"
 #include "ui/mainwindow/windowmodes.h"
+#include "ui/preview/animationfile.h"
 #include "ui/preview/imagedisplay.h"
 
 #include <QCursor>
@@ -95,7 +97,11 @@ void Miravel::connectTimers()
 void Miravel::connectModes()
 {
     connect(m_modes.get(), &WindowModes::questionClicked, this, &Miravel::hotRecom_list_click);
-    connect(m_modes.get(), &WindowModes::rightRegionSuccess, this, &Miravel::rightRegionSuccess);
+    connect(m_modes.get(), &WindowModes::nextLocalPageWanted, this,
+            &Miravel::switchHotQuestionLocation_change);
+    connect(m_modes.get(), &WindowModes::firstFetched, this, &Miravel::getHotQuestion_right);
+    connect(m_modes.get(), &WindowModes::refetched, this, &Miravel::refreshHotQuestions);
+    connect(m_modes.get(), &WindowModes::ready, this, &Miravel::rightRegionSuccess);
     connect(m_modes.get(), &WindowModes::callerGone, this, &Miravel::stopSuggestions);
 }
 
@@ -109,7 +115,7 @@ void Miravel::watchScreens()
 
 void Miravel::delete_gif()
 {
-    QDir folder(QStringLiteral("gif/"));
+    QDir folder(animationFolder);
     const QStringList files = folder.entryList(QDir::Files | QDir::Hidden | QDir::System);
     for (const QString &file : files) {
         folder.remove(file);
@@ -128,62 +134,77 @@ void Miravel::startForLauncher()
 
 void Miravel::JudgeUser_ifLogined_ByConfig()
 {
-    m_modes->JudgeUser_ifLogined_ByConfig();
+    m_modes->checkLogin();
 }
 
 void Miravel::detectionProcess_VdiAndOmbra()
 {
-    m_modes->detectionProcess_VdiAndOmbra();
+    m_modes->checkPrograms();
 }
 
 void Miravel::refreshHotQuestionsTimer()
 {
-    m_modes->refreshHotQuestionsTimer();
+    m_modes->fetchAgain();
 }
 
 void Miravel::refreshLocalQA()
 {
-    m_modes->refreshLocalQA();
+    m_modes->networkFailed();
 }
 
 void Miravel::getHotQuestion_thread_right()
 {
-    m_modes->getHotQuestion_thread_right();
+    m_modes->fetchFirst();
 }
 
 void Miravel::getHotQuestion_right(QJsonArray hotQuestions)
 {
-    m_modes->getHotQuestion_right(hotQuestions);
+    m_modes->takeFirst(hotQuestions);
 }
 
 void Miravel::refreshHotQuestions(QJsonArray hotQuestions)
 {
-    m_modes->refreshHotQuestions(hotQuestions);
+    m_modes->takeRefresh(hotQuestions);
 }
 
 void Miravel::switchHotQuestionLocation_show()
 {
-    m_modes->switchHotQuestionLocation_show();
+    m_modes->openLocalList();
+}
+
+void Miravel::parseLocalQA()
+{
+    m_modes->readLibrary();
+}
+
+const QStringList &Miravel::questLocation() const
+{
+    return m_modes->library().questions();
+}
+
+const QStringList &Miravel::answerLocation() const
+{
+    return m_modes->library().answers();
 }
 
 void Miravel::showLocalQA()
 {
-    m_modes->showLocalQA();
+    m_modes->showLibrary();
 }
 
 void Miravel::switchHotQuestionLocation_change()
 {
-    m_modes->switchHotQuestionLocation_change();
+    m_modes->showNextLocalPage();
 }
 
 void Miravel::hotRecom_list_click(QString question, qint64 questionId)
 {
-    m_modes->hotRecom_list_click(question, questionId);
+    m_modes->takeHotQuestion(question, questionId);
 }
 
 int Miravel::getLocationQuest_Num(QString question)
 {
-    return m_modes->getLocationQuest_Num(question);
+    return m_modes->placeInLibrary(question);
 }
 
 void Miravel::send_messages()
@@ -246,7 +267,7 @@ void Miravel::listenSysguardMessage_thread()
 void Miravel::sendSysguardQuest(QJsonObject obj)
 {
     LOG_INFO() << "send Sysguard Quest: " << timeOfDay();
-    m_modes->askOrExplain(throughLocalEncoding(obj.value(QLatin1String("question")).toString()),
+    m_modes->askOrExplain(guardQuestion(obj),
                           "send messages(Sysguard) when not logged in, isGetHotQuests:",
                           "send messages(Sysguard) by idp qa request, isGetHotQuests:");
     LOG_INFO() << "send QAFinished signal";

@@ -8,6 +8,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QStringList>
 #include <QWidget>
 
 #include <memory>
@@ -111,7 +112,7 @@ public slots:
     /// Shows the menu of the about button at the mouse.
     void about_menuClicked();
 
-    /// Fetches the hot questions anew; runs every 30 minutes.
+    /// Fetches the hot questions anew, every 30 minutes; refreshHotQuestions() takes what comes.
     void refreshHotQuestionsTimer();
 
     /// The service turned out to be unreachable: shows the local library unless it is shown
@@ -126,7 +127,8 @@ public:
     /// Starts the thread that takes the guard tool's questions.
     void listenSysguardMessage_thread();
 
-    /// Fetches the hot questions for the first time, under a veil that shows it.
+    /// Fetches the hot questions for the first time, under a veil; getHotQuestion_right() takes
+    /// what comes.
     void getHotQuestion_thread_right();
 
     /// What that fetch has brought; nothing means that the service is not to be had.
@@ -137,6 +139,15 @@ public:
 
     /// Shows the first page of the local questions and says why they are shown.
     void switchHotQuestionLocation_show();
+
+    /// Reads the files of the local library and adds what is not there yet.
+    void parseLocalQA();
+
+    /// The questions of the local library, from index 1 on; the entry before them is empty.
+    [[nodiscard]] const QStringList &questLocation() const;
+
+    /// Their answers, at the same indices.
+    [[nodiscard]] const QStringList &answerLocation() const;
 
     /// Shows the local questions in place of the service's.
     void showLocalQA();

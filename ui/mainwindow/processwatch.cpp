@@ -21,9 +21,8 @@ bool isListed(const QByteArray &taskList, const QString &executable)
     return !executable.isEmpty() && taskList.contains(executable.toLocal8Bit());
 }
 
-bool watchedProgramRuns(const WatchedPrograms &programs, bool startedByVdiClient, int limitMs)
+RunningPrograms runningPrograms(const WatchedPrograms &programs, int limitMs)
 {
     const QByteArray list = taskList(limitMs); // one list for both, so one wait
-    return isListed(list, programs.vdiClient)
-        || (!startedByVdiClient && isListed(list, programs.launcher));
+    return {isListed(list, programs.vdiClient), isListed(list, programs.launcher)};
 }

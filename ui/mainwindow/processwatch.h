@@ -20,8 +20,13 @@ constexpr int taskListLimitMs = 30'000;
 /// Whether \a taskList contains the name \a executable, written in the same case.
 [[nodiscard]] bool isListed(const QByteArray &taskList, const QString &executable);
 
-/// Whether one of the programs runs that the window depends on: the VDI client alone when it
-/// started the window (\a startedByVdiClient), otherwise either of \a programs. Blocks as
-/// taskList() does, once.
-[[nodiscard]] bool watchedProgramRuns(const WatchedPrograms &programs, bool startedByVdiClient,
-                                      int limitMs = taskListLimitMs);
+/// Which of them run.
+struct RunningPrograms
+{
+    bool vdiClient;
+    bool launcher;
+};
+
+/// Which of \a programs run. Blocks as taskList() does, once.
+[[nodiscard]] RunningPrograms runningPrograms(const WatchedPrograms &programs,
+                                              int limitMs = taskListLimitMs);

@@ -3,8 +3,8 @@
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/frame/titlebar.h"
 #include "ui/mainwindow/input/inputpanel.h"
-#include "ui/mainwindow/miravel.h"
 
+#include <QCoreApplication>
 #include <QGridLayout>
 
 namespace {
@@ -33,7 +33,7 @@ WindowForm buildWindowForm(QWidget &window, bool aboutMenu)
     window.setFixedSize(windowSize);
     WindowForm form{};
     form.inner = makeInner(window);
-    window.setWindowTitle(Miravel::tr("Miravel"));
+    window.setWindowTitle(QCoreApplication::translate("Miravel", "Miravel"));
     window.setAttribute(Qt::WA_QuitOnClose);
     window.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint
                           | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);

@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "service/reply/listedquestion.h"
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/fixedmessages.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
@@ -18,6 +19,11 @@ const char *boolText(bool value)
     return value ? "true" : "false";
 }
 
+Fetched fetchedOf(const QJsonArray &hotQuestions)
+{
+    return hotQuestions.isEmpty() ? Fetched::Nothing : Fetched::Questions;
+}
+
 } // namespace
 
 WindowModes::WindowModes(const WindowForm &form, WindowTimers &timers)
@@ -25,214 +31,129 @@ WindowModes::WindowModes(const WindowForm &form, WindowTimers &timers)
     , m_timers(timers)
     , m_watchedPrograms{QStringLiteral("Velistra_VDI_Client.exe"), QStringLiteral("Velistra.exe")}
 {
-    connect(&m_firstFetch, &HotFetch::fetched, this, &WindowModes::getHotQuestion_right);
-    connect(&m_refreshFetch, &HotFetch::fetched, this, &WindowModes::refreshHotQuestions);
+    connect(&m_firstFetch, &HotFetch::fetched, this, &WindowModes::firstFetched);
+    connect(&m_refreshFetch, &HotFetch::fetched, this, &WindowModes::refetched);
 }
 
 WindowModes::~WindowModes() = default;
 
 void WindowModes::startForVdiClient()
 {
-    getIDP = true;
-    startedByVdiClient = true;
-    panelReady = true;
-    buildHotQuestions();
-    m_timers.hotRefresh.start();
+    carryOut(m_state.clientStarted());
 }
 
 void WindowModes::startForLauncher()
 {
-    JudgeUser_ifLogined_ByConfig();
-    if (loggedIn) {
-        switchToOnlineMode();
-        return;
-    }
-    startedByVdiClient = false;
-    switchToOfflineMode();
-    m_timers.loginPoll.start();
+    checkLogin();
+    carryOut(m_state.launcherStarted());
 }
 
-void WindowModes::JudgeUser_ifLogined_ByConfig()
+void WindowModes::checkLogin()
 {
     const QSettings settings(clientSettingsPath(), QSettings::IniFormat);
-    if (settings.value(QStringLiteral("LoginMode/loginstate")).toInt() == 0) {
-        LOG_INFO() << "Account not logged in!";
-        neverLoggedOut = false;
-        return;
-    }
-    LOG_INFO() << "Account is logged in!";
-    loggedIn = true;
-    if (!neverLoggedOut) {
-        switchToOnlineMode();
-        m_timers.loginPoll.stop();
-    }
+    const bool loggedIn = settings.value(QStringLiteral("LoginMode/loginstate")).toInt() != 0;
+    LOG_INFO() << (loggedIn ? "Account is logged in!" : "Account not logged in!");
+    carryOut(m_state.loginChecked(loggedIn));
 }
 
-void WindowModes::switchToOnlineMode()
+void WindowModes::checkPrograms()
 {
-    getIDP = true;
-    startedByVdiClient = false;
-    panelReady = true;
-    buildHotQuestions();
-    m_timers.hotRefresh.start();
+    carryOut(m_state.processesListed(runningPrograms(m_watchedPrograms)));
 }
 
-void WindowModes::switchToOfflineMode()
+void WindowModes::networkFailed()
 {
-    getIDP = false;
-    panelReady = true;
-    m_library.parseLocalQA();
-    buildHotQuestions();
+    LOG_INFO() << "get network problem signal";
+    carryOut(m_state.networkFailed());
 }
 
-void WindowModes::detectionProcess_VdiAndOmbra()
+void WindowModes::fetchFirst()
 {
-    if (watchedProgramRuns(m_watchedPrograms, startedByVdiClient)) {
-        return;
-    }
-    emit callerGone();
-    m_timers.processWatch.stop();
-    switchToOfflineMode();
-}
-
-void WindowModes::buildHotQuestions()
-{
-    delete m_hotColumn;
-    m_hotColumn = new HotQuestionsColumn(m_form.inner);
-    connect(m_hotColumn, &HotQuestionsColumn::questionClicked, this, &WindowModes::questionClicked);
-    m_hotColumn->show();
-    if (getIDP) {
-        getHotQuestion_thread_right();
-    } else {
-        switchHotQuestionLocation_show();
-    }
-}
-
-void WindowModes::getHotQuestion_thread_right()
-{
-    m_overlay = std::make_unique<LoadingOverlay>(m_hotColumn, m_form.inner);
+    m_overlay = std::make_unique<LoadingOverlay>(m_column, m_form.inner);
     LOG_INFO() << "begin to start qthread for get hot questions";
     m_firstFetch.start();
 }
 
-void WindowModes::refreshHotQuestionsTimer()
+void WindowModes::fetchAgain()
 {
     LOG_INFO() << "refresh hot questions timer by a new qthread";
     m_refreshFetch.start();
 }
 
-void WindowModes::getHotQuestion_right(const QJsonArray &hotQuestions)
+void WindowModes::takeFirst(const QJsonArray &hotQuestions)
 {
     m_overlay.reset();
-    isGetHotQuests = true;
     if (hotQuestions.isEmpty()) {
         LOG_WARNING() << "Network problem! failed to get hot issues.";
-        netHotWork = true;
-        switchToOfflineMode();
-        return;
+    } else {
+        LOG_INFO() << "Get hot issues successfully! hot_questions_num: (%d)" << hotQuestions.size();
     }
-    LOG_INFO() << "Get hot issues successfully! hot_questions_num: (%d)" << hotQuestions.size();
-    m_form.region->addRobotMessage(fixedmessages::greeting());
-    m_hotColumn->showServiceQuestions(hotQuestions);
-    emit rightRegionSuccess();
-    if (miravelVersion != QLatin1String("INVIRTUAL_SHORTCUT")) {
-        m_timers.processWatch.start();
-    }
+    const bool shortcut = miravelVersion == QLatin1String("INVIRTUAL_SHORTCUT");
+    carryOut(m_state.firstFetchReturned(fetchedOf(hotQuestions), shortcut), hotQuestions);
 }
 
-void WindowModes::refreshHotQuestions(const QJsonArray &hotQuestions)
+void WindowModes::takeRefresh(const QJsonArray &hotQuestions)
 {
-    if (hotQuestions.isEmpty()) {
-        LOG_INFO() << "failed to get hot issues";
-        if (getIDP) {
-            m_form.region->addRobotMessage(fixedmessages::refreshFailed());
-            m_form.region->scrollToBottom();
-            showLocalQA();
-            LOG_INFO() << "before hot issues online, now refresh LocalQA";
-        }
-        return;
-    }
-    LOG_INFO() << "Get hot issues successfully, refresh";
-    if (!getIDP) {
-        m_form.region->addRobotMessage(fixedmessages::refreshed());
-        m_form.region->scrollToBottom();
-    }
-    netHotWork = false;
-    getIDP = true;
-    m_hotColumn->showServiceQuestions(hotQuestions);
+    LOG_INFO() << (hotQuestions.isEmpty() ? "failed to get hot issues"
+                                          : "Get hot issues successfully, refresh");
+    carryOut(m_state.refreshReturned(fetchedOf(hotQuestions)), hotQuestions);
 }
 
-void WindowModes::switchHotQuestionLocation_show()
+void WindowModes::openLocalList()
 {
     LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)" << m_library.size()
-               << "netHotWork：" << boolText(netHotWork);
-    m_form.region->addRobotMessage(netHotWork ? fixedmessages::noNetwork()
-                                              : fixedmessages::notLoggedIn());
-    if (m_library.size() > 0) {
-        m_hotColumn->showLocalQuestions(m_library.questLocation());
-        emit rightRegionSuccess();
-    }
+               << "netHotWork：" << boolText(m_state.netHotWork);
+    carryOut(m_state.localListOpened(m_library.size() > 0));
 }
 
-void WindowModes::showLocalQA()
+void WindowModes::showLibrary()
 {
-    getIDP = false;
-    panelReady = true;
-    LOG_INFO() << "questLocation size" << m_library.size();
-    if (m_library.size() < 1) {
-        m_library.parseLocalQA();
-        LOG_INFO() << "parse localQuest. questLocation size" << m_library.size();
-    }
-    m_hotColumn->showLocalQuestions(m_library.questLocation());
+    carryOut(m_state.libraryWanted());
 }
 
-void WindowModes::refreshLocalQA()
+void WindowModes::showNextLocalPage()
 {
-    LOG_INFO() << "get network problem signal";
-    if (!getIDP) {
-        return;
-    }
-    LOG_INFO() << "before getIDP = " << boolText(getIDP) << ", show LocalQA";
-    showLocalQA();
+    m_column->showNextLocalPage();
 }
 
-void WindowModes::switchHotQuestionLocation_change()
+void WindowModes::readLibrary()
 {
-    m_hotColumn->showNextPage();
+    m_library.read();
 }
 
-void WindowModes::hotRecom_list_click(const QString &question, qint64 questionId)
+void WindowModes::takeHotQuestion(const QString &question, qint64 questionId)
 {
     LOG_INFO() << "hotRecom click."
                << "question: " << question << "questionId: " << questionId;
-    LOG_INFO() << "getIDP: " << boolText(getIDP);
-    if (getIDP) {
+    LOG_INFO() << "getIDP: " << boolText(m_state.getIDP);
+    if (m_state.getIDP) {
         m_form.region->Miss_RecomSend(question, QStringLiteral("hotquestion"), QString(),
                                       questionId);
         return;
     }
-    const int place = getLocationQuest_Num(question);
+    const int place = placeInLibrary(question);
     LOG_INFO() << "locatNum: " << place;
     if (place >= 0) {
         m_form.region->addQuestionBubble(question);
-        m_form.region->showAnswer(question, m_library.answerLocation().at(place));
+        m_form.region->showAnswer(question, m_library.answers().at(place));
     }
 }
 
-int WindowModes::getLocationQuest_Num(const QString &question) const
+int WindowModes::placeInLibrary(const QString &question) const
 {
-    return m_library.questLocation().indexOf(question);
+    return m_library.questions().indexOf(question);
 }
 
 void WindowModes::askOrExplain(const QString &question, const char *explainedLog,
                                const char *askedLog)
 {
-    if (question.isEmpty()) {
+    const QuestionWay way = m_state.questionTyped(question.isEmpty());
+    if (way == QuestionWay::Ignore) {
         return;
     }
-    const bool mayAsk = isGetHotQuests || netHotWork;
-    LOG_INFO() << (mayAsk ? askedLog : explainedLog) << boolText(isGetHotQuests)
-               << ". netHotWork:" << boolText(netHotWork);
+    const bool mayAsk = way == QuestionWay::Ask;
+    LOG_INFO() << (mayAsk ? askedLog : explainedLog) << boolText(m_state.isGetHotQuests)
+               << ". netHotWork:" << boolText(m_state.netHotWork);
     if (mayAsk) {
         m_form.region->Miss_RecomSend(question, QStringLiteral("rawquery"), QString(), 0);
         return;
@@ -240,4 +161,83 @@ void WindowModes::askOrExplain(const QString &question, const char *explainedLog
     m_form.region->addQuestionBubble(question);
     m_form.region->addRobotMessage(fixedmessages::notLoggedIn());
     m_form.region->scrollToBottom();
+}
+
+void WindowModes::carryOut(const WindowSteps &steps, const QJsonArray &hotQuestions)
+{
+    for (const WindowStep step : steps) {
+        carryOut(step, hotQuestions);
+    }
+}
+
+void WindowModes::carryOut(WindowStep step, const QJsonArray &hotQuestions)
+{
+    switch (step) {
+    case WindowStep::SayGreeting:
+        return m_form.region->addRobotMessage(fixedmessages::greeting());
+    case WindowStep::SayNotLoggedIn:
+        return m_form.region->addRobotMessage(fixedmessages::notLoggedIn());
+    case WindowStep::SayNoNetwork:
+        return m_form.region->addRobotMessage(fixedmessages::noNetwork());
+    case WindowStep::SayRefreshFailed:
+        return m_form.region->addRobotMessage(fixedmessages::refreshFailed());
+    case WindowStep::SayRefreshed:
+        return m_form.region->addRobotMessage(fixedmessages::refreshed());
+    case WindowStep::ScrollToBottom:
+        return m_form.region->scrollToBottom();
+    case WindowStep::ReportReady:
+        return emit ready();
+    case WindowStep::MakeColumn:
+        return makeColumn();
+    case WindowStep::FetchQuestions:
+        return fetchFirst();
+    case WindowStep::ShowServiceQuestions:
+        return m_column->showServiceQuestions(readListedQuestions(hotQuestions));
+    case WindowStep::ReadLibrary:
+        return readLibrary();
+    case WindowStep::OpenLocalList:
+        return openLocalList();
+    case WindowStep::ShowLocalQuestions:
+        return m_column->showLocalQuestions(m_library.questions());
+    case WindowStep::ShowLibrary:
+        return readAndShowLibrary();
+    case WindowStep::StartHotRefresh:
+        return m_timers.hotRefresh.start();
+    case WindowStep::StartLoginPoll:
+        return m_timers.loginPoll.start();
+    case WindowStep::StopLoginPoll:
+        return m_timers.loginPoll.stop();
+    case WindowStep::StartProcessWatch:
+        return m_timers.processWatch.start();
+    case WindowStep::StopProcessWatch:
+        return m_timers.processWatch.stop();
+    case WindowStep::StopSuggestions:
+        return emit callerGone();
+    case WindowStep::LogWasOnline:
+        LOG_INFO() << "before getIDP = " << boolText(true) << ", show LocalQA";
+        return;
+    case WindowStep::LogFellBack:
+        LOG_INFO() << "before hot issues online, now refresh LocalQA";
+        return;
+    }
+}
+
+void WindowModes::makeColumn()
+{
+    delete m_column;
+    m_column = new HotQuestionsColumn(m_form.inner);
+    connect(m_column, &HotQuestionsColumn::questionClicked, this, &WindowModes::questionClicked);
+    connect(m_column, &HotQuestionsColumn::nextLocalPageWanted, this,
+            &WindowModes::nextLocalPageWanted);
+    m_column->show();
+}
+
+void WindowModes::readAndShowLibrary()
+{
+    LOG_INFO() << "questLocation size" << m_library.size();
+    if (m_library.size() < 1) {
+        readLibrary();
+        LOG_INFO() << "parse localQuest. questLocation size" << m_library.size();
+    }
+    m_column->showLocalQuestions(m_library.questions());
 }

@@ -4,6 +4,7 @@
 #include "ui/mainwindow/hotquestions/hotfetch.h"
 #include "ui/mainwindow/processwatch.h"
 #include "ui/mainwindow/windowform.h"
+#include "ui/mainwindow/windowstate.h"
 
 #include <QObject>
 
@@ -13,10 +14,8 @@ class HotQuestionsColumn;
 class LoadingOverlay;
 struct WindowTimers;
 
-/// Decides whether questions go to the service or are answered from what is at hand, and shows the
-/// hot questions of the one or the other. Loading: the service is asked for the first time. Online:
-/// it has answered. Offline: the local library is shown. The operations of the window with the same
-/// names lead here. GUI thread.
+/// Tells WindowState what happens and carries out what it decides: shows the hot questions of the
+/// service or of the local library, says why, and starts and stops the timers. GUI thread.
 class WindowModes : public QObject
 {
     Q_OBJECT
@@ -31,55 +30,77 @@ public:
 
     void startForVdiClient();
     void startForLauncher();
-    void JudgeUser_ifLogined_ByConfig();
-    void detectionProcess_VdiAndOmbra();
-    void refreshHotQuestionsTimer();
-    void refreshLocalQA();
-    void getHotQuestion_thread_right();
-    void getHotQuestion_right(const QJsonArray &hotQuestions);
-    void refreshHotQuestions(const QJsonArray &hotQuestions);
-    void switchHotQuestionLocation_show();
-    void showLocalQA();
-    void switchHotQuestionLocation_change();
-    void hotRecom_list_click(const QString &question, qint64 questionId);
-    [[nodiscard]] int getLocationQuest_Num(const QString &question) const;
+
+    /// Reads from the client's settings whether the desktop is logged in.
+    void checkLogin();
+
+    /// Looks whether a program still runs that the window depends on. Blocks as taskList() does.
+    void checkPrograms();
+
+    /// A question has found the service unreachable.
+    void networkFailed();
+
+    /// Fetches the hot questions for the first time, under a veil; firstFetched() tells the end.
+    void fetchFirst();
+
+    /// Fetches them anew; refetched() tells the end.
+    void fetchAgain();
+
+    /// What the one and the other have brought; nothing on any failure.
+    void takeFirst(const QJsonArray &hotQuestions);
+    void takeRefresh(const QJsonArray &hotQuestions);
+
+    /// Says why local questions are shown, and shows them as far as there are any.
+    void openLocalList();
+
+    /// Shows the local questions in place of the service's.
+    void showLibrary();
+    void showNextLocalPage();
+
+    /// Reads the files of the local library.
+    void readLibrary();
+    [[nodiscard]] const LocalLibrary &library() const { return m_library; }
+
+    /// Answers a clicked hot question, or asks it.
+    void takeHotQuestion(const QString &question, qint64 questionId);
+
+    /// Where \a question is in the local library, or -1.
+    [[nodiscard]] int placeInLibrary(const QString &question) const;
 
     /// Answers \a question, or says why it cannot be asked yet. The two texts begin the log line.
     void askOrExplain(const QString &question, const char *explainedLog, const char *askedLog);
 
     /// Whether the first fetch of hot questions has returned, with or without any.
-    [[nodiscard]] bool hotQuestionsReturned() const { return isGetHotQuests; }
+    [[nodiscard]] bool hotQuestionsReturned() const { return m_state.isGetHotQuests; }
 
     /// The column of hot questions, made anew with each change of the mode; null before the start.
-    [[nodiscard]] HotQuestionsColumn *column() const { return m_hotColumn; }
+    [[nodiscard]] HotQuestionsColumn *column() const { return m_column; }
 
 signals:
     void questionClicked(const QString &question, qint64 questionId);
+    void nextLocalPageWanted();
+    void firstFetched(const QJsonArray &hotQuestions);
+    void refetched(const QJsonArray &hotQuestions);
 
-    /// The answer region is ready for questions of others.
-    void rightRegionSuccess();
+    /// The conversation is ready for questions of others.
+    void ready();
 
     /// No program runs any more that the window depends on.
     void callerGone();
 
 private:
-    void switchToOnlineMode();
-    void switchToOfflineMode();
-    void buildHotQuestions();
+    void carryOut(const WindowSteps &steps, const QJsonArray &hotQuestions = {});
+    void carryOut(WindowStep step, const QJsonArray &hotQuestions);
+    void makeColumn();
+    void readAndShowLibrary();
 
     WindowForm m_form;
     WindowTimers &m_timers;
     WatchedPrograms m_watchedPrograms;
-    bool isGetHotQuests = false;     ///< the first hot-questions fetch has returned
-    bool netHotWork = false;         ///< the last hot-questions fetch failed
-    bool getIDP = false;             ///< questions and hot list come from the service
-    bool startedByVdiClient = false; ///< only the client's process counts as the caller
-    bool panelReady = false;
-    bool neverLoggedOut = true; ///< no login check has found the desktop logged out
-    bool loggedIn = false;      ///< a login check has found the desktop logged in
+    WindowState m_state;
     LocalLibrary m_library;
 
-    HotQuestionsColumn *m_hotColumn = nullptr;
+    HotQuestionsColumn *m_column = nullptr;
     std::unique_ptr<LoadingOverlay> m_overlay;
     HotFetch m_firstFetch;
     HotFetch m_refreshFetch;

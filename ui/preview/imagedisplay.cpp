@@ -1,67 +1,46 @@
 #include "ui/preview/imagedisplay.h"
 
 #include "app/base/logstream.h"
+#include "ui/preview/animationfile.h"
 #include "ui/preview/nativeresize.h"
 #include "ui/preview/picturearea.h"
 #include "ui/preview/picturezoom.h"
+#include "ui/preview/previewform.h"
+#include "ui/preview/previewhands.h"
 #include "ui/preview/previewtitlebar.h"
 #include "ui/preview/previewtoolbar.h"
 #include "ui/preview/resizeborder.h"
 
-#include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
-#include <QVBoxLayout>
-#include <QWindow>
 
 namespace {
 
 constexpr QSize normalSize(920, 646);
-constexpr int frameWidth = 2;
 constexpr int resizeBorderWidth = 4;
 
 /// What the window adds to the height of its picture area.
 constexpr int heightAroundPicture = 128;
-
-QString animationFile(int number)
-{
-    return QStringLiteral("gif/%1.gif").arg(number);
-}
 
 } // namespace
 
 ImageDisplay::ImageDisplay(QWidget *parent)
     : QWidget(parent)
 {
-    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint
-                   | Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint);
-    setAttribute(Qt::WA_StyledBackground);
-    setMouseTracking(true);
-    buildForm();
+    const PreviewForm form = buildPreviewForm(*this);
+    m_titleBar = form.titleBar;
+    m_area = form.area;
+    m_toolBar = form.toolBar;
+    borderWidth = resizeBorderWidth;
+    m_hands = std::make_unique<PreviewHands>(this, form, borderWidth);
     connectForm();
     setFocusPolicy(Qt::ClickFocus); // no button looks chosen before Tab is pressed
     setFocus();
 }
 
-void ImageDisplay::buildForm()
-{
-    setObjectName(QStringLiteral("ImageDisplay"));
-    setWindowTitle(tr("图片预览"));
-    setStyleSheet(QStringLiteral(
-        "QWidget{background-color:rgb(244, 245, 248);border:2px solid rgb(230,231,235);}"));
-    m_titleBar = new PreviewTitleBar(this);
-    m_area = new PictureArea(this);
-    m_toolBar = new PreviewToolBar(this);
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(frameWidth, frameWidth, frameWidth, frameWidth);
-    layout->setSpacing(0);
-    layout->setSizeConstraint(QLayout::SetNoConstraint); // a restored animation may be smaller
-    layout->addWidget(m_titleBar);
-    layout->addWidget(m_area, 1);
-    layout->addWidget(m_toolBar);
-}
+ImageDisplay::~ImageDisplay() = default;
 
 void ImageDisplay::connectForm()
 {
@@ -89,13 +68,12 @@ void ImageDisplay::connectForm()
 void ImageDisplay::PreviewWin(const QPixmap &picture, const QString &title, bool isAnimated,
                               int number)
 {
-    setPicture(picture, title, isAnimated, number);
+    takePicture(picture, title, isAnimated, number);
     PreviewWin_initial();
 }
 
 void ImageDisplay::PreviewWin_initial()
 {
-    borderWidth = resizeBorderWidth;
     resize(normalSize);
     const QRect desktop = screen()->geometry();
     move(desktop.center() - rect().center());
@@ -111,7 +89,7 @@ void ImageDisplay::PreviewWin_initial()
 void ImageDisplay::changeImage(const QPixmap &picture, const QString &title, bool isAnimated,
                                int number)
 {
-    setPicture(picture, title, isAnimated, number);
+    takePicture(picture, title, isAnimated, number);
     if (isGif) {
         changeImage_gif(number);
     } else {
@@ -123,34 +101,65 @@ void ImageDisplay::changeImage_gif(int n)
 {
     LOG_DEBUG() << "changeImage_gif";
     isGif = true;
-    index = n;
+    setCurrentIndex(n);
     playAnimation();
 }
 
-void ImageDisplay::setPicture(const QPixmap &picture, const QString &title, bool animated,
-                              int number)
+void ImageDisplay::takePicture(const QPixmap &picture, const QString &title, bool animated,
+                               int number)
 {
     original = picture;
     isGif = animated;
-    index = number;
+    setCurrentIndex(number);
     resetStill();
     m_titleBar->setPictureTitle(title);
+}
+
+void ImageDisplay::setCurrentIndex(int number)
+{
+    index = number;
+    showPosition();
+}
+
+void ImageDisplay::setPictureCount(int count)
+{
+    m_count = count;
+    showPosition();
+}
+
+void ImageDisplay::showPosition()
+{
+    m_titleBar->setPosition(index, m_count);
 }
 
 void ImageDisplay::resetStill()
 {
     zoomAction = NoZoom;
     scale = 1.0F;
-    current = original;
     originalWidth = original.width();
     originalHeight = original.height();
+}
+
+void ImageDisplay::showOriginal()
+{
+    m_area->resetPan();
+    m_area->showPicture(original, original.size());
+}
+
+/// Shows the picture scaled into \a box px.
+void ImageDisplay::showScaled(const QSize &box)
+{
+    if (!original.isNull()) {
+        m_area->setScaled(false); // the scale says how large it is shown
+        m_area->showPicture(original, scaledSize(original.size(), box));
+    }
 }
 
 void ImageDisplay::showStill()
 {
     m_toolBar->setAnimated(false);
     m_area->setScaled(false);
-    m_area->showPicture(current);
+    showOriginal();
     scaleIfLargerThanDesktop();
 }
 
@@ -161,7 +170,7 @@ void ImageDisplay::playAnimation()
     const QString file = animationFile(index);
     if (original.isNull() || !m_area->playMovie(file)) {
         LOG_WARNING() << "animated picture cannot be played: " << file;
-        m_area->showPicture(original);
+        showOriginal();
     }
     scaleIfLargerThanDesktop();
 }
@@ -231,7 +240,7 @@ void ImageDisplay::oneToOneSize_clicked()
     m_area->setScaled(false);
     if (!isGif) {
         resetStill();
-        m_area->showPicture(current);
+        showOriginal();
         return;
     }
     if (!maximised) {
@@ -247,11 +256,10 @@ void ImageDisplay::MaxPicWind_clicked()
         return;
     }
     const PictureFit fit = fitToArea(original.size(), m_area->size());
-    current = scaledPicture(original, fit.box, screen()->size());
+    m_area->resetPan();
+    showScaled(fit.box);
     scale = fit.ratio; // the next zoom step starts from here
     zoomAction = NoZoom;
-    m_area->setScaled(false);
-    m_area->showPicture(current);
 }
 
 void ImageDisplay::nextImage_clicked()
@@ -274,7 +282,6 @@ void ImageDisplay::paintEvent(QPaintEvent *event)
     QWidget::paintEvent(event);
     if (!isGif) {
         ImageZooming_operation(width(), height());
-        m_area->showPicture(current);
     }
 }
 
@@ -290,9 +297,7 @@ void ImageDisplay::ImageZooming_operation(int width, int height)
         return;
     }
     zoomAction = NoZoom;
-    current = scaledPicture(original, zoomedSize({originalWidth, originalHeight}, scale),
-                            screen()->size());
-    m_area->setScaled(false); // the scale says how large it is shown
+    showScaled(zoomedSize({originalWidth, originalHeight}, scale));
 }
 
 void ImageDisplay::setTempGeometry(QRect &rect)
@@ -301,7 +306,9 @@ void ImageDisplay::setTempGeometry(QRect &rect)
         return;
     }
     LOG_DEBUG() << "reach min width !" << rect.size() << geometry().size();
-    rect = withSmallestWidth(rect, rect.left() == geometry().left());
+    const Qt::Edges edges = m_hands->edges();
+    rect = withSmallestWidth(rect, edges == Qt::Edges() ? rect.left() == geometry().left()
+                                                        : edges.testFlag(Qt::RightEdge));
 }
 
 void ImageDisplay::setTempGeometry_03(QRect &rect)
@@ -312,52 +319,33 @@ void ImageDisplay::setTempGeometry_03(QRect &rect)
     LOG_DEBUG() << "reach min height!";
     LOG_DEBUG() << "tempSize:" << rect.size();
     LOG_DEBUG() << "currSize:" << geometry().size();
-    rect = withSmallestHeight(rect, rect.top() == geometry().top());
-}
-
-bool ImageDisplay::isOnTitleBar(const QPoint &position) const
-{
-    return m_titleBar->geometry().contains(position);
+    const Qt::Edges edges = m_hands->edges();
+    rect = withSmallestHeight(rect, edges == Qt::Edges() ? rect.top() == geometry().top()
+                                                         : edges.testFlag(Qt::BottomEdge));
 }
 
 void ImageDisplay::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() != Qt::LeftButton || maximised) {
-        return;
-    }
-    const ResizeZone zone = resizeZoneAt(event->pos(), size(), borderWidth);
-    if (zone != ResizeZone::None) {
-        // Where the window system has no hit test of its own, it is asked to resize.
-        limitSystemResize(this, smallestDraggedSize);
-        windowHandle()->startSystemResize(edgesOf(zone));
-    } else if (isOnTitleBar(event->pos())) {
-        m_dragOffset = event->globalPos() - pos();
-    }
+    m_hands->press(*event);
 }
 
 void ImageDisplay::mouseReleaseEvent(QMouseEvent *event)
 {
     Q_UNUSED(event)
-    m_dragOffset.reset();
+    m_hands->release();
 }
 
 void ImageDisplay::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton && isOnTitleBar(event->pos())) {
-        m_dragOffset.reset();
+    if (event->button() == Qt::LeftButton && m_hands->isOnTitleBar(event->pos())) {
+        m_hands->release();
         max_windows_Imag();
     }
 }
 
 void ImageDisplay::mouseMoveEvent(QMouseEvent *event)
 {
-    if (event->buttons() == Qt::LeftButton && m_dragOffset && !maximised) {
-        move(event->globalPos() - *m_dragOffset);
-    } else if (event->buttons() == Qt::NoButton) {
-        const ResizeZone zone
-            = maximised ? ResizeZone::None : resizeZoneAt(event->pos(), size(), borderWidth);
-        setCursor(cursorOf(zone));
-    }
+    m_hands->move(*event);
 }
 
 void ImageDisplay::wheelEvent(QWheelEvent *event)
@@ -380,6 +368,7 @@ bool ImageDisplay::nativeEvent(const QByteArray &eventType, void *message, long 
         }
     } else if (request.kind == NativeResizeRequest::Kind::Sizing) {
         QRect allowed = request.proposed;
+        m_hands->setEdges(request.edges);
         setTempGeometry(allowed);
         setTempGeometry_03(allowed);
         writeProposedGeometry(message, allowed);
@@ -415,5 +404,5 @@ void ImageDisplay::windowStateChanged()
     }
     maximised = isMaximized();
     m_titleBar->setMaximised(maximised);
-    m_dragOffset.reset();
+    m_hands->release();
 }

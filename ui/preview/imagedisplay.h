@@ -4,9 +4,10 @@
 #include <QPoint>
 #include <QWidget>
 
-#include <optional>
+#include <memory>
 
 class PictureArea;
+class PreviewHands;
 class PreviewTitleBar;
 class PreviewToolBar;
 
@@ -20,11 +21,16 @@ class ImageDisplay : public QWidget
 
 public:
     explicit ImageDisplay(QWidget *parent = nullptr);
+    ~ImageDisplay() override;
 
     /// Shows the first picture, once, before the window is shown: number \a number of the
     /// conversation, which belongs to the answer \a title. \a picture may be null. Runs
     /// PreviewWin_initial() itself.
     void PreviewWin(const QPixmap &picture, const QString &title, bool isAnimated, int number);
+
+    /// Places the window in the middle of the screen at its first size and shows the picture that
+    /// was handed over.
+    void PreviewWin_initial();
 
     /// Shows another picture, with the same four values; a still one at scale 1.0.
     void changeImage(const QPixmap &picture, const QString &title, bool isAnimated, int number);
@@ -34,14 +40,19 @@ public:
     void changeImage_gif(int n);
 
     /// Says which picture of the conversation is the current one; shows nothing new.
-    void setCurrentIndex(int number) { index = number; }
+    void setCurrentIndex(int number);
 
     [[nodiscard]] int currentIndex() const { return index; }
 
-    /// Keeps the geometry that dragging an edge proposes at least 600 px wide.
+    /// Says how many pictures the conversation has, which stands behind the title: "5 / 13".
+    void setPictureCount(int count);
+
+    /// Keeps the geometry that dragging an edge proposes at least 600 px wide. The edge is the one
+    /// that the window system names, or at which the border was pressed; while none is known, the
+    /// side that \a rect has moved.
     void setTempGeometry(QRect &rect);
 
-    /// Keeps the geometry that dragging an edge proposes at least 400 px high.
+    /// Keeps the geometry that dragging an edge proposes at least 400 px high, likewise.
     void setTempGeometry_03(QRect &rect);
 
 signals:
@@ -84,30 +95,30 @@ private:
         ZoomIn = 2,
     };
 
-    void buildForm();
     void connectForm();
-    void PreviewWin_initial();
-    void setPicture(const QPixmap &picture, const QString &title, bool animated, int number);
+    void takePicture(const QPixmap &picture, const QString &title, bool animated, int number);
     void showStill();
+    void showOriginal();
+    void showScaled(const QSize &box);
+    void showPosition();
     void playAnimation();
     void scaleIfLargerThanDesktop();
     void resetStill();
     void windowStateChanged();
-    [[nodiscard]] bool isOnTitleBar(const QPoint &position) const;
 
     QPixmap original;       ///< as handed over
     int originalWidth = 0;  ///< px
     int originalHeight = 0; ///< px
-    QPixmap current;        ///< as displayed
     float scale = 1.0F;
     int zoomAction = NoZoom; ///< carried out by the next paint
     bool isGif = false;
-    int index = 0; ///< of the picture in the conversation
+    int index = 0;   ///< of the picture in the conversation
+    int m_count = 0; ///< of the pictures in the conversation, as far as it is known
     bool maximised = false;
     QPoint savedPos;     ///< of the window before it was maximised
     int borderWidth = 0; ///< of the invisible resize border, px
 
-    std::optional<QPoint> m_dragOffset; ///< of the cursor in the window while that is dragged
+    std::unique_ptr<PreviewHands> m_hands;
     PreviewTitleBar *m_titleBar = nullptr;
     PictureArea *m_area = nullptr;
     PreviewToolBar *m_toolBar = nullptr;

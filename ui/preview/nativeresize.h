@@ -16,8 +16,9 @@ struct NativeResizeRequest
     };
 
     Kind kind = Kind::None;
-    QPoint cursor;  ///< global position; with HitTest
-    QRect proposed; ///< global geometry; with Sizing
+    QPoint cursor;   ///< global position; with HitTest
+    QRect proposed;  ///< global geometry; with Sizing
+    Qt::Edges edges; ///< that are dragged; with Sizing
 };
 
 /// Reads a native message as QWidget::nativeEvent() gets it.

@@ -5,6 +5,34 @@
 
 static_assert(WM_NCHITTEST == 132, "the number of the hit test message");
 
+namespace {
+
+Qt::Edges draggedEdges(WPARAM side)
+{
+    switch (side) {
+    case WMSZ_LEFT:
+        return Qt::LeftEdge;
+    case WMSZ_RIGHT:
+        return Qt::RightEdge;
+    case WMSZ_TOP:
+        return Qt::TopEdge;
+    case WMSZ_TOPLEFT:
+        return Qt::TopEdge | Qt::LeftEdge;
+    case WMSZ_TOPRIGHT:
+        return Qt::TopEdge | Qt::RightEdge;
+    case WMSZ_BOTTOM:
+        return Qt::BottomEdge;
+    case WMSZ_BOTTOMLEFT:
+        return Qt::BottomEdge | Qt::LeftEdge;
+    case WMSZ_BOTTOMRIGHT:
+        return Qt::BottomEdge | Qt::RightEdge;
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
 NativeResizeRequest readNativeResizeRequest(const QByteArray &eventType, void *message)
 {
     NativeResizeRequest request;
@@ -19,6 +47,7 @@ NativeResizeRequest readNativeResizeRequest(const QByteArray &eventType, void *m
     } else if (native->message == WM_SIZING) {
         const auto *rect = reinterpret_cast<const RECT *>(native->lParam);
         request.kind = NativeResizeRequest::Kind::Sizing;
+        request.edges = draggedEdges(native->wParam);
         request.proposed = QRect(QPoint(rect->left, rect->top),
                                  QSize(rect->right - rect->left, rect->bottom - rect->top));
     }
@@ -36,7 +65,7 @@ void writeProposedGeometry(void *message, const QRect &geometry)
 
 void limitSystemResize(QWidget *window, const QSize &size)
 {
-    // The answer to each Sizing request does it.
+    // The answer to each Sizing request limits the size.
     Q_UNUSED(window)
     Q_UNUSED(size)
 }

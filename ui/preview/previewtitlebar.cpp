@@ -1,13 +1,12 @@
 #include "ui/preview/previewtitlebar.h"
 
 #include "ui/style/styles.h"
+#include "ui/text/richtext.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QResizeEvent>
-#include <QTextDocument>
-#include <QTextDocumentFragment>
 
 namespace {
 
@@ -23,6 +22,9 @@ constexpr QLatin1String barStyle("QWidget#previewTitleBar{background-color:white
 constexpr QLatin1String
     titleStyle("QLabel{background-color:transparent; color:rgb(29,38,51);font:16px Microsoft YaHei;"
                "text-align: left;border:none;}");
+constexpr QLatin1String positionStyle(
+    "QLabel{background-color:transparent;color:rgb(29,38,51);font:12px Microsoft YaHei;"
+    "border:none;}");
 constexpr QLatin1String pictureTitleStyle(
     "QLabel{background-color:transparent;color:rgb(143,155,182);font:12px Microsoft YaHei;"
     "border:none;}");
@@ -45,6 +47,7 @@ QPushButton *makeButton(QLatin1String image, const QString &name, QWidget *paren
 
 PreviewTitleBar::PreviewTitleBar(QWidget *parent)
     : QWidget(parent)
+    , m_position(new QLabel(this))
     , m_pictureTitle(new QLabel(this))
     , m_minimise(makeButton(QLatin1String("btn-min.png"), tr("最小化"), this))
     , m_maximise(makeButton(QLatin1String("btn-max.png"), tr("最大化"), this))
@@ -57,6 +60,9 @@ PreviewTitleBar::PreviewTitleBar(QWidget *parent)
     auto *title = new QLabel(tr("图片预览"), this);
     title->setObjectName(QStringLiteral("previewTitle"));
     title->setStyleSheet(titleStyle);
+    m_position->setObjectName(QStringLiteral("picturePosition"));
+    m_position->setStyleSheet(positionStyle);
+    m_position->hide();
     m_pictureTitle->setObjectName(QStringLiteral("pictureTitle"));
     m_pictureTitle->setStyleSheet(pictureTitleStyle);
     m_pictureTitle->setTextFormat(Qt::PlainText);
@@ -66,6 +72,7 @@ PreviewTitleBar::PreviewTitleBar(QWidget *parent)
     layout->setContentsMargins(sideMargin, 0, sideMargin, 0);
     layout->setSpacing(betweenButtons);
     layout->addWidget(title);
+    layout->addWidget(m_position);
     layout->addSpacing(titleToPictureTitle - betweenButtons);
     layout->addWidget(m_pictureTitle, 1);
     layout->addSpacing(sideMargin);
@@ -73,17 +80,23 @@ PreviewTitleBar::PreviewTitleBar(QWidget *parent)
     layout->addWidget(m_maximise);
     layout->addWidget(m_close);
     // The window's border and its title are taken through the bar.
-    for (QWidget *surface : {static_cast<QWidget *>(this), static_cast<QWidget *>(title),
-                             static_cast<QWidget *>(m_pictureTitle)}) {
+    for (QWidget *surface :
+         std::initializer_list<QWidget *>{this, title, m_position, m_pictureTitle}) {
         surface->setMouseTracking(true);
     }
 }
 
 void PreviewTitleBar::setPictureTitle(const QString &title)
 {
-    m_fullPictureTitle
-        = Qt::mightBeRichText(title) ? QTextDocumentFragment::fromHtml(title).toPlainText() : title;
-    m_fullPictureTitle = m_fullPictureTitle.simplified();
+    m_fullPictureTitle = readableText(title).simplified();
+    cutPictureTitle();
+}
+
+void PreviewTitleBar::setPosition(int number, int count)
+{
+    const bool known = number >= 0 && number < count;
+    m_position->setText(known ? QStringLiteral("%1 / %2").arg(number + 1).arg(count) : QString());
+    m_position->setVisible(known);
     cutPictureTitle();
 }
 

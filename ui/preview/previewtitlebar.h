@@ -19,6 +19,10 @@ public:
     /// it is left out.
     void setPictureTitle(const QString &title);
 
+    /// Says that picture number \a number, counted from 0, of \a count is shown; nothing while
+    /// there is no such picture.
+    void setPosition(int number, int count);
+
     /// Names the maximise button after what it does next.
     void setMaximised(bool maximised);
 
@@ -33,6 +37,7 @@ private:
     void cutPictureTitle();
 
     QString m_fullPictureTitle;
+    QLabel *m_position;
     QLabel *m_pictureTitle;
     QPushButton *m_minimise;
     QPushButton *m_maximise;

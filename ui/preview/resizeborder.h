@@ -28,12 +28,13 @@ inline constexpr QSize smallestDraggedSize(600, 400);
 /// The edges that are dragged when the window is taken at \a zone.
 [[nodiscard]] Qt::Edges edgesOf(ResizeZone zone);
 
-/// The cursor that says so.
+/// The cursor that is shown over \a zone.
 [[nodiscard]] Qt::CursorShape cursorOf(ResizeZone zone);
 
 /// \a proposed with a width of at least 600 px: the right side gives way when it is the one that is
 /// dragged, otherwise the left side.
 [[nodiscard]] QRect withSmallestWidth(const QRect &proposed, bool rightDragged);
 
-/// \a proposed with a height of at least 400 px, likewise.
+/// \a proposed with a height of at least 400 px: the lower side gives way when it is the one that
+/// is dragged, otherwise the upper side.
 [[nodiscard]] QRect withSmallestHeight(const QRect &proposed, bool bottomDragged);

@@ -2,8 +2,8 @@
 
 #include <QProxyStyle>
 
-/// The application's style without the focus frame around links in rich text. It is set on the
-/// labels of answer bubbles.
+/// The application's style without the focus frame around links in rich text, for the labels of
+/// answer bubbles.
 class MyProxyStyle : public QProxyStyle
 {
     Q_OBJECT

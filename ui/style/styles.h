@@ -3,8 +3,8 @@
 #include <QLatin1String>
 #include <QString>
 
-/// The style sheet texts of the program that several pieces share, each standing here once. They
-/// are exact: other programs that look at the window know them by their text.
+/// The style sheet texts of the program that several pieces share, each standing here once. The
+/// texts are exact: other programs that look at the window know them.
 namespace styles {
 
 /// A white background for a row or an item of a list.

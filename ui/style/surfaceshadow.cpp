@@ -74,3 +74,10 @@ void SurfaceShadow::drawAround(QPainter &painter, const QRect &surface)
     qDrawBorderPixmap(&painter, whole, QMargins(corner, corner, corner, corner), m_tile);
     painter.restore();
 }
+
+SurfaceShadow *addSurfaceShadow(QWidget *widget)
+{
+    auto *shadow = new SurfaceShadow(widget);
+    widget->setGraphicsEffect(shadow);
+    return shadow;
+}

@@ -29,3 +29,6 @@ private:
 
     QPixmap m_tile; ///< made when it is first drawn
 };
+
+/// Gives \a widget, an opaque rectangle, that shadow. It belongs to the widget.
+SurfaceShadow *addSurfaceShadow(QWidget *widget);

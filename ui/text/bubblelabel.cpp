@@ -1,5 +1,6 @@
 #include "ui/text/bubblelabel.h"
 
+#include "ui/text/linklabel.h"
 #include "ui/text/resourceguard.h"
 #include "ui/text/tabledepth.h"
 
@@ -8,7 +9,7 @@
 
 QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent)
 {
-    auto *label = new QLabel(parent);
+    auto *label = new LinkLabel(parent);
     label->setStyleSheet(styleSheet);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse
                                    | Qt::LinksAccessibleByKeyboard);
@@ -22,6 +23,10 @@ void setBubbleText(QLabel *label, const QString &text)
     label->setText(isRich ? withoutDeepTables(text) : text);
     ResourceGuard::guard(label); // which has a document now, but has not read the text yet
     label->adjustSize();
+    if (isRich) {
+        // Else Qt reads the markup for it once more, unguarded, and without ampersands.
+        label->setAccessibleName(label->findChild<QTextDocument *>()->toPlainText());
+    }
 }
 
 void setWrappedText(QLabel *label, const QString &text)

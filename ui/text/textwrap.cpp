@@ -78,7 +78,7 @@ bool restFits(const QFontMetrics &metrics, CharacterWidths &widths, const QStrin
 
 } // namespace
 
-QString wrapToWidth(const QFontMetrics &metrics, const QString &text, int width)
+QString brokenToWidth(const QFontMetrics &metrics, const QString &text, int width)
 {
     CharacterWidths widths(metrics);
     QString wrapped;

@@ -16,4 +16,4 @@ inline constexpr int maxShownCharacters = 20000;
 /// reaches \a width. A text that fits as a whole comes back unchanged. A line that could hold no
 /// character is left empty and the next one takes one character, so it ends for every font; the
 /// cost grows linearly with the text. A surrogate pair counts as one character.
-[[nodiscard]] QString wrapToWidth(const QFontMetrics &metrics, const QString &text, int width);
+[[nodiscard]] QString brokenToWidth(const QFontMetrics &metrics, const QString &text, int width);

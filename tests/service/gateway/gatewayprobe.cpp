@@ -13,7 +13,7 @@ int main(int argc, char *argv[])
     const QCoreApplication app(argc, argv);
     std::string line;
     while (std::getline(std::cin, line)) {
-        const auto gateway = selectedKorGateway();
+        const auto gateway = selectedKorGateway(0);
         if (gateway) {
             std::cout << gateway->address.toStdString() << ':' << gateway->port << std::endl;
         } else {

@@ -1,14 +1,16 @@
 // Stands in for the VPN client's library in tests. The environment tells it what to answer:
 // MIRAVEL_TEST_GATEWAY_ADDRESS ("=" and the address; unset: no gateway is selected),
 // MIRAVEL_TEST_GATEWAY_PORT, and MIRAVEL_TEST_GATEWAY_CALLS, a file to which every call is
-// appended. Like the real one it is not made for several threads at once; it reports when that
-// happens.
+// appended. While the file MIRAVEL_TEST_GATEWAY_HANGS exists it does not answer. Like the real one
+// it is not made for several threads at once; it reports when that happens.
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 
 namespace {
 
@@ -25,6 +27,16 @@ void note(const char *text)
         std::fprintf(file, "%s\n", text);
         std::fclose(file);
     }
+}
+
+bool isHeldBack()
+{
+    const char *fileName = std::getenv("MIRAVEL_TEST_GATEWAY_HANGS");
+    std::FILE *file = fileName ? std::fopen(fileName, "r") : nullptr;
+    if (file) {
+        std::fclose(file);
+    }
+    return file != nullptr;
 }
 
 /// Lives as long as a call.
@@ -58,6 +70,9 @@ extern "C" const void *DoGetSelectedKorInfoBlock(const char *text, int first, in
     std::snprintf(line, sizeof line, "DoGetSelectedKorInfoBlock(\"%s\", %d, %d)", text, first,
                   second);
     note(line);
+    while (isHeldBack()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
     const char *address = std::getenv("MIRAVEL_TEST_GATEWAY_ADDRESS");
     if (!address) {
         return nullptr;

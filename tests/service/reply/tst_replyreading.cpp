@@ -19,6 +19,9 @@ private slots:
     void result_isEmptyWhenAnythingIsMissing_data();
     void result_isEmptyWhenAnythingIsMissing();
     void result_isTheWholeArray();
+    void resultOf_tellsTheKindsOfResultApart();
+    void status_isWhatTheReplySaysOfItself_data();
+    void status_isWhatTheReplySaysOfItself();
 };
 
 namespace {
@@ -109,6 +112,46 @@ void TestReplyReading::result_isTheWholeArray()
     const QJsonArray result = resultArray(reply.document);
     QCOMPARE(result.size(), 3);
     QCOMPARE(result.at(0).toObject().value(QStringLiteral("id")).toInt(), 7);
+}
+
+void TestReplyReading::resultOf_tellsTheKindsOfResultApart()
+{
+    const auto typeOf = [](const QByteArray &bytes) {
+        return resultOf(parseReply(bytes).document).type();
+    };
+    QCOMPARE(typeOf(R"({"result":[]})"), QJsonValue::Array);
+    QCOMPARE(typeOf(R"({"result":{}})"), QJsonValue::Object);
+    QCOMPARE(typeOf(R"({"result":null})"), QJsonValue::Null);
+    QCOMPARE(typeOf(R"({"errorCode":"0"})"), QJsonValue::Undefined);
+    QCOMPARE(typeOf("[]"), QJsonValue::Undefined);
+    QCOMPARE(typeOf("no JSON"), QJsonValue::Undefined);
+}
+
+void TestReplyReading::status_isWhatTheReplySaysOfItself_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("good") << QByteArray(R"({"errorCode":"0","errorMsg":"ok","result":[]})")
+                          << QStringLiteral("0") << QStringLiteral("ok");
+    QTest::newRow("refusal") << QByteArray(R"({"errorCode":"40101","errorMsg":"签名不对"})")
+                             << QStringLiteral("40101") << QStringLiteral("签名不对");
+    QTest::newRow("no message") << QByteArray(R"({"errorCode":"0"})") << QStringLiteral("0")
+                                << QString();
+    QTest::newRow("numbers") << QByteArray(R"({"errorCode":0,"errorMsg":1})") << QString()
+                             << QString();
+    QTest::newRow("array") << QByteArray(R"([{"errorCode":"0"}])") << QString() << QString();
+    QTest::newRow("no JSON") << QByteArray("errorCode") << QString() << QString();
+}
+
+void TestReplyReading::status_isWhatTheReplySaysOfItself()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, code);
+    QFETCH(QString, message);
+    const ReplyStatus status = readStatus(parseReply(bytes).document);
+    QCOMPARE(status.errorCode, code);
+    QCOMPARE(status.errorMessage, message);
 }
 
 QTEST_GUILESS_MAIN(TestReplyReading)

@@ -20,8 +20,8 @@ private slots:
     void zeroAndNegativeTimes_expireAtOnce_data();
     void zeroAndNegativeTimes_expireAtOnce();
     void otherEvents_areHandledMeanwhile();
-    void quit_countsAsInTime();
-    void threadQuit_countsAsInTime();
+    void quit_givesUp();
+    void threadQuit_givesUp();
     void afterTheApplicationHasQuit_doesNotWait();
     void signalDuringAnInnerWait_beatsTheDeadlineThatPassesInIt();
     void deadlineDuringAnInnerWait_beatsTheSignalThatComesLater();
@@ -40,20 +40,20 @@ constexpr int longMs = 60000;
 void waitInside(int ms)
 {
     DeadlineWait inner(ms);
-    QVERIFY(!inner.exec());
+    QCOMPARE(inner.exec(), DeadlineWait::End::TooLate);
 }
 
 /// Sits in a wait until it is told to quit.
 class WaitingThread : public QThread
 {
 public:
-    bool inTime = false;
+    DeadlineWait::End end = DeadlineWait::End::InTime;
 
 protected:
     void run() override
     {
         DeadlineWait wait(longMs);
-        inTime = wait.exec();
+        end = wait.exec();
     }
 };
 
@@ -66,7 +66,7 @@ void TestDeadlineWait::signalInTime_endsTheWait()
     DeadlineWait wait(longMs);
     wait.endOn(this, &TestDeadlineWait::happened);
     emitIn(soonMs);
-    QVERIFY(wait.exec());
+    QCOMPARE(wait.exec(), DeadlineWait::End::InTime);
     QVERIFY(clock.elapsed() < longMs);
 }
 
@@ -75,7 +75,7 @@ void TestDeadlineWait::signalBeforeTheWait_needsNoWait()
     DeadlineWait wait(longMs);
     wait.endOn(this, &TestDeadlineWait::happened);
     emit happened();
-    QVERIFY(wait.exec());
+    QCOMPARE(wait.exec(), DeadlineWait::End::InTime);
 }
 
 void TestDeadlineWait::noSignal_expiresNotBeforeItsTime()
@@ -84,7 +84,7 @@ void TestDeadlineWait::noSignal_expiresNotBeforeItsTime()
     clock.start();
     DeadlineWait wait(laterMs);
     wait.endOn(this, &TestDeadlineWait::happened);
-    QVERIFY(!wait.exec());
+    QCOMPARE(wait.exec(), DeadlineWait::End::TooLate);
     QVERIFY(clock.elapsed() >= laterMs);
 }
 
@@ -100,7 +100,7 @@ void TestDeadlineWait::zeroAndNegativeTimes_expireAtOnce()
     QFETCH(int, timeoutMs);
     DeadlineWait wait(timeoutMs);
     wait.endOn(this, &TestDeadlineWait::happened);
-    QVERIFY(!wait.exec());
+    QCOMPARE(wait.exec(), DeadlineWait::End::TooLate);
 }
 
 void TestDeadlineWait::otherEvents_areHandledMeanwhile()
@@ -115,42 +115,42 @@ void TestDeadlineWait::otherEvents_areHandledMeanwhile()
     ticking.start(1);
     DeadlineWait wait(longMs);
     wait.endOn(this, &TestDeadlineWait::happened);
-    QVERIFY(wait.exec());
+    QCOMPARE(wait.exec(), DeadlineWait::End::InTime);
     QCOMPARE(ticks, 3);
 }
 
-void TestDeadlineWait::quit_countsAsInTime()
+void TestDeadlineWait::quit_givesUp()
 {
-    bool inTime = false;
-    QTimer::singleShot(0, this, [&inTime] {
+    DeadlineWait::End end = DeadlineWait::End::InTime;
+    QTimer::singleShot(0, this, [&end] {
         QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
         DeadlineWait wait(longMs);
-        inTime = wait.exec();
+        end = wait.exec();
     });
     QCoreApplication::exec();
-    QVERIFY(inTime);
+    QCOMPARE(end, DeadlineWait::End::GivenUp);
 }
 
-void TestDeadlineWait::threadQuit_countsAsInTime()
+void TestDeadlineWait::threadQuit_givesUp()
 {
     WaitingThread thread;
     thread.start();
     // Told before or during its wait: either way it must not sit there.
     thread.quit();
     QVERIFY(thread.wait(longMs));
-    QVERIFY(thread.inTime);
+    QCOMPARE(thread.end, DeadlineWait::End::GivenUp);
 }
 
 void TestDeadlineWait::afterTheApplicationHasQuit_doesNotWait()
 {
-    bool inTime = false;
-    QTimer::singleShot(0, this, [&inTime] {
+    DeadlineWait::End end = DeadlineWait::End::InTime;
+    QTimer::singleShot(0, this, [&end] {
         QCoreApplication::quit();
         DeadlineWait wait(longMs);
-        inTime = wait.exec();
+        end = wait.exec();
     });
     QCoreApplication::exec();
-    QVERIFY(inTime);
+    QCOMPARE(end, DeadlineWait::End::GivenUp);
 }
 
 void TestDeadlineWait::signalDuringAnInnerWait_beatsTheDeadlineThatPassesInIt()
@@ -159,7 +159,7 @@ void TestDeadlineWait::signalDuringAnInnerWait_beatsTheDeadlineThatPassesInIt()
     outer.endOn(this, &TestDeadlineWait::happened);
     QTimer::singleShot(0, this, [] { waitInside(3 * laterMs); });
     emitIn(soonMs);
-    QVERIFY(outer.exec());
+    QCOMPARE(outer.exec(), DeadlineWait::End::InTime);
 }
 
 void TestDeadlineWait::deadlineDuringAnInnerWait_beatsTheSignalThatComesLater()
@@ -168,16 +168,16 @@ void TestDeadlineWait::deadlineDuringAnInnerWait_beatsTheSignalThatComesLater()
     outer.endOn(this, &TestDeadlineWait::happened);
     QTimer::singleShot(0, this, [] { waitInside(3 * laterMs); });
     emitIn(laterMs);
-    QVERIFY(!outer.exec());
+    QCOMPARE(outer.exec(), DeadlineWait::End::TooLate);
 }
 
 void TestDeadlineWait::signalAfterTheEnd_changesNothing()
 {
     DeadlineWait wait(0);
     wait.endOn(this, &TestDeadlineWait::happened);
-    QVERIFY(!wait.exec());
+    QCOMPARE(wait.exec(), DeadlineWait::End::TooLate);
     emit happened();
-    QVERIFY(!wait.exec());
+    QCOMPARE(wait.exec(), DeadlineWait::End::TooLate);
 }
 
 QTEST_GUILESS_MAIN(TestDeadlineWait)

@@ -1,3 +1,4 @@
+#include "service/request/gatewayquery.h"
 #include "service/request/httpsrequest.h"
 #include "service/request/idpinterface.h"
 #include "tests/service/support/refusingport.h"
@@ -7,6 +8,7 @@
 #include "tests/support/testconfig.h"
 
 #include <QTest>
+#include <QTimer>
 
 /// Finding the service through the VPN client's library, which lies beside this program.
 class TestGatewayResolution : public QObject
@@ -22,10 +24,15 @@ private slots:
     void emptyAddress_leavesTheAddressEmptyAndWarns();
     void oddRecords_areTakenAsTheyStand_data();
     void oddRecords_areTakenAsTheyStand();
+    void hangingLibrary_isNotWaitedForWithoutALimit();
+    void hangingLibrary_isNotAskedAgainMeanwhile();
     void nextRequest_goesToTheGatewayAndNamesTheConfiguredServer();
 };
 
 namespace {
+
+constexpr int shortMs = 100;
+constexpr int longMs = 30000;
 
 QStringList gatewayLines(const QString &found)
 {
@@ -150,6 +157,38 @@ void TestGatewayResolution::oddRecords_areTakenAsTheyStand()
     request.getUseful_IpPort();
     QCOMPARE(resolvedEndpoint().strAddr, QString::fromLatin1(address));
     QCOMPARE(resolvedEndpoint().strPort, QString::number(port));
+}
+
+void TestGatewayResolution::hangingLibrary_isNotWaitedForWithoutALimit()
+{
+    const TestGateway gateway("10.1.1.1", 8443);
+    gateway.holdBack();
+    const LogCapture log;
+    bool responsive = false;
+    QTimer::singleShot(0, this, [&responsive] { responsive = true; });
+    QVERIFY(!askGatewayLibrary(shortMs).has_value());
+    QVERIFY(responsive);
+    QCOMPARE(
+        log.lines(),
+        QStringList(
+            {QStringLiteral("warning: KorVpnTool does not answer, waited ms: %1").arg(shortMs)}));
+    gateway.letGo();
+    QTRY_VERIFY(askGatewayLibrary(longMs).has_value());
+}
+
+void TestGatewayResolution::hangingLibrary_isNotAskedAgainMeanwhile()
+{
+    const TestGateway gateway("10.1.1.1", 8443);
+    gateway.holdBack();
+    QVERIFY(!askGatewayLibrary(shortMs).has_value());
+    const LogCapture log;
+    QVERIFY(!selectedKorGateway(shortMs).has_value());
+    QCOMPARE(log.lines(),
+             QStringList({QStringLiteral("warning: KorVpnTool has not answered an earlier call, "
+                                         "it is not asked again.")}));
+    QCOMPARE(gateway.calls(), TestGateway::oneQuery());
+    gateway.letGo();
+    QTRY_VERIFY(askGatewayLibrary(longMs).has_value());
 }
 
 void TestGatewayResolution::nextRequest_goesToTheGatewayAndNamesTheConfiguredServer()

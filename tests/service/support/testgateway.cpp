@@ -7,6 +7,7 @@ namespace {
 const char addressVariable[] = "MIRAVEL_TEST_GATEWAY_ADDRESS";
 const char portVariable[] = "MIRAVEL_TEST_GATEWAY_PORT";
 const char callsVariable[] = "MIRAVEL_TEST_GATEWAY_CALLS";
+const char holdVariable[] = "MIRAVEL_TEST_GATEWAY_HANGS";
 
 } // namespace
 
@@ -14,6 +15,7 @@ TestGateway::TestGateway()
 {
     qunsetenv(addressVariable);
     qputenv(callsVariable, QFile::encodeName(callsFile()));
+    qputenv(holdVariable, QFile::encodeName(holdFile()));
 }
 
 TestGateway::TestGateway(const QByteArray &address, int port)
@@ -25,9 +27,24 @@ TestGateway::TestGateway(const QByteArray &address, int port)
 
 TestGateway::~TestGateway()
 {
+    letGo();
     qunsetenv(addressVariable);
     qunsetenv(portVariable);
     qunsetenv(callsVariable);
+    qunsetenv(holdVariable);
+}
+
+void TestGateway::holdBack() const
+{
+    QFile file(holdFile());
+    if (!file.open(QIODevice::WriteOnly)) {
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+    }
+}
+
+void TestGateway::letGo() const
+{
+    QFile::remove(holdFile());
 }
 
 QStringList TestGateway::calls() const
@@ -43,6 +60,11 @@ QStringList TestGateway::oneQuery()
 {
     return {QStringLiteral("InitKorVpnTool(0, 0, 0)"),
             QStringLiteral("DoGetSelectedKorInfoBlock(\" \", 1, -1)")};
+}
+
+QString TestGateway::holdFile() const
+{
+    return m_folder.filePath(QStringLiteral("hold"));
 }
 
 QString TestGateway::callsFile() const

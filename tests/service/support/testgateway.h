@@ -18,6 +18,10 @@ public:
 
     ~TestGateway();
 
+    /// From now on the library does not answer, until it is let go or this ends.
+    void holdBack() const;
+    void letGo() const;
+
     /// The calls so far, in order, as the library wrote them.
     [[nodiscard]] QStringList calls() const;
 
@@ -26,6 +30,7 @@ public:
 
 private:
     [[nodiscard]] QString callsFile() const;
+    [[nodiscard]] QString holdFile() const;
 
     QTemporaryDir m_folder;
 };

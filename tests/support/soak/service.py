@@ -55,7 +55,7 @@ class ServiceWatch:
         """Reads on, and lets the next of each call fail of which enough have gone well."""
         self.read()
         for call in CALLS:
-            # Never a second while one is still due: it would take its place.
+            # A second fault would take the place of one that is still due.
             if self.calls[call] >= self._due[call] and self._set[call] == self._met[call]:
                 kind, arg = FAULTS[self._next[call] % len(FAULTS)]
                 self._service.fault(call, kind, arg=arg)
@@ -68,7 +68,7 @@ class ServiceWatch:
         if call not in CALLS:
             return
         if fields["verdict"] != "accepted":
-            # The toolkit may send a request again by itself when its connection breaks.
+            # Qt may send a request again by itself when its connection breaks.
             self.refused[fields["reason"]] += 1
             return
         self.calls[call] += 1

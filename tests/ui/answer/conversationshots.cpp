@@ -1,8 +1,10 @@
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
+#include "service/reply/listedquestion.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
+#include "ui/answer/conversationcopier.h"
 #include "ui/answer/copymenu.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/answer/qaregion.h"
@@ -166,7 +168,8 @@ void shootFolds(Photographer &photographer)
     const auto show = [](QARegion &region, bool withBox) {
         const QString title = QStringLiteral("如何检查客户端？");
         if (withBox) {
-            region.showAnswerWithRecommends(title, longReply(), recommends(10), title);
+            region.showAnswerWithRecommends(title, longReply(), readRecommendations(recommends(10)),
+                                            title);
         } else {
             region.showAnswer(title, longReply());
         }
@@ -200,7 +203,8 @@ void shootPages(Photographer &photographer)
             photographer.shoot(
                 QStringLiteral("recommendations-%1-page-%2").arg(count).arg(page).toLatin1(),
                 [count, page](QARegion &region) {
-                    region.showRecommendOnly(recommends(count), QStringLiteral("问"));
+                    region.showRecommendOnly(readRecommendations(recommends(count)),
+                                             QStringLiteral("问"));
                     for (int i = 1; i < page; ++i) {
                         region.findChild<RecommendBox *>()->showNextPage();
                     }
@@ -239,7 +243,7 @@ void shootMenus(Photographer &photographer)
             if (enabled) {
                 lastAnswer(region)->content()->paragraphs().first()->setSelection(2, 6);
             }
-            region.qaRightHitMenu_show(0, QARegion::ParagraphMenu);
+            region.qaRightHitMenu_show(0, ConversationCopier::Paragraph);
         });
     }
 }

@@ -4,13 +4,13 @@
 #include "ui/answer/bubble/messagebubble.h"
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
+#include "ui/answer/conversationcopier.h"
 #include "ui/answer/copymenu.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/answer/qaregion.h"
 
 #include <QBuffer>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -19,7 +19,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-/// Copying from the conversation, and links that are not opened.
+/// Copying from the conversation.
 class TestCopyMenu : public QObject
 {
     Q_OBJECT
@@ -41,8 +41,6 @@ private slots:
     void menu_goesWithTheCopy();
     void secondMenu_replacesTheFirst();
     void unknownNumbers_copyNothing();
-    void programStartingLinks_areNotOpened_data();
-    void programStartingLinks_areNotOpened();
 
 private:
     [[nodiscard]] QLabel *labelOf(int kind) const;
@@ -113,11 +111,11 @@ void TestCopyMenu::addKindRows()
 QLabel *TestCopyMenu::labelOf(int kind) const
 {
     switch (kind) {
-    case QARegion::QuestionMenu:
+    case ConversationCopier::Question:
         return m_region->findChild<QuestionBubble *>()->label();
-    case QARegion::MessageMenu:
+    case ConversationCopier::Message:
         return m_region->findChild<MessageBubble *>()->label();
-    case QARegion::TitleMenu:
+    case ConversationCopier::Title:
         return m_region->findChild<AnswerItem *>()->titleLabel();
     default:
         return m_region->findChild<AnswerItem *>()->content()->paragraphs().first();
@@ -132,7 +130,7 @@ void TestCopyMenu::show(QLabel *label)
 
 void TestCopyMenu::form()
 {
-    m_region->qaRightHitMenu_show(0, QARegion::PictureMenu);
+    m_region->qaRightHitMenu_show(0, ConversationCopier::Picture);
     QVERIFY(menu()->isVisible());
     QCOMPARE(menu()->size(), QSize(137, 37));
     QVERIFY(menu()->windowFlags().testFlag(Qt::FramelessWindowHint));
@@ -184,7 +182,7 @@ void TestCopyMenu::textOfSeveralLines_keepsItsLines()
     m_region->showAnswer(QStringLiteral("t"), QStringLiteral("<p>一行<br>二行</p>"));
     QLabel *label = m_region->findChildren<AnswerItem *>().last()->content()->paragraphs().first();
     label->setSelection(0, 5);
-    m_region->qaRightHitMenu_copySlots(1, QARegion::ParagraphMenu);
+    m_region->qaRightHitMenu_copySlots(1, ConversationCopier::Paragraph);
     QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("一行\n二行"));
 }
 
@@ -208,7 +206,7 @@ void TestCopyMenu::animatedPicture_isCopiedAsTheFirstFrameOfItsFile()
                                                "2c00000000010001000002024401003b");
     m_region->showAnswer(QStringLiteral("t"), pictureTag(gif, "gif"));
     QVERIFY(QFile::exists(QStringLiteral("gif/0.gif")));
-    m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
+    m_region->qaRightHitMenu_copySlots(0, ConversationCopier::Picture);
     const QImage copied = QApplication::clipboard()->image();
     QCOMPARE(copied.size(), QSize(1, 1));
     QCOMPARE(copied.pixelColor(0, 0), QColor(255, 0, 0));
@@ -221,65 +219,38 @@ void TestCopyMenu::animatedPictureWithoutFile_copiesAnEmptyPicture()
     QVERIFY(QDir().mkpath(QStringLiteral("gif/0.gif"))); // a folder, so it cannot be written
     QTest::ignoreMessage(QtWarningMsg, "open file fail");
     m_region->showAnswer(QStringLiteral("t"), pictureTag(gif, "gif"));
-    m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
+    m_region->qaRightHitMenu_copySlots(0, ConversationCopier::Picture);
     QVERIFY(QApplication::clipboard()->image().isNull());
 }
 
 void TestCopyMenu::menu_goesWithTheCopy()
 {
-    labelOf(QARegion::TitleMenu)->setSelection(0, 2);
-    show(labelOf(QARegion::TitleMenu));
+    labelOf(ConversationCopier::Title)->setSelection(0, 2);
+    show(labelOf(ConversationCopier::Title));
     QTest::mouseClick(item(), Qt::LeftButton);
     QTRY_VERIFY(menu() == nullptr);
 }
 
 void TestCopyMenu::secondMenu_replacesTheFirst()
 {
-    show(labelOf(QARegion::TitleMenu));
+    show(labelOf(ConversationCopier::Title));
     menu()->close();
     QTRY_VERIFY(menu() == nullptr);
-    labelOf(QARegion::QuestionMenu)->setSelection(0, 2);
-    show(labelOf(QARegion::QuestionMenu));
+    labelOf(ConversationCopier::Question)->setSelection(0, 2);
+    show(labelOf(ConversationCopier::Question));
     QTest::mouseClick(item(), Qt::LeftButton);
     QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("用户"));
 }
 
 void TestCopyMenu::unknownNumbers_copyNothing()
 {
-    m_region->qaRightHitMenu_copySlots(99, QARegion::PictureMenu);
+    m_region->qaRightHitMenu_copySlots(99, ConversationCopier::Picture);
     QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("before"));
-    m_region->qaRightHitMenu_copySlots(99, QARegion::TitleMenu);
+    m_region->qaRightHitMenu_copySlots(99, ConversationCopier::Title);
     QCOMPARE(QApplication::clipboard()->text(), QString());
     QApplication::clipboard()->setText(QStringLiteral("before"));
     m_region->qaRightHitMenu_copySlots(0, 77);
     QCOMPARE(QApplication::clipboard()->text(), QString());
-}
-
-void TestCopyMenu::programStartingLinks_areNotOpened_data()
-{
-    QTest::addColumn<QString>("link");
-    QTest::addColumn<QString>("logged");
-    const auto row = [](const char *link) {
-        QTest::newRow(link) << QString::fromLatin1(link) << QString::fromLatin1(link);
-    };
-    row("calc.exe");
-    row("file:///C:/Windows/System32/calc.exe");
-    row("javascript:alert(1)");
-    row("vbscript:x");
-    row("data:text/html,x");
-    row("ms-msdt:/id x");
-    row("search-ms:query=x");
-    row("shell:startup");
-    QTest::newRow("upper case") << QStringLiteral("FILE:///etc/passwd")
-                                << QStringLiteral("file:///etc/passwd");
-}
-
-void TestCopyMenu::programStartingLinks_areNotOpened()
-{
-    QFETCH(QString, link);
-    QFETCH(QString, logged);
-    QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("link is not opened: ") + logged));
-    QDesktopServices::openUrl(QUrl(link));
 }
 
 QTEST_MAIN(TestCopyMenu)

@@ -46,8 +46,6 @@ private slots:
     void titleThatNamesAFile_readsNothing();
     void whateverNamesAnAddress_fetchesNothing();
     void pictureDataInAText_isNotDecoded();
-    void linkThatWouldRunSomething_isCaught_data();
-    void linkThatWouldRunSomething_isCaught();
     void hugeFontsAndMargins_stayInsideTheirRow();
 
 private:
@@ -284,26 +282,6 @@ void TestHostileAnswers::pictureDataInAText_isNotDecoded()
     QCOMPARE(answer.content()->paragraphs().size(), 1);
     QVERIFY(answer.content()->paragraphs().first()->height() < 40);
     QCOMPARE(log.linesWith(QStringLiteral("warning: not loaded for an answer: data:")).size(), 1);
-}
-
-void TestHostileAnswers::linkThatWouldRunSomething_isCaught_data()
-{
-    QTest::addColumn<QString>("link");
-    for (const char *link : {"calc.exe", "file:///C:/Windows/System32/calc.exe",
-                             "javascript:alert(1)", "vbscript:x", "ms-msdt:/id"}) {
-        QTest::newRow(link) << QString::fromLatin1(link);
-    }
-}
-
-void TestHostileAnswers::linkThatWouldRunSomething_isCaught()
-{
-    QFETCH(QString, link);
-    const AnswerItem &answer
-        = show(QStringLiteral("<p><a href=\"%1\">点这里点这里</a></p>").arg(link));
-    QLabel *label = answer.content()->paragraphs().first();
-    const LogCapture log;
-    QTest::mouseClick(label, Qt::LeftButton, Qt::NoModifier, QPoint(20, label->height() / 2));
-    QCOMPARE(log.lines(), QStringList{QStringLiteral("warning: link is not opened: ") + link});
 }
 
 void TestHostileAnswers::hugeFontsAndMargins_stayInsideTheirRow()

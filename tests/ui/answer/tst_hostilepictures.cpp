@@ -3,6 +3,7 @@
 #include "tests/support/logcapture.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/content/answercontent.h"
+#include "ui/answer/conversationcopier.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/answer/qaregion.h"
 #include "ui/preview/imagedisplay.h"
@@ -132,7 +133,7 @@ void TestHostilePictures::unreadable_keepsItsNumber()
     QCOMPARE(answer.content()->pictureRows().size(), 2);
     QTest::mouseClick(answer.content()->pictureRows().at(1)->button(), Qt::LeftButton);
     QCOMPARE(m_region->preview()->currentIndex(), 1);
-    m_region->qaRightHitMenu_copySlots(1, QARegion::PictureMenu);
+    m_region->qaRightHitMenu_copySlots(1, ConversationCopier::Picture);
     QCOMPARE(QApplication::clipboard()->pixmap().size(), QSize(30, 20));
 }
 
@@ -140,7 +141,7 @@ void TestHostilePictures::unreadable_isCopiedAsNothing()
 {
     QApplication::clipboard()->setText(QStringLiteral("before"));
     show(tag("no"));
-    m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
+    m_region->qaRightHitMenu_copySlots(0, ConversationCopier::Picture);
     QVERIFY(QApplication::clipboard()->pixmap().isNull());
 }
 
@@ -184,7 +185,7 @@ void TestHostilePictures::animationOfAnAbsurdSize_isNeverDecoded()
     m_region->picture_preview(0);
     QVERIFY(!m_region->preview()->findChild<QMovie *>());
     QApplication::clipboard()->setText(QStringLiteral("before"));
-    m_region->qaRightHitMenu_copySlots(0, QARegion::PictureMenu);
+    m_region->qaRightHitMenu_copySlots(0, ConversationCopier::Picture);
     QVERIFY(QApplication::clipboard()->image().isNull());
 }
 

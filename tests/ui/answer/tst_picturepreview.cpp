@@ -8,6 +8,7 @@
 
 #include <QBuffer>
 #include <QDir>
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -25,6 +26,7 @@ private slots:
 
     void click_opensThePreview();
     void secondClick_replacesThePreview();
+    void position_countsThePicturesOfTheConversation();
     void closingThePreview_doesNotEndTheProgram();
     void paging_goesThroughAllAnswers();
     void nextPastTheEnd_staysAtTheLast();
@@ -34,6 +36,7 @@ private slots:
 private:
     void showPicture(const QColor &colour);
     [[nodiscard]] QPushButton *pictureButton(int number) const;
+    void clickNext() const;
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QARegion> m_region;
@@ -83,6 +86,16 @@ QPushButton *TestPicturePreview::pictureButton(int number) const
     return answers.at(number)->content()->pictureRows().first()->button();
 }
 
+void TestPicturePreview::clickNext() const
+{
+    const auto buttons = m_region->preview()->findChildren<QPushButton *>();
+    for (QPushButton *button : buttons) {
+        if (button->accessibleName() == QStringLiteral("下一张")) {
+            button->click();
+        }
+    }
+}
+
 void TestPicturePreview::click_opensThePreview()
 {
     QVERIFY(m_region->preview() == nullptr);
@@ -99,6 +112,20 @@ void TestPicturePreview::secondClick_replacesThePreview()
     QTest::mouseClick(pictureButton(2), Qt::LeftButton);
     QVERIFY(first.isNull());
     QCOMPARE(m_region->preview()->currentIndex(), 2);
+}
+
+void TestPicturePreview::position_countsThePicturesOfTheConversation()
+{
+    m_region->picture_preview(1);
+    const auto *position
+        = m_region->preview()->findChild<QLabel *>(QStringLiteral("picturePosition"));
+    QCOMPARE(position->text(), QStringLiteral("2 / 3"));
+    clickNext();
+    QCOMPARE(position->text(), QStringLiteral("3 / 3"));
+    clickNext(); // there is no other
+    QCOMPARE(position->text(), QStringLiteral("3 / 3"));
+    showPicture(Qt::yellow);
+    QCOMPARE(position->text(), QStringLiteral("3 / 4"));
 }
 
 void TestPicturePreview::closingThePreview_doesNotEndTheProgram()

@@ -13,7 +13,6 @@
 #include "ui/answer/recommend/recommendonlyitem.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
@@ -34,8 +33,6 @@ private slots:
     void cleanup();
 
     void form();
-    void userName_fromTheClientsSettings();
-    void userName_missing_isWarnedOf();
     void emptyQuestion_doesNothing();
     void normalResult_showsAnswer();
     void normalResult_withoutStandardQuestion_takesTheQuestionAsTitle();
@@ -51,7 +48,6 @@ private slots:
     void foldedAnswer_opensAndRetractsByItsButtons();
     void secondQuestionWhileOneWaits_getsItsOwnAnswer();
     void newEntries_areScrolledTo();
-    void request_bodyCarriesAllMembers();
 
 private:
     [[nodiscard]] static QByteArray reply(const QJsonObject &result);
@@ -168,29 +164,6 @@ void TestQARegion::form()
     QCOMPARE(list->styleSheet(), QStringLiteral("QListWidget{background-color:white;}"));
     QCOMPARE(list->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     QCOMPARE(list->verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
-}
-
-void TestQARegion::userName_fromTheClientsSettings()
-{
-    initAppPaths(QStringLiteral("vdi"));
-    QVERIFY(QDir().mkpath(QStringLiteral("program")));
-    QFile settings(QStringLiteral("config/CommonTerminal.ini"));
-    QVERIFY(settings.open(QIODevice::WriteOnly));
-    settings.write("[RemLastUser]\nlastuser=w00123456\n");
-    settings.close();
-    QDir::setCurrent(QStringLiteral("program"));
-    m_server->setReply(httpReply(reply(normalResult())));
-    m_region = std::make_unique<QARegion>();
-    ask(QStringLiteral("改密码"));
-    QCOMPARE(lastBody().value(QLatin1String("accountId")).toString(), QStringLiteral("w00123456"));
-    initAppPaths(QString());
-}
-
-void TestQARegion::userName_missing_isWarnedOf()
-{
-    const LogCapture log;
-    const QARegion region;
-    QCOMPARE(log.lines(), QStringList{QStringLiteral("warning: Get the username failed.")});
 }
 
 void TestQARegion::emptyQuestion_doesNothing()
@@ -413,18 +386,6 @@ void TestQARegion::newEntries_areScrolledTo()
     QCOMPARE(bar->value(), bar->maximum());
     m_region->showAnswer(QStringLiteral("题"), QStringLiteral("<p>答</p>"));
     QCOMPARE(bar->value(), bar->maximum());
-}
-
-void TestQARegion::request_bodyCarriesAllMembers()
-{
-    m_config->set(QStringLiteral("QuestAndAnw/currentDomain"), QStringLiteral("vdi"));
-    m_config->set(QStringLiteral("QuestAndAnw/channelId"), QStringLiteral("7"));
-    m_config->set(QStringLiteral("QuestAndAnw/recommendSize"), QStringLiteral("5"));
-    m_region->Miss_RecomSend(QStringLiteral("问"), QStringLiteral("hotquestion"), QString(), 42);
-    QCOMPARE(m_server->requests().last().body,
-             QByteArray(R"({"accountId":"","channelId":7,"currentDomain":"vdi",)"
-                        R"("originalQuestion":"","questionId":42,"rawQuery":"问",)"
-                        R"("recommendSize":5,"robotId":"robot","source":"hotquestion"})"));
 }
 
 QTEST_MAIN(TestQARegion)

@@ -1,3 +1,4 @@
+#include "service/reply/listedquestion.h"
 #include "tests/ui/support/windowbench.h"
 #include "ui/answer/list/conversationlist.h"
 #include "ui/answer/picture/picturerow.h"
@@ -12,8 +13,6 @@
 #include "ui/style/styles.h"
 
 #include <QGraphicsDropShadowEffect>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -76,14 +75,13 @@ Widget *showing(const QWidget &parent, const QString &text)
     qFatal("nothing shows %s", qPrintable(text));
 }
 
-QJsonArray recommendations()
+QVector<ListedQuestion> recommendations()
 {
-    QJsonArray array;
+    QVector<ListedQuestion> questions;
     for (int i = 0; i < 12; ++i) {
-        array.append(QJsonObject{{QStringLiteral("question"), QStringLiteral("推荐%1").arg(i)},
-                                 {QStringLiteral("questionId"), i}});
+        questions.append({QStringLiteral("推荐%1").arg(i), i});
     }
-    return array;
+    return questions;
 }
 
 /// Checks what both kinds of box have at the foot.
@@ -197,8 +195,7 @@ void TestFixedLooks::suggestions()
 {
     const WindowBench bench;
     QWidget place;
-    const SuggestionPopup popup({QJsonObject{{QStringLiteral("question"), QStringLiteral("a")}}},
-                                QStringLiteral("a"), &place);
+    const SuggestionPopup popup({{QStringLiteral("a"), 1}}, QStringLiteral("a"), &place);
     const auto *close = popup.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
     QCOMPARE(close->geometry(), QRect(622, 10, 16, 16));
     QCOMPARE(close->styleSheet(), styles::threeStateSprite(QLatin1String("btn-close.png"), 16));

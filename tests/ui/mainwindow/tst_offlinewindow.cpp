@@ -50,6 +50,7 @@ private slots:
     void launcherStart_withoutLibrary_showsNoRowsAndNoButton();
     void failedFirstFetch_showsTheLibrary();
     void nextPage_goesRound();
+    void libraryReadByItself_holdsQuestionsAndAnswers();
     void clickedQuestion_getsItsAnswer();
     void answerWithAPicture_showsIt();
     void unknownQuestion_showsNothing();
@@ -203,6 +204,19 @@ void TestOfflineWindow::nextPage_goesRound()
     QCOMPARE(rows().last(), QString());
     QTest::mouseClick(nextButton(), Qt::LeftButton);
     QCOMPARE(rows().first(), QStringLiteral("1. 如何1？"));
+}
+
+void TestOfflineWindow::libraryReadByItself_holdsQuestionsAndAnswers()
+{
+    Miravel &window = m_bench->window();
+    QCOMPARE(window.questLocation(), QStringList{QString()});
+    QCOMPARE(window.answerLocation(), QStringList{QString()});
+    writeLibrary(2);
+    window.parseLocalQA();
+    QCOMPARE(window.questLocation(), (QStringList{QString(), numbered(1), numbered(2)}));
+    QCOMPARE(window.answerLocation().at(2), QStringLiteral("<p>答2</p>"));
+    QCOMPARE(window.getLocationQuest_Num(numbered(2)), 2);
+    QVERIFY(!window.findChild<HotQuestionsColumn *>()); // nothing is shown by that
 }
 
 void TestOfflineWindow::clickedQuestion_getsItsAnswer()

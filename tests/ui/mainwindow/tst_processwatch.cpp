@@ -42,8 +42,8 @@ private slots:
     void cleanup();
     void name_isLookedForInTheSameCase_data();
     void name_isLookedForInTheSameCase();
-    void decision_dependsOnWhoStartedTheWindow_data();
-    void decision_dependsOnWhoStartedTheWindow();
+    void bothPrograms_areLookedFor_data();
+    void bothPrograms_areLookedFor();
     void list_isAskedForOnce();
     void list_endsAtTheFirstNul();
     void listOfAFailingCommand_counts();
@@ -98,51 +98,49 @@ void TestProcessWatch::name_isLookedForInTheSameCase()
     QVERIFY(!isListed(list, QString()));
 }
 
-void TestProcessWatch::decision_dependsOnWhoStartedTheWindow_data()
+void TestProcessWatch::bothPrograms_areLookedFor_data()
 {
     QTest::addColumn<QByteArray>("list");
-    QTest::addColumn<bool>("startedByVdiClient");
-    QTest::addColumn<bool>("runs");
+    QTest::addColumn<bool>("client");
+    QTest::addColumn<bool>("launcher");
     const QByteArray client = head + line("Velistra_VDI_Client.exe");
     const QByteArray launcher = head + line("Velistra.exe");
-    const QByteArray both = client + line("Velistra.exe");
-    QTest::newRow("by the client, client runs") << client << true << true;
-    QTest::newRow("by the client, only the launcher runs") << launcher << true << false;
-    QTest::newRow("by the client, both run") << both << true << true;
-    QTest::newRow("by the client, none runs") << head << true << false;
-    QTest::newRow("by the launcher, client runs") << client << false << true;
-    QTest::newRow("by the launcher, launcher runs") << launcher << false << true;
-    QTest::newRow("by the launcher, both run") << both << false << true;
-    QTest::newRow("by the launcher, none runs") << head << false << false;
+    QTest::newRow("the client runs") << client << true << false;
+    QTest::newRow("the launcher runs") << launcher << false << true;
+    QTest::newRow("both run") << client + line("Velistra.exe") << true << true;
+    QTest::newRow("none runs") << head << false << false;
 }
 
-void TestProcessWatch::decision_dependsOnWhoStartedTheWindow()
+void TestProcessWatch::bothPrograms_areLookedFor()
 {
     QFETCH(QByteArray, list);
-    QFETCH(bool, startedByVdiClient);
-    QFETCH(bool, runs);
+    QFETCH(bool, client);
+    QFETCH(bool, launcher);
     m_folder->answer(key, "answer", list);
-    QCOMPARE(watchedProgramRuns(programs, startedByVdiClient), runs);
+    const RunningPrograms running = runningPrograms(programs);
+    QCOMPARE(running.vdiClient, client);
+    QCOMPARE(running.launcher, launcher);
 }
 
 void TestProcessWatch::list_isAskedForOnce()
 {
     m_folder->answer(key, "answer", head);
-    QVERIFY(!watchedProgramRuns(programs, false));
+    QVERIFY(!runningPrograms(programs).launcher);
     QCOMPARE(m_folder->calls(), QStringList{QString()});
 }
 
 void TestProcessWatch::list_endsAtTheFirstNul()
 {
     m_folder->answer(key, "answer", line("Velistra.exe") + '\0' + line("Velistra_VDI_Client.exe"));
-    QVERIFY(watchedProgramRuns(programs, false));
-    QVERIFY(!watchedProgramRuns(programs, true));
+    const RunningPrograms running = runningPrograms(programs);
+    QVERIFY(running.launcher);
+    QVERIFY(!running.vdiClient);
 }
 
 void TestProcessWatch::listOfAFailingCommand_counts()
 {
     m_folder->answer(key, "fail", line("Velistra_VDI_Client.exe"));
-    QVERIFY(watchedProgramRuns(programs, true));
+    QVERIFY(runningPrograms(programs).vdiClient);
 }
 
 void TestProcessWatch::missingCommand_givesNoList()
@@ -153,7 +151,7 @@ void TestProcessWatch::missingCommand_givesNoList()
     QElapsedTimer clock;
     clock.start();
     QCOMPARE(taskList(), QByteArray());
-    QVERIFY(!watchedProgramRuns(programs, false));
+    QVERIFY(!runningPrograms(programs).vdiClient);
     QVERIFY(clock.elapsed() < atOnceMs);
 }
 
@@ -172,7 +170,7 @@ void TestProcessWatch::hangingCommand_givesNoList()
     m_folder->answer(key, manner, line("Velistra_VDI_Client.exe"));
     QElapsedTimer clock;
     clock.start();
-    QVERIFY(!watchedProgramRuns(programs, true, shortMs));
+    QVERIFY(!runningPrograms(programs, shortMs).vdiClient);
     QVERIFY(clock.elapsed() < atOnceMs);
 }
 
@@ -186,7 +184,7 @@ void TestProcessWatch::hundredMegabytes_areSearched()
 void TestProcessWatch::largeOutput_isReadToItsEnd()
 {
     m_folder->answer(key, "flood 8", line("Velistra_VDI_Client.exe"));
-    QVERIFY(watchedProgramRuns(programs, true, amplyMs));
+    QVERIFY(runningPrograms(programs, amplyMs).vdiClient);
 }
 
 QTEST_GUILESS_MAIN(TestProcessWatch)

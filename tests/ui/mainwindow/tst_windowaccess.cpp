@@ -1,3 +1,4 @@
+#include "service/reply/listedquestion.h"
 #include "tests/ui/support/windowbench.h"
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/frame/titlebar.h"
@@ -243,8 +244,7 @@ void TestWindowAccess::tab_goesThroughTheSuggestions_betweenConversationAndBox()
 void TestWindowAccess::tab_reachesNewerEntriesInOrder()
 {
     auto *region = m_bench->window().findChild<QARegion *>();
-    region->showRecommendOnly({QJsonObject{{QStringLiteral("question"), QStringLiteral("推荐一")}},
-                               QJsonObject{{QStringLiteral("question"), QStringLiteral("推荐二")}}},
+    region->showRecommendOnly({{QStringLiteral("推荐一"), 1}, {QStringLiteral("推荐二"), 2}},
                               QStringLiteral("问"));
     const QWidgetList order = stops(true);
     int last = std::numeric_limits<int>::min();

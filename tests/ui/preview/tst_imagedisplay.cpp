@@ -28,7 +28,7 @@ protected:
 
 } // namespace
 
-/// What the preview shows: still pictures, zoom, fit, paging.
+/// What the preview shows: still pictures, zoom, fit.
 class TestImageDisplay : public PreviewTest
 {
     Q_OBJECT
@@ -49,12 +49,6 @@ private slots:
     void oneToOne_resetsAStillPicture();
     void repaintWithoutAZoomStep_scalesNothing();
     void idleWindow_isNotPaintedOverAndOver();
-    void previousAtTheFirst_emitsNothing();
-    void next_alwaysEmits_evenPastTheEnd();
-    void arrowKeys_page();
-    void setCurrentIndex_decidesWhereNextGoes();
-    void pictureChange_resetsTheScale();
-    void pagingWhileZoomed_andWithAStepWaiting();
     void nullPicture_survivesEverything();
     void oddSizes_surviveEverything_data();
     void oddSizes_surviveEverything();
@@ -286,75 +280,6 @@ void TestImageDisplay::idleWindow_isNotPaintedOverAndOver()
     pause.start(200);
     QVERIFY(over.wait());
     QVERIFY2(paints.count <= 3, qPrintable(QString::number(paints.count)));
-}
-
-void TestImageDisplay::previousAtTheFirst_emitsNothing()
-{
-    open(picture(30, 20), false, 1);
-    QSignalSpy previous(m_window.get(), &ImageDisplay::previousImage_signal);
-    click(QStringLiteral("上一张"));
-    click(QStringLiteral("上一张"));
-    click(QStringLiteral("上一张"));
-    QCOMPARE(previous, (QList<QVariantList>{{0}}));
-    QCOMPARE(m_window->currentIndex(), 0);
-}
-
-void TestImageDisplay::next_alwaysEmits_evenPastTheEnd()
-{
-    open(picture(30, 20), false, 0);
-    QSignalSpy next(m_window.get(), &ImageDisplay::nextImage_signal);
-    for (int time = 0; time < 3; ++time) {
-        click(QStringLiteral("下一张"));
-    }
-    QCOMPARE(next, (QList<QVariantList>{{1}, {2}, {3}}));
-}
-
-void TestImageDisplay::arrowKeys_page()
-{
-    open(picture(30, 20), false, 5);
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    QSignalSpy previous(m_window.get(), &ImageDisplay::previousImage_signal);
-    QSignalSpy next(m_window.get(), &ImageDisplay::nextImage_signal);
-    QTest::keyClick(m_window.get(), Qt::Key_Left);
-    QTest::keyClick(m_window.get(), Qt::Key_Right);
-    QCOMPARE(previous, (QList<QVariantList>{{4}}));
-    QCOMPARE(next, (QList<QVariantList>{{5}}));
-}
-
-void TestImageDisplay::setCurrentIndex_decidesWhereNextGoes()
-{
-    open(picture(30, 20), false, 2);
-    QSignalSpy next(m_window.get(), &ImageDisplay::nextImage_signal);
-    click(QStringLiteral("下一张"));
-    m_window->setCurrentIndex(2); // there was none
-    click(QStringLiteral("下一张"));
-    QCOMPARE(next, (QList<QVariantList>{{3}, {3}}));
-    QCOMPARE(shownSize(), QSize(30, 20));
-}
-
-void TestImageDisplay::pictureChange_resetsTheScale()
-{
-    open(picture(500, 400));
-    click(QStringLiteral("放大"));
-    paint();
-    m_window->changeImage(picture(200, 100), QString(), false, 7);
-    paint();
-    QCOMPARE(shownSize(), QSize(200, 100));
-    QCOMPARE(m_window->currentIndex(), 7);
-    click(QStringLiteral("放大"));
-    paint();
-    QCOMPARE(shownSize(), QSize(220, 110));
-}
-
-void TestImageDisplay::pagingWhileZoomed_andWithAStepWaiting()
-{
-    open(picture(500, 400));
-    click(QStringLiteral("放大"));
-    paint();
-    click(QStringLiteral("缩小"));
-    m_window->changeImage(picture(200, 100), QString(), false, 1);
-    paint();
-    QCOMPARE(shownSize(), QSize(200, 100));
 }
 
 void TestImageDisplay::nullPicture_survivesEverything()

@@ -1,20 +1,16 @@
 #include "ui/preview/picturezoom.h"
-#include "ui/preview/resizeborder.h"
 
 #include <QImage>
 #include <QTest>
 
 namespace {
 
-constexpr int border = 4;
-constexpr QSize window(920, 646);
-
 const float smallest = 0.2F;
 const float largest = 4.0F;
 
 } // namespace
 
-/// The arithmetic of the preview window: zoom steps, fitting, the resize border.
+/// The arithmetic of the preview window: zoom steps, fitting, moving.
 class TestImageDisplayGeometry : public QObject
 {
     Q_OBJECT
@@ -33,13 +29,13 @@ private slots:
     void scaled_keepsTheAspectRatio_andIsNeverEmpty();
     void scaled_isNotSmoothed();
     void scaled_nullStaysNull();
-    void scaled_beyondMemory_isItsMiddlePart();
-    void hitTest_data();
-    void hitTest();
-    void hitTest_edgesAndCursors_data();
-    void hitTest_edgesAndCursors();
-    void smallestSize_data();
-    void smallestSize();
+    void scaled_beyondMemory_isThePartThatIsSeen();
+    void part_staysInsideThePicture_data();
+    void part_staysInsideThePicture();
+    void zoomAfterFittingAThinPicture_isBounded_data();
+    void zoomAfterFittingAThinPicture_isBounded();
+    void zoomBelowTheBound_isTheRule();
+    void panRange_isWhatLiesOutside();
 };
 
 void TestImageDisplayGeometry::zoomSteps_twentyOut_twentyIn_data()
@@ -181,7 +177,8 @@ void TestImageDisplayGeometry::scaled_keepsTheAspectRatio_andIsNeverEmpty()
     QFETCH(QSize, result);
     QPixmap original(picture);
     original.fill(Qt::red);
-    QCOMPARE(scaledPicture(original, box, {800, 600}).size(), result);
+    QCOMPARE(scaledSize(picture, box), result);
+    QCOMPARE(scaledPart(original, result, QRect(QPoint(), result)).size(), result);
 }
 
 void TestImageDisplayGeometry::scaled_isNotSmoothed()
@@ -190,7 +187,7 @@ void TestImageDisplayGeometry::scaled_isNotSmoothed()
     original.setPixel(0, 0, qRgb(0, 0, 0));
     original.setPixel(1, 0, qRgb(255, 255, 255));
     const QImage scaled
-        = scaledPicture(QPixmap::fromImage(original), {20, 10}, {800, 600}).toImage();
+        = scaledPart(QPixmap::fromImage(original), {20, 10}, {0, 0, 20, 10}).toImage();
     for (int x = 0; x < scaled.width(); ++x) {
         QCOMPARE(qRed(scaled.pixel(x, 5)), x < 10 ? 0 : 255);
     }
@@ -198,13 +195,14 @@ void TestImageDisplayGeometry::scaled_isNotSmoothed()
 
 void TestImageDisplayGeometry::scaled_nullStaysNull()
 {
-    QVERIFY(scaledPicture(QPixmap(), {100, 100}, {800, 600}).isNull());
+    QVERIFY(scaledPart(QPixmap(), {100, 100}, {0, 0, 100, 100}).isNull());
 }
 
-void TestImageDisplayGeometry::scaled_beyondMemory_isItsMiddlePart()
+void TestImageDisplayGeometry::scaled_beyondMemory_isThePartThatIsSeen()
 {
     constexpr int side = 2400;
     constexpr int middle = side / 2;
+    constexpr QSize full(4 * side, 4 * side);
     QImage original(side, side, QImage::Format_RGB32);
     original.fill(Qt::white);
     // Around the middle, 100 x 50 px of a colour of their own.
@@ -213,117 +211,82 @@ void TestImageDisplayGeometry::scaled_beyondMemory_isItsMiddlePart()
             original.setPixel(x, y, qRgb(255, 0, 0));
         }
     }
-    const QImage part
-        = scaledPicture(QPixmap::fromImage(original), {4 * side, 4 * side}, {800, 600}).toImage();
-    QCOMPARE(part.size(), QSize(800, 600));
-    QCOMPARE(part.pixel(400, 300), qRgb(255, 0, 0));
-    QCOMPARE(part.pixel(202, 300), qRgb(255, 0, 0));
-    QCOMPARE(part.pixel(198, 300), qRgb(255, 255, 255));
-    QCOMPARE(part.pixel(400, 398), qRgb(255, 0, 0));
-    QCOMPARE(part.pixel(400, 402), qRgb(255, 255, 255));
+    const auto part = [&original, full](const QPoint &pan) {
+        return scaledPart(QPixmap::fromImage(original), full, partToMake(full, {800, 600}, pan))
+            .toImage();
+    };
+    const QImage middlePart = part({});
+    QCOMPARE(middlePart.size(), QSize(800, 600));
+    QCOMPARE(middlePart.pixel(400, 300), qRgb(255, 0, 0));
+    QCOMPARE(middlePart.pixel(200, 300), qRgb(255, 0, 0));
+    QCOMPARE(middlePart.pixel(199, 300), qRgb(255, 255, 255));
+    QCOMPARE(middlePart.pixel(400, 399), qRgb(255, 0, 0));
+    QCOMPARE(middlePart.pixel(400, 400), qRgb(255, 255, 255));
+    const QImage moved = part({150, 0}); // the picture to the right
+    QCOMPARE(moved.pixel(350, 300), qRgb(255, 0, 0));
+    QCOMPARE(moved.pixel(349, 300), qRgb(255, 255, 255));
 }
 
-void TestImageDisplayGeometry::hitTest_data()
+void TestImageDisplayGeometry::part_staysInsideThePicture_data()
 {
-    QTest::addColumn<QPoint>("position");
-    QTest::addColumn<int>("code");
-    const int right = window.width() - 1;
-    const int bottom = window.height() - 1;
-    QTest::newRow("left") << QPoint(0, 300) << 10;
-    QTest::newRow("left, innermost") << QPoint(3, 300) << 10;
-    QTest::newRow("inside left") << QPoint(4, 300) << 0;
-    QTest::newRow("right") << QPoint(right, 300) << 11;
-    QTest::newRow("right, innermost") << QPoint(right - 3, 300) << 11;
-    QTest::newRow("inside right") << QPoint(right - 4, 300) << 0;
-    QTest::newRow("top") << QPoint(400, 0) << 12;
-    QTest::newRow("top, innermost") << QPoint(400, 3) << 12;
-    QTest::newRow("inside top") << QPoint(400, 4) << 0;
-    QTest::newRow("bottom") << QPoint(400, bottom) << 15;
-    QTest::newRow("bottom, innermost") << QPoint(400, bottom - 3) << 15;
-    QTest::newRow("inside bottom") << QPoint(400, bottom - 4) << 0;
-    QTest::newRow("top left") << QPoint(0, 0) << 13;
-    QTest::newRow("top left, innermost") << QPoint(3, 3) << 13;
-    QTest::newRow("top left, along the top") << QPoint(11, 1) << 13;
-    QTest::newRow("top left, along the side") << QPoint(1, 11) << 13;
-    QTest::newRow("past the corner, along the top") << QPoint(12, 1) << 12;
-    QTest::newRow("past the corner, along the side") << QPoint(1, 12) << 10;
-    QTest::newRow("inside the corner") << QPoint(4, 4) << 0;
-    QTest::newRow("top right") << QPoint(right, 0) << 14;
-    QTest::newRow("top right, along the side") << QPoint(right, 11) << 14;
-    QTest::newRow("bottom left") << QPoint(0, bottom) << 16;
-    QTest::newRow("bottom left, along the bottom") << QPoint(11, bottom) << 16;
-    QTest::newRow("bottom right") << QPoint(right, bottom) << 17;
-    QTest::newRow("bottom right, along the side") << QPoint(right, bottom - 11) << 17;
-    QTest::newRow("middle") << QPoint(460, 323) << 0;
-    QTest::newRow("outside left") << QPoint(-1, 300) << 0;
-    QTest::newRow("outside right") << QPoint(right + 1, 300) << 0;
-    QTest::newRow("outside top") << QPoint(400, -1) << 0;
-    QTest::newRow("outside bottom") << QPoint(400, bottom + 1) << 0;
+    QTest::addColumn<QSize>("full");
+    QTest::addColumn<QPoint>("pan");
+    QTest::addColumn<QRect>("part");
+    QTest::newRow("small enough") << QSize(8000, 8000) << QPoint(9, 9) << QRect(0, 0, 8000, 8000);
+    QTest::newRow("middle") << QSize(10000, 10000) << QPoint() << QRect(4600, 4700, 800, 600);
+    QTest::newRow("left edge") << QSize(10000, 10000) << QPoint(99999, 0)
+                               << QRect(0, 4700, 800, 600);
+    QTest::newRow("bottom edge") << QSize(10000, 10000) << QPoint(0, -99999)
+                                 << QRect(4600, 9400, 800, 600);
+    QTest::newRow("thin") << QSize(1, longestSide) << QPoint()
+                          << QRect(0, longestSide / 2 - 300, 1, 600);
+    QTest::newRow("thin, the end") << QSize(1, longestSide) << QPoint(0, -longestSide / 2)
+                                   << QRect(0, longestSide - 600, 1, 600);
 }
 
-void TestImageDisplayGeometry::hitTest()
+void TestImageDisplayGeometry::part_staysInsideThePicture()
 {
-    QFETCH(QPoint, position);
-    QFETCH(int, code);
-    QCOMPARE(static_cast<int>(resizeZoneAt(position, window, border)), code);
-    QCOMPARE(resizeZoneAt(position, window, 0), ResizeZone::None);
+    QFETCH(QSize, full);
+    QFETCH(QPoint, pan);
+    QTEST(partToMake(full, {800, 600}, pan), "part");
 }
 
-void TestImageDisplayGeometry::hitTest_edgesAndCursors_data()
+void TestImageDisplayGeometry::zoomAfterFittingAThinPicture_isBounded_data()
 {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<Qt::Edges>("edges");
-    QTest::addColumn<Qt::CursorShape>("cursor");
-    QTest::newRow("none") << 0 << Qt::Edges() << Qt::ArrowCursor;
-    QTest::newRow("left") << 10 << Qt::Edges(Qt::LeftEdge) << Qt::SizeHorCursor;
-    QTest::newRow("right") << 11 << Qt::Edges(Qt::RightEdge) << Qt::SizeHorCursor;
-    QTest::newRow("top") << 12 << Qt::Edges(Qt::TopEdge) << Qt::SizeVerCursor;
-    QTest::newRow("top left") << 13 << (Qt::TopEdge | Qt::LeftEdge) << Qt::SizeFDiagCursor;
-    QTest::newRow("top right") << 14 << (Qt::TopEdge | Qt::RightEdge) << Qt::SizeBDiagCursor;
-    QTest::newRow("bottom") << 15 << Qt::Edges(Qt::BottomEdge) << Qt::SizeVerCursor;
-    QTest::newRow("bottom left") << 16 << (Qt::BottomEdge | Qt::LeftEdge) << Qt::SizeBDiagCursor;
-    QTest::newRow("bottom right") << 17 << (Qt::BottomEdge | Qt::RightEdge) << Qt::SizeFDiagCursor;
+    QTest::addColumn<QSize>("picture");
+    for (const QSize &size : {QSize(1, 30000), QSize(1, 70000), QSize(60000000, 1),
+                              QSize(1, 60000000), QSize(2, 30000000)}) {
+        QTest::newRow(qPrintable(QStringLiteral("%1 x %2").arg(size.width()).arg(size.height())))
+            << size;
+    }
 }
 
-void TestImageDisplayGeometry::hitTest_edgesAndCursors()
+void TestImageDisplayGeometry::zoomAfterFittingAThinPicture_isBounded()
 {
-    QFETCH(int, code);
-    QFETCH(Qt::Edges, edges);
-    QFETCH(Qt::CursorShape, cursor);
-    const auto zone = static_cast<ResizeZone>(code);
-    QCOMPARE(edgesOf(zone), edges);
-    QCOMPARE(cursorOf(zone), cursor);
+    QFETCH(QSize, picture);
+    const PictureFit fit = fitToArea(picture, {916, 518});
+    QVERIFY(fit.box.width() > 0 && fit.box.width() <= longestSide);
+    QVERIFY(fit.box.height() > 0 && fit.box.height() <= longestSide);
+    const QSize zoomed = zoomedSize(picture, scaleAfterZoomOut(fit.ratio));
+    QVERIFY(zoomed.width() > 0 && zoomed.width() <= longestSide);
+    QVERIFY(zoomed.height() > 0 && zoomed.height() <= longestSide);
+    const QSize full = scaledSize(picture, zoomed);
+    QVERIFY(full.width() > 0 && full.height() > 0);
+    const QRect part = partToMake(full, {1920, 1080}, {});
+    QVERIFY(static_cast<qint64>(part.width()) * part.height() <= 64LL * 1024 * 1024);
 }
 
-void TestImageDisplayGeometry::smallestSize_data()
+void TestImageDisplayGeometry::zoomBelowTheBound_isTheRule()
 {
-    QTest::addColumn<QRect>("proposed");
-    QTest::addColumn<bool>("rightDragged");
-    QTest::addColumn<bool>("bottomDragged");
-    QTest::addColumn<QRect>("allowed");
-    const QRect large(100, 50, 700, 500);
-    QTest::newRow("large") << large << true << true << large;
-    const QRect exact(100, 50, 600, 400);
-    QTest::newRow("exact") << exact << false << false << exact;
-    QTest::newRow("right") << QRect(100, 50, 599, 500) << true << false << QRect(100, 50, 600, 500);
-    QTest::newRow("left") << QRect(300, 50, 500, 500) << false << false << QRect(200, 50, 600, 500);
-    QTest::newRow("bottom") << QRect(100, 50, 700, 10) << true << true << QRect(100, 50, 700, 400);
-    QTest::newRow("top") << QRect(100, 250, 700, 300) << true << false << QRect(100, 150, 700, 400);
-    QTest::newRow("top left") << QRect(300, 250, 500, 300) << false << false
-                              << QRect(200, 150, 600, 400);
-    QTest::newRow("turned over") << QRect(100, 50, -20, -30) << true << true
-                                 << QRect(100, 50, 600, 400);
-    QTest::newRow("left of the first screen")
-        << QRect(-900, 50, 300, 500) << false << false << QRect(-1200, 50, 600, 500);
+    // 1 x 30000 px: the fixed product, as long as it is a size at all.
+    QCOMPARE(zoomedSize({1, 30000}, 27000.0F), QSize(27000, 810000000));
 }
 
-void TestImageDisplayGeometry::smallestSize()
+void TestImageDisplayGeometry::panRange_isWhatLiesOutside()
 {
-    QFETCH(QRect, proposed);
-    QFETCH(bool, rightDragged);
-    QFETCH(bool, bottomDragged);
-    QFETCH(QRect, allowed);
-    QCOMPARE(withSmallestHeight(withSmallestWidth(proposed, rightDragged), bottomDragged), allowed);
+    QCOMPARE(panRange({100, 100}, {200, 200}), QSize(0, 0));
+    QCOMPARE(panRange({300, 200}, {200, 200}), QSize(50, 0));
+    QCOMPARE(panRange({201, 301}, {200, 200}), QSize(1, 51));
 }
 
 QTEST_MAIN(TestImageDisplayGeometry)

@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
+#include "service/request/idpinterface.h"
 #include "tests/support/logcapture.h"
 #include "ui/answer/bubble/messagebubble.h"
 #include "ui/answer/bubble/questionbubble.h"
@@ -179,6 +180,11 @@ QTimer &WindowBench::timer(const char *name) const
     return *found;
 }
 
+bool WindowBench::runs(const char *name) const
+{
+    return timer(name).isActive();
+}
+
 QTextEdit *WindowBench::input() const
 {
     return m_window->findChild<QTextEdit *>();
@@ -221,6 +227,15 @@ QStringList WindowBench::hotRows() const
         texts.append(row == nullptr ? QString() : row->text());
     }
     return texts;
+}
+
+QStringList WindowBench::firstRows(int count)
+{
+    QStringList rows;
+    for (int i = 1; i <= count; ++i) {
+        rows.append(QStringLiteral("%1. 问%1").arg(i));
+    }
+    return rows;
 }
 
 QPushButton *WindowBench::hotRow(int number) const
@@ -268,4 +283,16 @@ void WindowBench::onceRequested(const QByteArray &path, int count,
         }
     });
     look->start(hurryMs);
+}
+
+void WindowBench::askPending(const std::function<void()> &meanwhile)
+{
+    m_server->setReplyFor(
+        askPath,
+        held(httpReply(R"({"errorCode":"0","result":{"resultType":"NO_RESULT","reply":"x"}})")));
+    onceRequested(askPath, 1, [this, meanwhile] {
+        meanwhile();
+        m_server->release();
+    });
+    send(QStringLiteral("先问"));
 }

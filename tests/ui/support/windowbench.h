@@ -58,6 +58,7 @@ public:
     /// Runs the timer \a name every few milliseconds from now on, if it runs at all.
     void hurry(const char *name);
     [[nodiscard]] QTimer &timer(const char *name) const;
+    [[nodiscard]] bool runs(const char *name) const;
 
     [[nodiscard]] QTextEdit *input() const;
 
@@ -74,6 +75,9 @@ public:
     /// The texts of the rows of hot questions, e.g. "1. 问1".
     [[nodiscard]] QStringList hotRows() const;
 
+    /// The first \a count of them as the service's first page has them.
+    [[nodiscard]] static QStringList firstRows(int count);
+
     /// Row \a number of them, counted from 1.
     [[nodiscard]] QPushButton *hotRow(int number) const;
 
@@ -89,6 +93,9 @@ public:
     /// Does \a action as soon as the service has got \a count requests at \a path: inside the wait
     /// for the reply of the last, if it is held.
     void onceRequested(const QByteArray &path, int count, const std::function<void()> &action);
+
+    /// Asks a question whose answer comes only after \a meanwhile has been done.
+    void askPending(const std::function<void()> &meanwhile);
 
     /// Puts the mouse pointer where a menu has room beside it; false when it does not get there.
     [[nodiscard]] static bool putPointer();

@@ -62,8 +62,8 @@ QFontMetrics TestTextWrap::metrics()
 
 void TestTextWrap::textThatFits_isUnchanged()
 {
-    QCOMPARE(wrapToWidth(metrics(), QString(), lineWidth), QString());
-    QCOMPARE(wrapToWidth(metrics(), QStringLiteral("桌面黑屏"), lineWidth),
+    QCOMPARE(brokenToWidth(metrics(), QString(), lineWidth), QString());
+    QCOMPARE(brokenToWidth(metrics(), QStringLiteral("桌面黑屏"), lineWidth),
              QStringLiteral("桌面黑屏"));
 }
 
@@ -71,14 +71,14 @@ void TestTextWrap::textOfExactlyTheWidth_staysOnOneLine()
 {
     const QString text = QStringLiteral("虚拟桌面登录不上去怎么办");
     const int width = metrics().horizontalAdvance(text);
-    QCOMPARE(wrapToWidth(metrics(), text, width), text);
+    QCOMPARE(brokenToWidth(metrics(), text, width), text);
 }
 
 void TestTextWrap::onePixelMore_breaks()
 {
     const QString text = QStringLiteral("虚拟桌面登录不上去怎么办");
     const int width = metrics().horizontalAdvance(text) - 1;
-    const QString wrapped = wrapToWidth(metrics(), text, width);
+    const QString wrapped = brokenToWidth(metrics(), text, width);
     QCOMPARE(wrapped, QStringLiteral("虚拟桌面登录不上去怎\n么办"));
 }
 
@@ -97,21 +97,21 @@ void TestTextWrap::result_isThatOfTheSimpleRecursion()
 {
     QFETCH(QString, text);
     for (const int width : {40, 100, lineWidth}) {
-        QCOMPARE(wrapToWidth(metrics(), text, width), simpleRecursion(metrics(), text, width));
+        QCOMPARE(brokenToWidth(metrics(), text, width), simpleRecursion(metrics(), text, width));
     }
 }
 
 void TestTextWrap::firstCharacterWiderThanTheLine_leavesAnEmptyLine()
 {
-    QCOMPARE(wrapToWidth(metrics(), QStringLiteral("桌"), 5), QStringLiteral("\n桌"));
-    QCOMPARE(wrapToWidth(metrics(), QStringLiteral("桌面"), 5), QStringLiteral("\n桌\n\n面"));
+    QCOMPARE(brokenToWidth(metrics(), QStringLiteral("桌"), 5), QStringLiteral("\n桌"));
+    QCOMPARE(brokenToWidth(metrics(), QStringLiteral("桌面"), 5), QStringLiteral("\n桌\n\n面"));
 }
 
 void TestTextWrap::surrogatePair_isNeverCut()
 {
     const QString emoji = QString::fromUtf8("\xF0\x9F\x98\x80").repeated(60);
     for (int width = 30; width < 60; ++width) {
-        const QStringList lines = wrapToWidth(metrics(), emoji, width).split(QLatin1Char('\n'));
+        const QStringList lines = brokenToWidth(metrics(), emoji, width).split(QLatin1Char('\n'));
         for (const QString &line : lines) {
             QVERIFY(line.isEmpty() || line.at(0).isHighSurrogate());
             QVERIFY(line.isEmpty() || line.at(line.size() - 1).isLowSurrogate());
@@ -123,14 +123,14 @@ void TestTextWrap::hundredThousandCharacters_wrapInLinearTime()
 {
     // Ended by the test's own time-out if the cost were quadratic.
     const QString text = QStringLiteral("虚拟桌面ab").repeated(100000 / 6);
-    const QString wrapped = wrapToWidth(metrics(), text, lineWidth);
+    const QString wrapped = brokenToWidth(metrics(), text, lineWidth);
     QCOMPARE(QString(wrapped).remove(QLatin1Char('\n')), text);
 }
 
 void TestTextWrap::lines_areNeverWiderThanTheLimit()
 {
     const QString text = QStringLiteral("远程桌面 connection lost，请问如何处理？").repeated(50);
-    const QStringList lines = wrapToWidth(metrics(), text, lineWidth).split(QLatin1Char('\n'));
+    const QStringList lines = brokenToWidth(metrics(), text, lineWidth).split(QLatin1Char('\n'));
     QVERIFY(lines.size() > 10);
     for (const QString &line : lines) {
         QVERIFY2(metrics().horizontalAdvance(line) <= lineWidth, qPrintable(line));

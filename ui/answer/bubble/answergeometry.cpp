@@ -6,7 +6,6 @@ namespace {
 
 constexpr int foldThreshold = 151;
 
-constexpr int itemWidth = 648;
 constexpr int bubbleLeft = 83;
 constexpr int bubbleTop = 10;
 constexpr int bubbleWidth = 469;
@@ -68,6 +67,6 @@ AnswerGeometry answerGeometry(FoldState fold, bool hasRecommends, int titleTerm,
     }
     places.openBar = state.openBar;
     places.retractBar = state.retractBar;
-    places.item = {itemWidth, state.itemHeight};
+    places.itemHeight = state.itemHeight;
     return places;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QRect>
-#include <QSize>
 
 /// How much of a tall answer is shown.
 enum class FoldState {
@@ -21,7 +20,7 @@ struct AnswerGeometry
     QRect recommendBox; ///< null for an answer without recommendations
     QRect openBar;      ///< null unless shown
     QRect retractBar;   ///< null unless shown
-    QSize item;
+    int itemHeight;
 };
 
 /// The state in which an answer with content of \a contentHeight px is first shown.

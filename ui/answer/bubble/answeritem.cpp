@@ -5,6 +5,7 @@
 #include "ui/answer/recommend/recommendbox.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
+#include "ui/text/richtext.h"
 #include "ui/text/textwrap.h"
 
 #include <QLabel>
@@ -38,11 +39,11 @@ QLabel *makeSeparator(QWidget *bubble)
 
 } // namespace
 
-AnswerItem::AnswerItem(const QString &title, ConversationList *list)
-    : ConversationItem(Speaker::AssistantAnswer, list)
+AnswerItem::AnswerItem(const QString &title, QWidget *parent)
+    : ConversationItem(Speaker::AssistantAnswer, parent)
     , m_titleText(title)
 {
-    readAs(shownPart(title));
+    setAccessibleName(shownPart(readableText(title)));
     makeFrame();
 }
 
@@ -106,7 +107,7 @@ void AnswerItem::rebuild()
     setFoldState(m_fold);
 }
 
-void AnswerItem::setRecommends(const QJsonArray &recommends, QLabel *measure)
+void AnswerItem::setRecommends(const QVector<ListedQuestion> &recommends, QLabel *measure)
 {
     m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);
 }
@@ -119,8 +120,9 @@ void AnswerItem::makeBars()
                             hasBox ? openBarLinesWithBox : barLines, m_bubble);
     m_retractBar = new FoldBar(QLatin1String("btn-retract.png"), tr("收起"),
                                hasBox ? retractBarLinesWithBox : barLines, m_bubble);
-    connect(m_openBar, &FoldBar::clicked, this, &AnswerItem::openRequested);
-    connect(m_retractBar, &FoldBar::clicked, this, &AnswerItem::retractRequested);
+    connect(m_openBar, &FoldBar::clicked, this, [this] { emit foldRequested(FoldState::Opened); });
+    connect(m_retractBar, &FoldBar::clicked, this,
+            [this] { emit foldRequested(FoldState::Folded); });
 }
 
 void AnswerItem::setFoldState(FoldState fold)
@@ -143,5 +145,5 @@ void AnswerItem::setFoldState(FoldState fold)
     if (m_box != nullptr) {
         m_box->setGeometry(places.recommendBox);
     }
-    setItemSize(places.item);
+    setItemHeight(places.itemHeight);
 }

@@ -8,8 +8,8 @@
 
 class AnswerContent;
 class FoldBar;
-class QJsonArray;
 class RecommendBox;
+struct ListedQuestion;
 
 /// An answer: its bold title, a line, the rows of the reply, and, when they are tall, the bars that
 /// fold and unfold them.
@@ -20,7 +20,7 @@ class AnswerItem : public ConversationItem
 
 public:
     /// The frame with the \a title, a text of the service, that reply and recommendations go into.
-    AnswerItem(const QString &title, ConversationList *list);
+    AnswerItem(const QString &title, QWidget *parent);
 
     /// Builds the rows of \a reply, rich text of the service, and returns their height in px. The
     /// pictures in it are appended to \a pictures, those of the whole conversation, under \a title.
@@ -29,7 +29,7 @@ public:
 
     /// Adds a box of \a recommends below the answer. \a measure is the label that their texts are
     /// measured in.
-    void setRecommends(const QJsonArray &recommends, QLabel *measure);
+    void setRecommends(const QVector<ListedQuestion> &recommends, QLabel *measure);
 
     /// The title; null while the entry sleeps.
     [[nodiscard]] QLabel *titleLabel() const { return m_title; }
@@ -47,10 +47,9 @@ public:
     void setFoldState(FoldState fold);
 
 signals:
-    /// The user wants to see a folded answer whole.
-    void openRequested();
-    /// The user wants an opened answer folded again.
-    void retractRequested();
+    /// The user wants to see a folded answer whole (FoldState::Opened), or an opened one folded
+    /// again.
+    void foldRequested(FoldState fold);
 
 protected:
     [[nodiscard]] bool canSleep() const override;

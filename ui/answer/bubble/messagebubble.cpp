@@ -7,38 +7,30 @@
 
 namespace {
 
-constexpr int itemWidth = 648;
-constexpr int itemMargin = 50;
 constexpr QPoint labelPlace(11, 10);
-constexpr QPoint bubblePlace(83, 20);
-constexpr QSize bubbleMargin(25, 22);
+constexpr QPoint bubbleCorner(83, 20);
 
 } // namespace
 
-MessageBubble::MessageBubble(const QString &text, ConversationList *list)
-    : ConversationItem(Speaker::AssistantMessage, list)
-    , m_text(text)
+MessageBubble::MessageBubble(const QString &text, QWidget *parent)
+    : TextBubble(Speaker::AssistantMessage, text, parent)
 {
-    readAs(text);
     build();
 }
 
-QLabel *MessageBubble::text(int number) const
+QLabel *MessageBubble::makeLabel(const QString &text, QWidget *bubble) const
 {
-    return number == 0 ? m_label : nullptr;
+    QLabel *label = makeBubbleLabel(styles::bubbleBoldText, bubble);
+    setBubbleText(label, text);
+    if (label->width() > textMaxWidth) {
+        setWrappedText(label, text);
+    }
+    label->move(labelPlace);
+    return label;
 }
 
-void MessageBubble::build()
+QPoint MessageBubble::bubblePlace(int textWidth) const
 {
-    QWidget *bubble = addBubble();
-    m_label = makeBubbleLabel(styles::bubbleBoldText, bubble);
-    addText(m_label, 0);
-    setBubbleText(m_label, m_text);
-    if (m_label->width() > textMaxWidth) {
-        setWrappedText(m_label, m_text);
-    }
-    const QSize size = m_label->size();
-    m_label->move(labelPlace);
-    bubble->setGeometry({bubblePlace, size + bubbleMargin});
-    setItemSize({itemWidth, size.height() + itemMargin});
+    Q_UNUSED(textWidth)
+    return bubbleCorner;
 }

@@ -1,29 +1,19 @@
 #pragma once
 
-#include "ui/answer/list/conversationitem.h"
+#include "ui/answer/bubble/textbubble.h"
 
 /// A plain message of the assistant, bold in a grey bubble at the left.
-class MessageBubble : public ConversationItem
+class MessageBubble final : public TextBubble
 {
     Q_OBJECT
     Q_DISABLE_COPY(MessageBubble)
 
 public:
-    MessageBubble(const QString &text, ConversationList *list);
-
-    /// The text; null while the entry sleeps.
-    [[nodiscard]] QLabel *label() const { return m_label; }
-
-    [[nodiscard]] QLabel *text(int number) const override;
-
-protected:
-    [[nodiscard]] bool canSleep() const override { return true; }
-    void forget() override { m_label = nullptr; }
-    void rebuild() override { build(); }
+    MessageBubble(const QString &text, QWidget *parent);
 
 private:
-    void build();
+    /// Lines that are too wide are broken between words.
+    [[nodiscard]] QLabel *makeLabel(const QString &text, QWidget *bubble) const override;
 
-    QString m_text;
-    QLabel *m_label = nullptr;
+    [[nodiscard]] QPoint bubblePlace(int textWidth) const override;
 };

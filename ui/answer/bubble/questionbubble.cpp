@@ -8,43 +8,34 @@
 
 namespace {
 
-constexpr int itemWidth = 648;
-constexpr int itemMargin = 50;
 constexpr QPoint labelPlace(12, 10);
 constexpr int bubbleTop = 12;
 constexpr int bubbleRight = 540; ///< left edge of a bubble whose text has no width
-constexpr QSize bubbleMargin(25, 22);
 
 } // namespace
 
-QuestionBubble::QuestionBubble(const QString &text, ConversationList *list)
-    : ConversationItem(Speaker::User, list)
-    , m_text(shownPart(text))
+QuestionBubble::QuestionBubble(const QString &text, QWidget *parent)
+    : TextBubble(Speaker::User, shownPart(text), parent)
 {
-    readAs(m_text);
     build();
 }
 
-QLabel *QuestionBubble::text(int number) const
+QLabel *QuestionBubble::makeLabel(const QString &text, QWidget *bubble) const
 {
-    return number == 0 ? m_label : nullptr;
+    QLabel *label = makeBubbleLabel(styles::bubbleText, bubble);
+    label->setTextFormat(Qt::PlainText);
+    label->ensurePolished(); // or the metrics below are those of the application's font
+    const QFontMetrics metrics = label->fontMetrics();
+    if (metrics.horizontalAdvance(text) > textMaxWidth) {
+        setWrappedText(label, brokenToWidth(metrics, text, textMaxWidth));
+    } else {
+        setBubbleText(label, text);
+    }
+    label->move(labelPlace);
+    return label;
 }
 
-void QuestionBubble::build()
+QPoint QuestionBubble::bubblePlace(int textWidth) const
 {
-    QWidget *bubble = addBubble();
-    m_label = makeBubbleLabel(styles::bubbleText, bubble);
-    addText(m_label, 0);
-    m_label->setTextFormat(Qt::PlainText);
-    m_label->ensurePolished(); // or the metrics below are those of the application's font
-    const QFontMetrics metrics = m_label->fontMetrics();
-    if (metrics.horizontalAdvance(m_text) > textMaxWidth) {
-        setWrappedText(m_label, wrapToWidth(metrics, m_text, textMaxWidth));
-    } else {
-        setBubbleText(m_label, m_text);
-    }
-    const QSize size = m_label->size();
-    m_label->move(labelPlace);
-    bubble->setGeometry({QPoint(bubbleRight - size.width(), bubbleTop), size + bubbleMargin});
-    setItemSize({itemWidth, size.height() + itemMargin});
+    return {bubbleRight - textWidth, bubbleTop};
 }

@@ -1,30 +1,21 @@
 #pragma once
 
-#include "ui/answer/list/conversationitem.h"
+#include "ui/answer/bubble/textbubble.h"
 
 /// What the user asked, in a blue bubble at the right.
-class QuestionBubble : public ConversationItem
+class QuestionBubble final : public TextBubble
 {
     Q_OBJECT
     Q_DISABLE_COPY(QuestionBubble)
 
 public:
     /// A bubble for \a text, shown as typed: it is never read as rich text.
-    QuestionBubble(const QString &text, ConversationList *list);
-
-    /// The text; null while the entry sleeps.
-    [[nodiscard]] QLabel *label() const { return m_label; }
-
-    [[nodiscard]] QLabel *text(int number) const override;
-
-protected:
-    [[nodiscard]] bool canSleep() const override { return true; }
-    void forget() override { m_label = nullptr; }
-    void rebuild() override { build(); }
+    QuestionBubble(const QString &text, QWidget *parent);
 
 private:
-    void build();
+    /// Lines that are too wide are broken between characters.
+    [[nodiscard]] QLabel *makeLabel(const QString &text, QWidget *bubble) const override;
 
-    QString m_text;
-    QLabel *m_label = nullptr;
+    /// Its right edge is always at the triangle.
+    [[nodiscard]] QPoint bubblePlace(int textWidth) const override;
 };

@@ -4,12 +4,15 @@
 #include "ui/answer/content/replypieces.h"
 #include "ui/answer/picture/base64.h"
 #include "ui/answer/picture/picturerow.h"
+#include "ui/preview/animationfile.h"
 #include "ui/style/myproxystyle.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
+#include "ui/text/richtext.h"
 
 #include <QCoreApplication>
 #include <QLabel>
+#include <QPalette>
 #include <QPointer>
 
 #include <memory>
@@ -24,6 +27,16 @@ QFont paragraphFont()
     QFont font(QCoreApplication::translate("QARegion", "Microsoft YaHei"));
     font.setPixelSize(paragraphPixelSize);
     return font;
+}
+
+/// Paragraphs are written in the colour of the titles, which their style leaves open.
+QPalette paragraphPalette(const QWidget &label)
+{
+    const QColor colour(29, 38, 51);
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::WindowText, colour);
+    palette.setColor(QPalette::Text, colour); // what counts inside a list
+    return palette;
 }
 
 /// One for all paragraphs: each builds a whole style of its own to stand on.
@@ -54,7 +67,7 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus); // its texts and pictures take the focus
-    setAccessibleName(title);
+    setAccessibleName(readableText(title));
     QVector<ReplyPiece> pieces = splitReply(reply);
     const bool cut = limitRows(pieces);
     for (const ReplyPiece &piece : qAsConst(pieces)) {
@@ -76,13 +89,13 @@ void AnswerContent::addPicture(const QString &source, const QString &title,
     const QStringRef base64Data = inlinePictureText(source);
     const QPixmap pixmap = decodePicture(bytesOfBase64(base64Data));
     const QString file = animationFile(pictures.size());
-    pictures.append({pixmap, title, isAnimatedPicture(source)});
     auto *row = new PictureRow(pixmap.size(), viewport());
+    pictures.append({pixmap, title, isAnimatedPicture(source), row});
     m_pictureRows.append(row);
-    save_gif(source, base64Data, file);
-    row->setPicture(source, pixmap, file);
-    row->fitPictureRow(source);
-    addRow(row);
+    saveAnimation(source, base64Data, file);
+    row->showPicture(source, pixmap, file);
+    row->fitToPicture(source, row->label()->width());
+    row->joinListAs(addRow(row));
 }
 
 void AnswerContent::addParagraph(const QString &source)
@@ -92,6 +105,7 @@ void AnswerContent::addParagraph(const QString &source)
     label->setStyle(paragraphStyle());
     label->setOpenExternalLinks(true);
     label->setFont(paragraphFont());
+    label->setPalette(paragraphPalette(*label));
     setWrappedText(label, QLatin1String("<p>") + source + QLatin1String("</p>"));
     label->move(0, 0);
     row->setFixedSize(textMaxWidth, label->height());
@@ -99,12 +113,14 @@ void AnswerContent::addParagraph(const QString &source)
     addRow(row);
 }
 
-void AnswerContent::addRow(QWidget *row)
+QListWidgetItem *AnswerContent::addRow(QWidget *row)
 {
-    auto item = std::make_unique<QListWidgetItem>();
-    item->setSizeHint(row->size());
-    addItem(item.get());
-    setItemWidget(item.release(), row); // owned by the list since addItem()
+    auto made = std::make_unique<QListWidgetItem>();
+    made->setSizeHint(row->size());
+    addItem(made.get());
+    QListWidgetItem *item = made.release(); // owned by the list since addItem()
+    setItemWidget(item, row);
     // No widget can be higher; sizes that a rich text asks for may be absurd.
     m_contentHeight = qMin(m_contentHeight + row->height(), mostContentHeight);
+    return item;
 }

@@ -30,7 +30,7 @@ private:
     void addPicture(const QString &source, const QString &title,
                     QVector<ConversationPicture> &pictures);
     void addParagraph(const QString &source);
-    void addRow(QWidget *row);
+    QListWidgetItem *addRow(QWidget *row);
 
     QVector<QLabel *> m_paragraphs;
     QVector<PictureRow *> m_pictureRows;

@@ -1,6 +1,5 @@
 #include "ui/answer/list/conversationitem.h"
 
-#include "ui/answer/list/conversationlist.h"
 #include "ui/style/styles.h"
 
 #include <QApplication>
@@ -50,18 +49,21 @@ void addPicture(QWidget *parent, const QRect &place, const QString &style)
 
 } // namespace
 
-ConversationItem::ConversationItem(Speaker speaker, ConversationList *list)
-    : QWidget(list->nextParent())
+ConversationItem::ConversationItem(Speaker speaker, QWidget *parent)
+    : QWidget(parent)
     , m_speaker(speaker)
-    , m_item(list->append(this))
 {
-    // It joins the list while it is empty: what is in a widget is styled anew, and takes more
-    // memory, each time the widget gets another parent, as it does there.
-    hide();
     setContentsMargins(0, 0, 0, 0);
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(styles::whiteItem);
     addSpeaker();
+}
+
+void ConversationItem::joinListAs(QListWidgetItem *item)
+{
+    m_item = item;
+    m_item->setSizeHint(size());
+    m_item->setData(Qt::AccessibleTextRole, accessibleName());
 }
 
 QLabel *ConversationItem::text(int number) const
@@ -86,7 +88,7 @@ void ConversationItem::wake()
 
 bool ConversationItem::sleep()
 {
-    if (m_awake && !isHidden() && canSleep() && !isInUse()) {
+    if (m_awake && canSleep() && !isInUse()) {
         m_awake = false;
         forget();
         qDeleteAll(findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
@@ -112,16 +114,12 @@ void ConversationItem::addSpeaker()
     addPicture(this, column.triangle, column.triangleStyle);
 }
 
-void ConversationItem::readAs(const QString &text)
+void ConversationItem::setItemHeight(int height)
 {
-    setAccessibleName(text);
-    m_item->setData(Qt::AccessibleTextRole, text);
-}
-
-void ConversationItem::setItemSize(const QSize &size)
-{
-    setFixedSize(size);
-    m_item->setSizeHint(size);
+    setFixedSize(itemWidth, height);
+    if (m_item != nullptr) {
+        m_item->setSizeHint(size());
+    }
 }
 
 QWidget *ConversationItem::addBubble()

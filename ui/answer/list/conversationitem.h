@@ -4,7 +4,6 @@
 
 class QLabel;
 class QListWidgetItem;
-class ConversationList;
 
 /// One entry of the conversation: the item widget with the speaker's icon, the triangle that points
 /// from the bubble to it, each at its fixed place. The kinds of entry add their bubbles.
@@ -25,9 +24,17 @@ public:
         AssistantAnswer,
     };
 
-    /// A hidden item of no size yet, appended to \a list, which owns it from now on. Show it when
-    /// everything in it has its place.
-    ConversationItem(Speaker speaker, ConversationList *list);
+    /// Width of every entry in px.
+    static constexpr int itemWidth = 648;
+
+    /// A hidden entry of no height yet, for ConversationList::append(). Build it under \a parent,
+    /// which the list names, and leave it there: what is in a widget is styled anew, and takes more
+    /// memory, each time the widget gets another parent.
+    ConversationItem(Speaker speaker, QWidget *parent);
+
+    /// Makes this the entry of \a item of a list, which takes its accessible name and its height
+    /// from it, now and whenever the height changes.
+    void joinListAs(QListWidgetItem *item);
 
     /// The label of text number \a number of the entry; null while it sleeps.
     [[nodiscard]] virtual QLabel *text(int number) const;
@@ -37,8 +44,8 @@ public:
     /// Makes the widgets in the entry again if it sleeps.
     void wake();
 
-    /// Deletes the widgets in the entry, unless it is being built, cannot be built again, or is in
-    /// use: with text selected in it, the focus or the mouse. Returns whether it sleeps.
+    /// Deletes the widgets in the entry, unless it cannot be built again or is in use: with text
+    /// selected in it, the focus or the mouse. Returns whether it sleeps.
     bool sleep();
 
 signals:
@@ -46,14 +53,11 @@ signals:
     void copyMenuRequested(int number);
 
 protected:
-    /// Gives the item \a size px, in the list too.
-    void setItemSize(const QSize &size);
+    /// Gives the entry \a height px, in the list too, and the width of all entries.
+    void setItemHeight(int height);
 
     /// A bubble in the style of the speaker, of no size yet.
     [[nodiscard]] QWidget *addBubble();
-
-    /// Lets a screen reader say \a text for the entry, asleep or not.
-    void readAs(const QString &text);
 
     /// Makes \a label text number \a number of the entry.
     void addText(QLabel *label, int number);
@@ -72,6 +76,6 @@ private:
     [[nodiscard]] bool isInUse() const;
 
     Speaker m_speaker;
-    bool m_awake = true;     ///< before the next, as the list asks for it
-    QListWidgetItem *m_item; ///< owned by the list, as this is
+    bool m_awake = true;
+    QListWidgetItem *m_item = nullptr; ///< once it is in the list, which owns it
 };

@@ -1,6 +1,7 @@
 #include "ui/answer/list/conversationlist.h"
 
 #include "ui/answer/list/conversationitem.h"
+#include "ui/answer/list/entrydelegate.h"
 #include "ui/style/styles.h"
 
 #include <QCoreApplication>
@@ -20,8 +21,10 @@ constexpr int pagesAround = 2; ///< heights of the view, above and below it, tha
 
 ConversationList::ConversationList(QWidget *parent)
     : QListWidget(parent)
+    , m_delegate(new EntryDelegate(this))
     , m_sheet(new QWidget(viewport()))
 {
+    setItemDelegate(m_delegate);
     setContentsMargins(0, 0, 0, 0);
     setAccessibleName(QCoreApplication::translate("QARegion", "对话"));
     setStyleSheet(QStringLiteral("QListWidget{background-color:white;}"));
@@ -45,19 +48,18 @@ QWidget *ConversationList::nextParent()
     return m_sections.back();
 }
 
-QListWidgetItem *ConversationList::append(QWidget *widget)
+void ConversationList::append(ConversationItem *entry)
 {
-    auto item = std::make_unique<QListWidgetItem>();
-    item->setSizeHint(widget->size());
-    addItem(item.get());
-    setItemWidget(item.get(), widget);
-    // The list has put it on its viewport, where it would have to be moved with every scroll.
-    widget->setParent(m_sections.back());
+    entry->setParent(nextParent()); // does nothing but when it has another
+    auto made = std::make_unique<QListWidgetItem>();
+    entry->joinListAs(made.get());
+    addItem(made.get());
+    QListWidgetItem *item = made.release(); // owned by the list since addItem()
+    m_delegate->setNext(entry);
+    openPersistentEditor(item); // which shows it
     layOutFrom(count() - 1);
-    widget->show();
     m_leaving.push_back(count() - 1); // nobody may ever scroll to it
     m_sleepTimer.start();
-    return item.release(); // owned by the list since addItem()
 }
 
 void ConversationList::layOutFrom(int first)

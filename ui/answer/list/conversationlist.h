@@ -6,6 +6,7 @@
 #include <vector>
 
 class ConversationItem;
+class EntryDelegate;
 
 /// The list of the conversation: every entry is an item drawn by its item widget. It scrolls by the
 /// pixel, shows no horizontal scroll bar and a thin vertical one.
@@ -20,12 +21,13 @@ class ConversationList : public QListWidget
 public:
     explicit ConversationList(QWidget *parent);
 
-    /// The parent for the next item widget.
+    /// The parent for the next entry.
     [[nodiscard]] QWidget *nextParent();
 
-    /// Appends \a widget, a child of nextParent(), as a new item of its size and shows it; the list
-    /// owns both.
-    QListWidgetItem *append(QWidget *widget);
+    /// Appends \a entry, which is whole, as the item widget of a new item and shows it; the list
+    /// owns both. It follows when the entry takes another height. An entry that is not built under
+    /// nextParent() is moved there, which costs time and memory.
+    void append(ConversationItem *entry);
 
     /// Scrolls as far as needed to show \a widget, which lies inside an item widget.
     void reveal(const QWidget *widget);
@@ -65,6 +67,7 @@ private:
     void wakeNear();
     void sleepFar();
 
+    EntryDelegate *m_delegate;
     QWidget *m_sheet;
     std::vector<QWidget *> m_sections; ///< children of the sheet
     std::vector<int> m_tops{0};        ///< top of each item in px, and the end of the last

@@ -96,12 +96,7 @@ QSize pictureLabelSize(const QSize &size)
     return {qMin(width, pictureMaxWidth), height};
 }
 
-QString animationFile(int number)
-{
-    return QStringLiteral("gif/%1.gif").arg(number);
-}
-
-void save_gif(const QString &part, const QStringRef &base64Data, const QString &fileName)
+void saveAnimation(const QString &part, const QStringRef &base64Data, const QString &fileName)
 {
     if (!isAnimatedPicture(part)) {
         return;

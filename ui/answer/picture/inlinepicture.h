@@ -5,12 +5,15 @@
 #include <QSize>
 #include <QString>
 
+class PictureRow;
+
 /// A picture of the conversation.
 struct ConversationPicture
 {
     QPixmap pixmap; ///< null when the data are no picture; the first frame of an animation
     QString title;  ///< of the answer that holds it
     bool animated = false;
+    PictureRow *row = nullptr; ///< that shows it; an answer keeps it as long as it lives itself
 };
 
 /// The Base64 text (RFC 4648) in the source attribute of the image tag \a piece, up to the closing
@@ -29,10 +32,7 @@ struct ConversationPicture
 /// proportion, at most 430. Nothing is as high as nothing.
 [[nodiscard]] QSize pictureLabelSize(const QSize &size);
 
-/// The file, relative to the program's folder, that animated picture number \a number plays from.
-[[nodiscard]] QString animationFile(int number);
-
 /// Writes the picture \a base64Data to \a fileName when the image tag \a part holds an animation,
 /// making its folder first. A file that cannot be written gives a warning in the log; the animation
 /// then has no frames.
-void save_gif(const QString &part, const QStringRef &base64Data, const QString &fileName);
+void saveAnimation(const QString &part, const QStringRef &base64Data, const QString &fileName);

@@ -5,6 +5,7 @@
 #include "ui/text/bubblelabel.h"
 
 #include <QLabel>
+#include <QListWidgetItem>
 #include <QMovie>
 #include <QPushButton>
 
@@ -36,7 +37,7 @@ PictureRow::PictureRow(const QSize &size, QWidget *parent)
     setPictureSize(pictureLabelSize(size));
 }
 
-void PictureRow::setPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath)
+void PictureRow::showPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath)
 {
     if (isAnimatedPicture(part)) {
         if (pixmap.isNull()) {
@@ -48,27 +49,36 @@ void PictureRow::setPicture(const QString &part, const QPixmap &pixmap, const QS
         movie->start();
         return;
     }
-    m_lastPictureHeight = 0;
+    lastPictureHeight = 0;
     if (!pixmap.isNull()) {
         const QPixmap scaled
             = pixmap.scaled(m_label->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        m_lastPictureHeight = qMin(scaled.height(), m_label->height());
+        lastPictureHeight = qMin(scaled.height(), m_label->height());
         m_label->setPixmap(scaled);
     }
 }
 
-void PictureRow::fitPictureRow(const QString &part)
+void PictureRow::fitToPicture(const QString &part, int width)
 {
     if (!isAnimatedPicture(part)) {
-        setPictureSize({m_label->width(), m_lastPictureHeight});
+        setPictureSize({width, lastPictureHeight});
     }
+}
+
+void PictureRow::joinListAs(QListWidgetItem *item)
+{
+    m_item = item;
+    m_item->setSizeHint(size());
 }
 
 void PictureRow::setPictureSize(const QSize &size)
 {
-    m_lastPictureHeight = size.height();
+    lastPictureHeight = size.height();
     const QRect place(QPoint(0, pictureTopMargin), size);
     m_label->setGeometry(place);
     m_button->setGeometry(place);
     setFixedSize(textMaxWidth, size.height() + pictureTopMargin);
+    if (m_item != nullptr) {
+        m_item->setSizeHint(this->size());
+    }
 }

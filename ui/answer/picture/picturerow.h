@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class QLabel;
+class QListWidgetItem;
 class QPixmap;
 class QPushButton;
 
@@ -19,10 +20,13 @@ public:
 
     /// Shows the picture of the image tag \a part: \a pixmap, scaled down to the row, when it is a
     /// still one, else the animation in the file \a gifPath.
-    void setPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath);
+    void showPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath);
 
-    /// Makes the row of a still picture as low as the picture in it.
-    void fitPictureRow(const QString &part);
+    /// Makes the row of a still picture as low as the picture in it, which takes \a width px.
+    void fitToPicture(const QString &part, int width);
+
+    /// Makes this the row of \a item of a list, which has its size from now on.
+    void joinListAs(QListWidgetItem *item);
 
     [[nodiscard]] QLabel *label() const { return m_label; }
     [[nodiscard]] QPushButton *button() const { return m_button; }
@@ -32,5 +36,6 @@ private:
 
     QLabel *m_label;
     QPushButton *m_button;
-    int m_lastPictureHeight = 0; ///< px
+    QListWidgetItem *m_item = nullptr; ///< once it is in a list
+    int lastPictureHeight = 0;         ///< px
 };

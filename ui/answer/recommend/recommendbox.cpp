@@ -44,7 +44,7 @@ const RecommendBox::Layout &RecommendBox::layoutOf(Kind kind)
     return kind == Kind::BelowAnswer ? belowAnswer : onItsOwn;
 }
 
-RecommendBox::RecommendBox(Kind kind, const QJsonArray &recommends, QLabel *measure,
+RecommendBox::RecommendBox(Kind kind, const QVector<ListedQuestion> &recommends, QLabel *measure,
                            QWidget *parent)
     : QWidget(parent)
     , m_kind(kind)
@@ -61,15 +61,15 @@ RecommendBox::RecommendBox(Kind kind, const QJsonArray &recommends, QLabel *meas
         addHeading(tr("大家都在问："), {11, 43, 84, 19}, subHeading);
         elision = RecommendPage::Elision::FirstOfBox;
     }
-    addPage(new RecommendPage(m_recommends, m_recommendCursor, elision, m_measure, this));
-    m_recommendCursor += recommendRowsPerPage;
+    addPage(new RecommendPage(m_recommends, recommendCursor, elision, m_measure, this));
+    recommendCursor += recommendRowsPerPage;
     addFoot(layoutOf(kind));
 }
 
 void RecommendBox::showNextPage()
 {
-    m_recommendCursor = nextRecommendCursor(m_recommendCursor, m_recommends.size());
-    auto *page = new RecommendPage(m_recommends, m_recommendCursor, RecommendPage::Elision::Later,
+    recommendCursor = nextRecommendCursor(recommendCursor, m_recommends.size());
+    auto *page = new RecommendPage(m_recommends, recommendCursor, RecommendPage::Elision::Later,
                                    m_measure, this);
     addPage(page);
     page->show(); // covers the earlier page, which stays below it

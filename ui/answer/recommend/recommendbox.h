@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QJsonArray>
+#include "service/reply/listedquestion.h"
+
 #include <QRect>
 #include <QVector>
 #include <QWidget>
@@ -21,9 +22,9 @@ public:
         OnItsOwn,    ///< in place of an answer
     };
 
-    /// A box of \a recommends, the service's objects with "question" and "questionId". \a measure
-    /// is the label that texts are measured in.
-    RecommendBox(Kind kind, const QJsonArray &recommends, QLabel *measure, QWidget *parent);
+    /// A box of \a recommends. \a measure is the label that texts are measured in.
+    RecommendBox(Kind kind, const QVector<ListedQuestion> &recommends, QLabel *measure,
+                 QWidget *parent);
 
     /// Shows the next page in place of the present one.
     void showNextPage();
@@ -41,7 +42,7 @@ private:
     void addPage(RecommendPage *page);
 
     Kind m_kind;
-    QJsonArray m_recommends;
+    QVector<ListedQuestion> m_recommends;
     QLabel *m_measure;
-    int m_recommendCursor = 0;
+    int recommendCursor = 0;
 };

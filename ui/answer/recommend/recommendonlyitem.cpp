@@ -3,16 +3,16 @@
 namespace {
 
 constexpr QRect boxPlace(83, 10, 461, 279);
-constexpr QSize itemSize(648, 299);
+constexpr int itemHeight = 299;
 
 } // namespace
 
-RecommendOnlyItem::RecommendOnlyItem(const QJsonArray &recommends, QLabel *measure,
-                                     ConversationList *list)
-    : ConversationItem(Speaker::AssistantAnswer, list)
+RecommendOnlyItem::RecommendOnlyItem(const QVector<ListedQuestion> &recommends, QLabel *measure,
+                                     QWidget *parent)
+    : ConversationItem(Speaker::AssistantAnswer, parent)
     , m_box(new RecommendBox(RecommendBox::Kind::OnItsOwn, recommends, measure, this))
 {
-    readAs(tr("推荐问题"));
+    setAccessibleName(tr("推荐问题"));
     m_box->setGeometry(boxPlace);
-    setItemSize(itemSize);
+    setItemHeight(itemHeight);
 }

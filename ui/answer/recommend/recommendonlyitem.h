@@ -10,7 +10,8 @@ class RecommendOnlyItem : public ConversationItem
     Q_DISABLE_COPY(RecommendOnlyItem)
 
 public:
-    RecommendOnlyItem(const QJsonArray &recommends, QLabel *measure, ConversationList *list);
+    RecommendOnlyItem(const QVector<ListedQuestion> &recommends, QLabel *measure,
+                      QWidget *parent);
 
     [[nodiscard]] RecommendBox *box() const { return m_box; }
 

@@ -1,10 +1,10 @@
 #include "ui/answer/recommend/recommendpage.h"
 
+#include "service/reply/listedquestion.h"
 #include "ui/answer/recommend/recommendpaging.h"
 #include "ui/style/styles.h"
 
 #include <QCoreApplication>
-#include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
 #include <QTextDocument>
@@ -51,7 +51,7 @@ QString asShown(const QString &text)
 
 } // namespace
 
-RecommendPage::RecommendPage(const QJsonArray &recommends, int start, Elision elision,
+RecommendPage::RecommendPage(const QVector<ListedQuestion> &recommends, int start, Elision elision,
                              QLabel *measure, QWidget *parent)
     : QListWidget(parent)
 {
@@ -63,15 +63,13 @@ RecommendPage::RecommendPage(const QJsonArray &recommends, int start, Elision el
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     }
     for (int row = 0; row < recommendRowsPerPage; ++row) {
-        addRow(recommends.at(start + row).toObject(), elision, measure);
+        addRow(recommends.value(start + row), elision, measure);
     }
 }
 
-void RecommendPage::addRow(const QJsonObject &recommend, Elision elision, QLabel *measure)
+void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLabel *measure)
 {
-    const QString question = recommend.value(QLatin1String("question")).toString();
-    const qint64 questionId = recommend.value(QLatin1String("questionId")).toInt();
-    const QString shown = elided(question, elision, measure);
+    const QString shown = elided(recommend.text, elision, measure);
 
     auto *row = new QWidget(viewport());
     row->setContentsMargins(0, 0, 0, 0);
@@ -87,15 +85,15 @@ void RecommendPage::addRow(const QJsonObject &recommend, Elision elision, QLabel
     button->setStyleSheet(styles::flatButton);
     button->setCursor(Qt::PointingHandCursor);
     button->setGeometry(textPlace);
-    button->setAccessibleName(question);
-    if (question.isEmpty()) {
+    button->setAccessibleName(recommend.text);
+    if (recommend.text.isEmpty()) {
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
     }
-    if (elision == Elision::Later && shown != question) {
-        button->setToolTip(asShown(question));
+    if (elision == Elision::Later && shown != recommend.text) {
+        button->setToolTip(asShown(recommend.text));
     }
     connect(button, &QPushButton::clicked, this,
-            [this, question, questionId] { emit recommendClicked(question, questionId); });
+            [this, recommend] { emit recommendClicked(recommend.text, recommend.id); });
 
     auto item = std::make_unique<QListWidgetItem>();
     item->setSizeHint(rowSize);

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QJsonArray>
 #include <QListWidget>
+#include <QVector>
 
 class QLabel;
+struct ListedQuestion;
 
 /// One page of a recommendation box: five rows, each a question that a click asks. Rows beyond the
 /// last recommendation are there too, without text.
@@ -22,13 +23,13 @@ public:
 
     /// The page that starts at \a start of \a recommends. \a measure is a label in the rows' font
     /// that texts are measured in.
-    RecommendPage(const QJsonArray &recommends, int start, Elision elision, QLabel *measure,
-                  QWidget *parent);
+    RecommendPage(const QVector<ListedQuestion> &recommends, int start, Elision elision,
+                  QLabel *measure, QWidget *parent);
 
 signals:
     /// The row of \a question was clicked.
     void recommendClicked(const QString &question, qint64 questionId);
 
 private:
-    void addRow(const QJsonObject &recommend, Elision elision, QLabel *measure);
+    void addRow(const ListedQuestion &recommend, Elision elision, QLabel *measure);
 };

@@ -1,7 +1,7 @@
 #include "ui/mainwindow/frame/titlebar.h"
 
-#include "ui/style/shadow.h"
 #include "ui/style/styles.h"
+#include "ui/style/surfaceshadow.h"
 
 #include <QLabel>
 #include <QPushButton>

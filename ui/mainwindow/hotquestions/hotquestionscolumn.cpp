@@ -1,11 +1,10 @@
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 
 #include "ui/mainwindow/hotquestions/hotpaging.h"
-#include "ui/style/shadow.h"
 #include "ui/style/styles.h"
+#include "ui/style/surfaceshadow.h"
 #include "ui/text/plaintooltip.h"
 
-#include <QJsonArray>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -117,32 +116,50 @@ HotQuestionsColumn::HotQuestionsColumn(QWidget *parent)
     m_list->setAccessibleName(tr("热门问答"));
     m_nextPage = makeNextPageButton(this);
     m_nextPage->hide();
-    connect(m_nextPage, &QPushButton::clicked, this, &HotQuestionsColumn::showNextPage);
+    connect(m_nextPage, &QPushButton::clicked, this, &HotQuestionsColumn::turnPage);
 }
 
-void HotQuestionsColumn::showServiceQuestions(const QJsonArray &questions)
+void HotQuestionsColumn::showServiceQuestions(const QVector<ListedQuestion> &questions)
 {
     m_questions = questions;
     m_showsLocal = false;
-    showPage(0);
+    hotPage = 0;
+    showPage();
 }
 
 void HotQuestionsColumn::showLocalQuestions(const QStringList &entries)
 {
     m_entries = entries;
     m_showsLocal = true;
-    showPage(0);
+    m_localPage = 0;
+    showPage();
 }
 
-void HotQuestionsColumn::showNextPage()
+void HotQuestionsColumn::turnPage()
 {
-    showPage(m_showsLocal ? nextLocalPage(m_pageStart, m_entries.size())
-                          : nextServicePage(m_pageStart, m_questions.size()));
+    if (m_showsLocal) {
+        emit nextLocalPageWanted();
+    } else {
+        showNextServicePage();
+    }
 }
 
-void HotQuestionsColumn::showPage(int start)
+void HotQuestionsColumn::showNextServicePage()
 {
-    m_pageStart = start;
+    m_showsLocal = false;
+    hotPage = nextServicePage(hotPage, m_questions.size());
+    showPage();
+}
+
+void HotQuestionsColumn::showNextLocalPage()
+{
+    m_showsLocal = true;
+    m_localPage = nextLocalPage(m_localPage, m_entries.size());
+    showPage();
+}
+
+void HotQuestionsColumn::showPage()
+{
     m_list->clear();
     if (m_showsLocal) {
         fillLocalPage();
@@ -155,7 +172,7 @@ void HotQuestionsColumn::showPage(int start)
 void HotQuestionsColumn::fillServicePage()
 {
     for (int row = 0; row < hotRowsPerPage; ++row) {
-        const auto question = readSuggestedQuestion(m_questions.at(m_pageStart + row));
+        const ListedQuestion question = m_questions.value(hotPage + row);
         fillRow(addRow(question.text), row + 1, question);
     }
 }
@@ -163,7 +180,7 @@ void HotQuestionsColumn::fillServicePage()
 void HotQuestionsColumn::fillLocalPage()
 {
     for (int row = 0; row < hotRowsPerPage; ++row) {
-        const int entry = m_pageStart + row + 1;
+        const int entry = m_localPage + row + 1;
         QWidget *widget = addRow(m_entries.value(entry));
         if (entry >= m_entries.size()) {
             return;
@@ -185,7 +202,7 @@ QWidget *HotQuestionsColumn::addRow(const QString &accessibleName)
     return row;
 }
 
-void HotQuestionsColumn::fillRow(QWidget *row, int number, const SuggestedQuestion &question)
+void HotQuestionsColumn::fillRow(QWidget *row, int number, const ListedQuestion &question)
 {
     const QString text
         = QString::number(number) + QLatin1String(". ") + question.text.left(mostMeasured);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "service/reply/suggestedquestion.h"
+#include "service/reply/listedquestion.h"
 
-#include <QJsonArray>
 #include <QStringList>
+#include <QVector>
 #include <QWidget>
 
 class QListWidget;
@@ -21,31 +21,38 @@ public:
 
     /// Shows the first page of the service's \a questions. A page always has sixteen rows; those
     /// beyond the last question have none.
-    void showServiceQuestions(const QJsonArray &questions);
+    void showServiceQuestions(const QVector<ListedQuestion> &questions);
 
     /// Shows the first page of the local library's \a entries, the first of which is no question.
     /// On the last page the row after the last question is left empty.
     void showLocalQuestions(const QStringList &entries);
 
-    /// Shows the next page of what is shown; after the last the first comes again.
-    void showNextPage();
+    /// Shows the next page of the local questions; after the last the first comes again. The button
+    /// asks for it by nextLocalPageWanted(), while it turns the service's pages itself.
+    void showNextLocalPage();
 
 signals:
     void questionClicked(const QString &question, qint64 questionId);
 
+    /// The button for the next page was clicked while local questions are shown.
+    void nextLocalPageWanted();
+
 private:
-    void showPage(int start);
+    void turnPage();
+    void showNextServicePage();
+    void showPage();
     void fillServicePage();
     void fillLocalPage();
     QWidget *addRow(const QString &accessibleName);
-    void fillRow(QWidget *row, int number, const SuggestedQuestion &question);
+    void fillRow(QWidget *row, int number, const ListedQuestion &question);
 
     QListWidget *m_list;
     QPushButton *m_nextPage;
     bool m_showsLocal = false; ///< which of the two lists is paged through
-    QJsonArray m_questions;
+    QVector<ListedQuestion> m_questions;
     QStringList m_entries;
-    int m_pageStart = 0; ///< where the page that is shown begins
+    int hotPage = 0;     ///< where the shown page of the service's questions begins
+    int m_localPage = 0; ///< the same for the local ones
 };
 
 /// The button "换一换" of the column, at its place inside \a parent.

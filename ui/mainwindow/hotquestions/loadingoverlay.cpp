@@ -1,7 +1,7 @@
 #include "ui/mainwindow/hotquestions/loadingoverlay.h"
 
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
-#include "ui/style/shadow.h"
+#include "ui/style/surfaceshadow.h"
 
 #include <QLabel>
 #include <QMovie>

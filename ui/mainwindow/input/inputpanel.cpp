@@ -99,12 +99,12 @@ bool InputPanel::isComposing() const
 void InputPanel::openMenu()
 {
     closeMenu();
-    m_menuOpen = true; // before the box loses the focus to the menu
+    menuOpen = true; // before the box loses the focus to the menu
     m_menu = new InputMenu(*m_input, this);
     connect(m_menu, &InputMenu::cutRequested, this, &InputPanel::cutRequested);
     connect(m_menu, &InputMenu::copyRequested, this, &InputPanel::copyRequested);
     connect(m_menu, &InputMenu::pasteRequested, this, &InputPanel::pasteRequested);
-    connect(m_menu, &QMenu::aboutToHide, this, [this] { m_menuOpen = false; });
+    connect(m_menu, &QMenu::aboutToHide, this, [this] { menuOpen = false; });
     m_menu->popup(QCursor::pos());
 }
 
@@ -128,7 +128,7 @@ void InputPanel::paste()
 
 void InputPanel::closeMenu()
 {
-    m_menuOpen = false;
+    menuOpen = false;
     if (!m_menu.isNull()) {
         m_menu->close(); // which deletes it
     }

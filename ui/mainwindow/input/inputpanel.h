@@ -27,7 +27,7 @@ public:
     void openMenu();
 
     /// Whether it is showing.
-    [[nodiscard]] bool isMenuOpen() const { return m_menuOpen; }
+    [[nodiscard]] bool isMenuOpen() const { return menuOpen; }
 
     // What the menu offers; it closes with it.
     void cut();
@@ -46,5 +46,5 @@ private:
 
     QTextEdit *m_input;
     QPointer<InputMenu> m_menu;
-    bool m_menuOpen = false;
+    bool menuOpen = false; ///< the context menu of the box is showing
 };

@@ -1,12 +1,11 @@
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
 
-#include "service/reply/suggestedquestion.h"
+#include "service/reply/listedquestion.h"
 #include "ui/mainwindow/suggestions/suggestionhighlight.h"
 #include "ui/style/styles.h"
 #include "ui/text/plaintooltip.h"
 
 #include <QGraphicsDropShadowEffect>
-#include <QJsonArray>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -66,7 +65,7 @@ void setRowText(QLabel *label, const QString &text, SuggestionHighlight &highlig
 
 } // namespace
 
-SuggestionPopup::SuggestionPopup(const QJsonArray &suggestions, const QString &typed,
+SuggestionPopup::SuggestionPopup(const QVector<ListedQuestion> &suggestions, const QString &typed,
                                  QWidget *parent)
     : QWidget(parent)
     , m_list(new QListWidget(this))
@@ -85,7 +84,7 @@ SuggestionPopup::SuggestionPopup(const QJsonArray &suggestions, const QString &t
     m_list->setAccessibleName(tr("联想问题"));
     SuggestionHighlight highlight(typed);
     for (int row = 0; row < rows; ++row) {
-        addRow(readSuggestedQuestion(suggestions.at(row)), highlight);
+        addRow(suggestions.at(row), highlight);
     }
     addCloseButton();
     show();
@@ -103,7 +102,7 @@ void SuggestionPopup::addCloseButton()
     connect(close, &QPushButton::clicked, this, &SuggestionPopup::closeClicked);
 }
 
-void SuggestionPopup::addRow(const SuggestedQuestion &suggestion, SuggestionHighlight &highlight)
+void SuggestionPopup::addRow(const ListedQuestion &suggestion, SuggestionHighlight &highlight)
 {
     auto *row = new QWidget(m_list->viewport());
     row->setStyleSheet(styles::whiteItem);

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <QVector>
 #include <QWidget>
 
-class QJsonArray;
 class QListWidget;
 class SuggestionHighlight;
-struct SuggestedQuestion;
+struct ListedQuestion;
 
 /// The suggestions for what is typed, above the input box: a row for each and a button that closes
 /// them. Made anew for every reply of the service and never shown twice.
@@ -20,7 +20,8 @@ public:
 
     /// Shows \a suggestions, at least one, inside \a parent at their place. What matches \a typed
     /// is highlighted.
-    SuggestionPopup(const QJsonArray &suggestions, const QString &typed, QWidget *parent);
+    SuggestionPopup(const QVector<ListedQuestion> &suggestions, const QString &typed,
+                    QWidget *parent);
 
 signals:
     void suggestionClicked(const QString &question, qint64 id);
@@ -28,7 +29,7 @@ signals:
 
 private:
     void addCloseButton();
-    void addRow(const SuggestedQuestion &suggestion, SuggestionHighlight &highlight);
+    void addRow(const ListedQuestion &suggestion, SuggestionHighlight &highlight);
 
     QListWidget *m_list;
 };

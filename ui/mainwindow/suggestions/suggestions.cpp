@@ -1,6 +1,7 @@
 #include "ui/mainwindow/suggestions/suggestions.h"
 
 #include "app/base/logstream.h"
+#include "service/reply/listedquestion.h"
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
 
@@ -29,13 +30,13 @@ bool Suggestions::textHasChanged()
 void Suggestions::fetch()
 {
     const QString text = m_input->toPlainText();
-    const QJsonArray suggestions = m_region->association_questions(text);
+    const QJsonArray suggestions = m_region->suggestionsFor(text);
     LOG_INFO() << "nSize_association: " << suggestions.size();
     close();
     if (suggestions.isEmpty() || m_input->document()->isEmpty()) {
         return; // nothing to show, or what was typed has been sent meanwhile
     }
-    m_popup = new SuggestionPopup(suggestions, text, m_place);
+    m_popup = new SuggestionPopup(readListedQuestions(suggestions), text, m_place);
     connect(m_popup, &SuggestionPopup::suggestionClicked, this, &Suggestions::questionClicked);
     connect(m_popup, &SuggestionPopup::closeClicked, this, &Suggestions::closeClicked);
     ++nSize_association;

@@ -61,7 +61,7 @@ void TestAnswerGeometry::plainAnswer_unfolded()
 {
     const AnswerGeometry places = answerGeometry(FoldState::Unfolded, false, 31, 100);
     QCOMPARE(places.bubble, QRect(83, 10, 469, 31 + 100 + 48));
-    QCOMPARE(places.item, QSize(648, 31 + 100 + 68));
+    QCOMPARE(places.itemHeight, 31 + 100 + 68);
     QVERIFY(places.recommendBox.isNull());
     QVERIFY(places.openBar.isNull());
     QVERIFY(places.retractBar.isNull());
@@ -73,7 +73,7 @@ void TestAnswerGeometry::plainAnswer_folded()
     QCOMPARE(places.bubble, QRect(83, 10, 469, 202));
     QCOMPARE(places.openBar, QRect(0, 155, 469, 48));
     QVERIFY(places.retractBar.isNull());
-    QCOMPARE(places.item, QSize(648, 230));
+    QCOMPARE(places.itemHeight, 230);
 }
 
 void TestAnswerGeometry::plainAnswer_opened()
@@ -82,7 +82,7 @@ void TestAnswerGeometry::plainAnswer_opened()
     QCOMPARE(places.bubble, QRect(83, 10, 469, 31 + 900 + 80));
     QCOMPARE(places.retractBar, QRect(0, 31 + 900 + 36, 469, 46));
     QVERIFY(places.openBar.isNull());
-    QCOMPARE(places.item, QSize(648, 31 + 900 + 100));
+    QCOMPARE(places.itemHeight, 31 + 900 + 100);
 }
 
 void TestAnswerGeometry::answerWithBox_unfolded()
@@ -90,7 +90,7 @@ void TestAnswerGeometry::answerWithBox_unfolded()
     const AnswerGeometry places = answerGeometry(FoldState::Unfolded, true, 31, 100);
     QCOMPARE(places.bubble, QRect(83, 10, 469, 31 + 100 + 48));
     QCOMPARE(places.recommendBox, QRect(83, 31 + 100 + 48, 469, 255));
-    QCOMPARE(places.item, QSize(648, 31 + 100 + 323));
+    QCOMPARE(places.itemHeight, 31 + 100 + 323);
 }
 
 void TestAnswerGeometry::answerWithBox_folded()
@@ -99,7 +99,7 @@ void TestAnswerGeometry::answerWithBox_folded()
     QCOMPARE(places.bubble, QRect(83, 10, 469, 210));
     QCOMPARE(places.openBar, QRect(0, 160, 469, 50));
     QCOMPARE(places.recommendBox, QRect(83, 220, 469, 255));
-    QCOMPARE(places.item, QSize(648, 485));
+    QCOMPARE(places.itemHeight, 485);
 }
 
 void TestAnswerGeometry::answerWithBox_opened()
@@ -108,7 +108,7 @@ void TestAnswerGeometry::answerWithBox_opened()
     QCOMPARE(places.bubble, QRect(83, 10, 469, 31 + 900 + 80));
     QCOMPARE(places.retractBar, QRect(0, 31 + 900 + 36, 469, 70));
     QCOMPARE(places.recommendBox, QRect(83, 31 + 900 + 90, 469, 255));
-    QCOMPARE(places.item, QSize(648, 31 + 900 + 355));
+    QCOMPARE(places.itemHeight, 31 + 900 + 355);
 }
 
 QTEST_GUILESS_MAIN(TestAnswerGeometry)

@@ -1,3 +1,4 @@
+#include "service/reply/listedquestion.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/messagebubble.h"
 #include "ui/answer/bubble/questionbubble.h"
@@ -6,10 +7,8 @@
 #include "ui/style/myproxystyle.h"
 #include "ui/text/textwrap.h"
 
-#include <QJsonArray>
 #include <QLabel>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
@@ -105,16 +104,16 @@ QString TestBubbles::textOfWidth(int width, const QFontMetrics &metrics)
 
 AnswerItem *TestBubbles::makeAnswer(const QString &title, const QString &reply)
 {
-    auto *answer = new AnswerItem(title, m_list);
+    auto *answer = new AnswerItem(title, m_list->nextParent());
     answer->setFoldState(initialFoldState(answer->setReply(reply, title, m_pictures)));
-    answer->show();
+    m_list->append(answer);
     return answer;
 }
 
 void TestBubbles::question_places()
 {
-    auto *bubble = new QuestionBubble(QStringLiteral("如何修改密码？"), m_list);
-    bubble->show();
+    auto *bubble = new QuestionBubble(QStringLiteral("如何修改密码？"), m_list->nextParent());
+    m_list->append(bubble);
     const QSize text = bubble->label()->size();
     QVERIFY(text.width() > 50);
     QCOMPARE(bubble->label()->geometry(), QRect(QPoint(12, 10), text));
@@ -128,7 +127,7 @@ void TestBubbles::question_places()
 
 void TestBubbles::question_styles()
 {
-    const QuestionBubble bubble(QStringLiteral("如何修改密码？"), m_list);
+    const QuestionBubble bubble(QStringLiteral("如何修改密码？"), m_list->nextParent());
     QCOMPARE(bubble.styleSheet(), QStringLiteral("background-color:rgb(255, 255, 255);"));
     QCOMPARE(bubble.label()->styleSheet(),
              QStringLiteral("QLabel{selection-color:white;selection-background-color:rgb(0,120,215)"
@@ -147,22 +146,22 @@ void TestBubbles::question_styles()
 
 void TestBubbles::question_of446Pixels_staysOnOneLine()
 {
-    const QuestionBubble any(QStringLiteral("x"), m_list);
+    const QuestionBubble any(QStringLiteral("x"), m_list->nextParent());
     const QString text = textOfWidth(446, any.label()->fontMetrics());
     QVERIFY(!text.isEmpty());
-    const QuestionBubble bubble(text, m_list);
+    const QuestionBubble bubble(text, m_list->nextParent());
     QCOMPARE(bubble.label()->text(), text);
     QVERIFY(!bubble.label()->wordWrap());
 }
 
 void TestBubbles::question_wider_isWrappedAtCharacters()
 {
-    const QuestionBubble any(QStringLiteral("x"), m_list);
+    const QuestionBubble any(QStringLiteral("x"), m_list->nextParent());
     const QFontMetrics metrics = any.label()->fontMetrics();
     const QString text = textOfWidth(447, metrics);
     QVERIFY(!text.isEmpty());
-    const QuestionBubble bubble(text, m_list);
-    QCOMPARE(bubble.label()->text(), wrapToWidth(metrics, text, 446));
+    const QuestionBubble bubble(text, m_list->nextParent());
+    QCOMPARE(bubble.label()->text(), brokenToWidth(metrics, text, 446));
     QCOMPARE(bubble.label()->text().count(QLatin1Char('\n')), 1);
     QCOMPARE(bubble.label()->width(), 446);
     QVERIFY(bubble.label()->wordWrap());
@@ -172,15 +171,15 @@ void TestBubbles::question_wider_isWrappedAtCharacters()
 void TestBubbles::question_withMarkup_isShownAsTyped()
 {
     const QString typed = QStringLiteral("<b>粗体</b> 怎么写？");
-    const QuestionBubble bubble(typed, m_list);
+    const QuestionBubble bubble(typed, m_list->nextParent());
     QCOMPARE(bubble.label()->text(), typed);
     QCOMPARE(bubble.label()->textFormat(), Qt::PlainText);
 }
 
 void TestBubbles::message_places()
 {
-    auto *bubble = new MessageBubble(QStringLiteral("您好"), m_list);
-    bubble->show();
+    auto *bubble = new MessageBubble(QStringLiteral("您好"), m_list->nextParent());
+    m_list->append(bubble);
     const QSize text = bubble->label()->size();
     QCOMPARE(bubble->label()->geometry(), QRect(QPoint(11, 10), text));
     QCOMPARE(bubbleOf(bubble->label())->geometry(),
@@ -196,13 +195,13 @@ void TestBubbles::message_places()
 
 void TestBubbles::message_of446Pixels_keepsItsWidth_wider_isWrapped()
 {
-    const MessageBubble any(QStringLiteral("x"), m_list);
+    const MessageBubble any(QStringLiteral("x"), m_list->nextParent());
     const QFontMetrics metrics = any.label()->fontMetrics();
-    const MessageBubble fits(textOfWidth(446, metrics), m_list);
+    const MessageBubble fits(textOfWidth(446, metrics), m_list->nextParent());
     QCOMPARE(fits.label()->width(), 446);
     QVERIFY(!fits.label()->wordWrap());
     const QString wide = textOfWidth(447, metrics);
-    const MessageBubble wraps(wide, m_list);
+    const MessageBubble wraps(wide, m_list->nextParent());
     QCOMPARE(wraps.label()->width(), 446);
     QVERIFY(wraps.label()->wordWrap());
     QCOMPARE(wraps.label()->text(), wide);
@@ -278,10 +277,10 @@ void TestBubbles::foldBars_styles()
     QFETCH(QVector<int>, openLines);
     QFETCH(QVector<int>, retractLines);
     QLabel measure;
-    auto *answer = new AnswerItem(QStringLiteral("标题"), m_list);
+    auto *answer = new AnswerItem(QStringLiteral("标题"), m_list->nextParent());
     answer->setReply(QStringLiteral("<p>一行文字</p>").repeated(20), QString(), m_pictures);
     if (withBox) {
-        answer->setRecommends(QJsonArray(), &measure);
+        answer->setRecommends({}, &measure);
     }
     answer->setFoldState(FoldState::Folded);
     const auto check = [answer](const char *image, const QVector<int> &lines) {
@@ -340,14 +339,15 @@ void TestBubbles::answer_tallIsFolded_andOpensAndRetracts()
         = *makeAnswer(QStringLiteral("标题"), QStringLiteral("<p>一行文字</p>").repeated(20));
     QVERIFY(answer.content()->contentHeight() > 151);
     QCOMPARE(answer.size(), QSize(648, 230));
-    QSignalSpy open(&answer, &AnswerItem::openRequested);
-    QSignalSpy retract(&answer, &AnswerItem::retractRequested);
+    QVector<FoldState> requested;
+    connect(&answer, &AnswerItem::foldRequested, this,
+            [&requested](FoldState fold) { requested.append(fold); });
     const auto buttons = answer.findChildren<QPushButton *>();
     QCOMPARE(buttons.size(), 2);
     QTest::mouseClick(buttons.at(0), Qt::LeftButton);
-    QCOMPARE(open.count(), 1);
+    QCOMPARE(requested, QVector<FoldState>{FoldState::Opened});
     QTest::mouseClick(buttons.at(1), Qt::LeftButton);
-    QCOMPARE(retract.count(), 1);
+    QCOMPARE(requested, (QVector<FoldState>{FoldState::Opened, FoldState::Folded}));
 
     answer.setFoldState(FoldState::Opened);
     QCOMPARE(answer.height(),

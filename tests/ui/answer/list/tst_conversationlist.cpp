@@ -1,8 +1,40 @@
+#include "ui/answer/list/conversationitem.h"
 #include "ui/answer/list/conversationlist.h"
 
 #include <QLabel>
 #include <QScrollBar>
 #include <QTest>
+
+#include <vector>
+
+namespace {
+
+constexpr int width = 648;
+constexpr int height = 400;
+
+/// An entry of any height. Counts how often it got another parent.
+class Entry : public ConversationItem
+{
+public:
+    Entry(int entryHeight, QWidget *parent)
+        : ConversationItem(Speaker::User, parent)
+    {
+        setItemHeight(entryHeight);
+    }
+
+    using ConversationItem::setItemHeight;
+
+    int parentChanges = 0;
+
+protected:
+    bool event(QEvent *event) override
+    {
+        parentChanges += event->type() == QEvent::ParentChange ? 1 : 0;
+        return ConversationItem::event(event);
+    }
+};
+
+} // namespace
 
 /// The list of the conversation lays out its items itself: where they are, and what moves.
 class TestConversationList : public QObject
@@ -16,6 +48,10 @@ private slots:
     void scrollBar_isThin();
     void items_lieBelowEachOther();
     void itemWidgets_areThoseOfTheirItems();
+    void wholeEntry_keepsItsParent();
+    void entryBuiltElsewhere_isMovedIn();
+    void entriesBuiltBeforeTheirTurn_findTheirSections();
+    void entry_isReadAsItsAccessibleName();
     void shortList_doesNotScroll();
     void longList_scrollsByThePixel();
     void scrollToBottom_showsTheLastItem();
@@ -27,20 +63,13 @@ private slots:
     void farDown_itemsAreStillInPlace();
 
 private:
-    QWidget *append(int height);
+    Entry *append(int height);
     [[nodiscard]] QRect placeOf(const QWidget *widget) const;
     [[nodiscard]] QScrollBar *bar() const { return m_list->verticalScrollBar(); }
 
     std::unique_ptr<QWidget> m_window;
     ConversationList *m_list = nullptr;
 };
-
-namespace {
-
-constexpr int width = 648;
-constexpr int height = 400;
-
-} // namespace
 
 void TestConversationList::init()
 {
@@ -58,12 +87,11 @@ void TestConversationList::cleanup()
     m_window.reset();
 }
 
-QWidget *TestConversationList::append(int itemHeight)
+Entry *TestConversationList::append(int itemHeight)
 {
-    auto *widget = new QWidget(m_list->nextParent());
-    widget->setFixedSize(600, itemHeight);
-    m_list->append(widget);
-    return widget;
+    auto *entry = new Entry(itemHeight, m_list->nextParent());
+    m_list->append(entry);
+    return entry;
 }
 
 QRect TestConversationList::placeOf(const QWidget *widget) const
@@ -86,10 +114,10 @@ void TestConversationList::items_lieBelowEachOther()
     const QWidget *first = append(50);
     const QWidget *second = append(120);
     const QWidget *third = append(30);
-    QCOMPARE(placeOf(first), QRect(0, 0, 600, 50));
-    QCOMPARE(placeOf(second), QRect(0, 50, 600, 120));
-    QCOMPARE(placeOf(third), QRect(0, 170, 600, 30));
-    QCOMPARE(m_list->visualItemRect(m_list->item(1)), QRect(0, 50, 600, 120));
+    QCOMPARE(placeOf(first), QRect(0, 0, width, 50));
+    QCOMPARE(placeOf(second), QRect(0, 50, width, 120));
+    QCOMPARE(placeOf(third), QRect(0, 170, width, 30));
+    QCOMPARE(m_list->visualItemRect(m_list->item(1)), QRect(0, 50, width, 120));
     QVERIFY(third->isVisible());
 }
 
@@ -100,7 +128,48 @@ void TestConversationList::itemWidgets_areThoseOfTheirItems()
     QCOMPARE(m_list->count(), 2);
     QCOMPARE(m_list->itemWidget(m_list->item(0)), first);
     QCOMPARE(m_list->itemWidget(m_list->item(1)), second);
-    QCOMPARE(m_list->item(1)->sizeHint(), QSize(600, 60));
+    QCOMPARE(m_list->item(1)->sizeHint(), QSize(width, 60));
+}
+
+void TestConversationList::wholeEntry_keepsItsParent()
+{
+    const Entry *first = append(50);
+    const Entry *second = append(60);
+    QCOMPARE(first->parentChanges, 0);
+    QCOMPARE(second->parentChanges, 0);
+    QVERIFY(second->isVisible());
+}
+
+void TestConversationList::entryBuiltElsewhere_isMovedIn()
+{
+    append(50);
+    auto *entry = new Entry(70, nullptr);
+    m_list->append(entry);
+    QVERIFY(m_list->viewport()->isAncestorOf(entry));
+    QCOMPARE(placeOf(entry), QRect(0, 50, width, 70));
+    QVERIFY(entry->isVisible());
+}
+
+void TestConversationList::entriesBuiltBeforeTheirTurn_findTheirSections()
+{
+    std::vector<Entry *> entries;
+    for (int i = 0; i < 120; ++i) {
+        entries.push_back(new Entry(10, m_list->nextParent()));
+    }
+    for (Entry *entry : entries) {
+        m_list->append(entry);
+    }
+    for (int i = 0; i < 120; ++i) {
+        QCOMPARE(placeOf(entries.at(static_cast<std::size_t>(i))), QRect(0, 10 * i, width, 10));
+    }
+}
+
+void TestConversationList::entry_isReadAsItsAccessibleName()
+{
+    auto *entry = new Entry(70, m_list->nextParent());
+    entry->setAccessibleName(QStringLiteral("一个问题"));
+    m_list->append(entry);
+    QCOMPARE(m_list->item(0)->data(Qt::AccessibleTextRole).toString(), QStringLiteral("一个问题"));
 }
 
 void TestConversationList::shortList_doesNotScroll()
@@ -135,14 +204,13 @@ void TestConversationList::scrollToBottom_showsTheLastItem()
 void TestConversationList::changedHeight_movesWhatFollows()
 {
     const QWidget *first = append(50);
-    QWidget *second = append(60);
+    Entry *second = append(60);
     const QWidget *third = append(70);
-    second->setFixedSize(600, 200);
-    m_list->item(1)->setSizeHint(second->size());
+    second->setItemHeight(200);
+    QCOMPARE(m_list->item(1)->sizeHint(), QSize(width, 200));
     QCOMPARE(placeOf(first).top(), 0);
-    QCOMPARE(placeOf(third), QRect(0, 250, 600, 70));
-    second->setFixedSize(600, 10);
-    m_list->item(1)->setSizeHint(second->size());
+    QCOMPARE(placeOf(third), QRect(0, 250, width, 70));
+    second->setItemHeight(10);
     QCOMPARE(placeOf(third).top(), 60);
 }
 
@@ -220,7 +288,7 @@ void TestConversationList::farDown_itemsAreStillInPlace()
     }
     m_list->scrollToBottom();
     const QWidget *last = m_list->itemWidget(m_list->item(799));
-    QCOMPARE(placeOf(last), QRect(0, height - 100, 600, 100));
+    QCOMPARE(placeOf(last), QRect(0, height - 100, width, 100));
     QCOMPARE(m_list->indexAt({5, height - 1}).row(), 799);
 }
 

@@ -1,8 +1,10 @@
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
+#include "service/reply/listedquestion.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
+#include "ui/answer/conversationcopier.h"
 #include "ui/answer/list/conversationlist.h"
 #include "ui/answer/qaregion.h"
 
@@ -10,7 +12,6 @@
 #include <QClipboard>
 #include <QCursor>
 #include <QEventLoop>
-#include <QJsonArray>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
@@ -188,9 +189,9 @@ void TestSleepingEntries::entryWithASelection_staysAwake_andIsCopiedByItsNumber(
     addExchanges(many);
     QVERIFY(!questions().at(0)->isAwake());
     QVERIFY(questions().at(1)->isAwake());
-    m_region->qaRightHitMenu_copySlots(1, QARegion::QuestionMenu);
+    m_region->qaRightHitMenu_copySlots(1, ConversationCopier::Question);
     QCOMPARE(QApplication::clipboard()->text(), question(1).left(3));
-    m_region->qaRightHitMenu_copySlots(0, QARegion::QuestionMenu);
+    m_region->qaRightHitMenu_copySlots(0, ConversationCopier::Question);
     QCOMPARE(QApplication::clipboard()->text(), QString());
 }
 
@@ -200,9 +201,9 @@ void TestSleepingEntries::wokenText_isCopiedByItsNumber()
     bar()->setValue(0);
     questions().at(1)->label()->setSelection(0, question(1).size());
     answers().at(1)->content()->paragraphs().first()->setSelection(0, 3);
-    m_region->qaRightHitMenu_copySlots(1, QARegion::QuestionMenu);
+    m_region->qaRightHitMenu_copySlots(1, ConversationCopier::Question);
     QCOMPARE(QApplication::clipboard()->text(), question(1));
-    m_region->qaRightHitMenu_copySlots(1, QARegion::ParagraphMenu);
+    m_region->qaRightHitMenu_copySlots(1, ConversationCopier::Paragraph);
     QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("段落粗"));
 }
 
@@ -228,8 +229,8 @@ void TestSleepingEntries::answersWithPicturesOrBoxes_stayAwake()
     m_region->showAnswer(QStringLiteral("图"),
                          QStringLiteral("<p><img src=\"data:image/png;base64,%1\" style=\"\"/></p>")
                              .arg(QLatin1String(bytes.toBase64())));
-    m_region->showAnswerWithRecommends(QStringLiteral("荐"), QStringLiteral("<p>段</p>"),
-                                       QJsonArray(), QString());
+    m_region->showAnswerWithRecommends(QStringLiteral("荐"), QStringLiteral("<p>段</p>"), {},
+                                       QString());
     addExchanges(many);
     QVERIFY(answers().at(0)->isAwake());
     QVERIFY(answers().at(1)->isAwake());

@@ -108,8 +108,8 @@ PictureRow *TestInlinePictures::stillRow(const QPixmap &pixmap)
 {
     const QString part = QStringLiteral("<img src=\"data:image/png;base64,\"/>");
     m_row = std::make_unique<PictureRow>(pixmap.size(), nullptr);
-    m_row->setPicture(part, pixmap, QString());
-    m_row->fitPictureRow(part);
+    m_row->showPicture(part, pixmap, QString());
+    m_row->fitToPicture(part, m_row->label()->width());
     return m_row.get();
 }
 

@@ -1,7 +1,7 @@
 #include "tests/support/logcapture.h"
 #include "tests/ui/support/windowbench.h"
 #include "ui/answer/qaregion.h"
-#include "ui/mainwindow/frame/screens.h"
+#include "ui/mainwindow/frame/windowplace.h"
 #include "ui/preview/imagedisplay.h"
 
 #include <QApplication>

@@ -1,11 +1,8 @@
 #include "resources/resources.h"
-#include "service/reply/suggestedquestion.h"
+#include "service/reply/listedquestion.h"
 #include "ui/mainwindow/hotquestions/hotpaging.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -26,20 +23,22 @@ private slots:
     void form();
     void tenServiceQuestions_makeSixteenRows();
     void localPage_endsWithAnEmptyRow();
+    void nextPageOfLocalQuestions_isOnlyAskedFor();
+    void newQuestions_beginOnTheFirstPage();
     void localListOfOneEntry_showsNoQuestion();
     void rowPlacesAndStyle();
     void icon_followsAShortText_andStandsAtTheEndOfALongOne();
     void longText_isElided_withAToolTip();
     void ampersandAndMarkup_areShownAsTheyAre();
     void click_saysQuestionAndId();
-    void ids_data();
-    void ids();
+    void click_onARowBeyondTheLast_saysNoQuestion();
 
 private:
-    [[nodiscard]] static QJsonArray questions(int count);
-    [[nodiscard]] static QJsonArray oneQuestion(const QString &text);
+    [[nodiscard]] static QVector<ListedQuestion> questions(int count);
+    [[nodiscard]] static QStringList localEntries(int count);
     [[nodiscard]] static QWidget *row(const QWidget &column, int number);
     [[nodiscard]] static QPushButton *button(const QWidget &column, int number);
+    [[nodiscard]] static QPushButton *nextButton(const QWidget &column);
 };
 
 void TestHotQuestionsColumn::initTestCase()
@@ -47,19 +46,13 @@ void TestHotQuestionsColumn::initTestCase()
     initResources();
 }
 
-QJsonArray TestHotQuestionsColumn::questions(int count)
+QVector<ListedQuestion> TestHotQuestionsColumn::questions(int count)
 {
-    QJsonArray array;
+    QVector<ListedQuestion> questions;
     for (int i = 1; i <= count; ++i) {
-        array.append(QJsonObject{{QStringLiteral("question"), QStringLiteral("问%1").arg(i)},
-                                 {QStringLiteral("id"), 1000 + i}});
+        questions.append({QStringLiteral("问%1").arg(i), 1000 + i});
     }
-    return array;
-}
-
-QJsonArray TestHotQuestionsColumn::oneQuestion(const QString &text)
-{
-    return {QJsonObject{{QStringLiteral("question"), text}}};
+    return questions;
 }
 
 QWidget *TestHotQuestionsColumn::row(const QWidget &column, int number)
@@ -71,6 +64,11 @@ QWidget *TestHotQuestionsColumn::row(const QWidget &column, int number)
 QPushButton *TestHotQuestionsColumn::button(const QWidget &column, int number)
 {
     return row(column, number)->findChild<QPushButton *>();
+}
+
+QPushButton *TestHotQuestionsColumn::nextButton(const QWidget &column)
+{
+    return column.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 void TestHotQuestionsColumn::servicePages_data()
@@ -125,7 +123,7 @@ void TestHotQuestionsColumn::form()
     QCOMPARE(labels.at(0)->geometry(), QRect(24, 24, 4, 18));
     QCOMPARE(labels.at(1)->geometry(), QRect(36, 23, 56, 19));
     QCOMPARE(labels.at(1)->text(), QStringLiteral("热门问答"));
-    const auto *next = column.findChild<QPushButton *>(QString(), Qt::FindDirectChildrenOnly);
+    const QPushButton *next = nextButton(column);
     QCOMPARE(next->geometry(), QRect(192, 26, 56, 14));
     QCOMPARE(next->text(), QStringLiteral("换一换"));
     QVERIFY(next->isHidden());
@@ -138,20 +136,54 @@ void TestHotQuestionsColumn::tenServiceQuestions_makeSixteenRows()
     QCOMPARE(column.findChild<QListWidget *>()->count(), 16);
     QCOMPARE(button(column, 10)->text(), QStringLiteral("10. 问10"));
     QCOMPARE(button(column, 11)->text(), QStringLiteral("11. "));
-    column.showServiceQuestions(QJsonArray());
+    column.showServiceQuestions({});
     QVERIFY(button(column, 1)->findChild<QLabel *>() == nullptr);
+}
+
+QStringList TestHotQuestionsColumn::localEntries(int count)
+{
+    QStringList entries{QString()};
+    for (int i = 1; i < count; ++i) {
+        entries.append(QStringLiteral("本地%1").arg(i));
+    }
+    return entries;
+}
+
+void TestHotQuestionsColumn::nextPageOfLocalQuestions_isOnlyAskedFor()
+{
+    HotQuestionsColumn column(nullptr);
+    const QSignalSpy wanted(&column, &HotQuestionsColumn::nextLocalPageWanted);
+    column.showServiceQuestions(questions(40));
+    nextButton(column)->click();
+    QCOMPARE(wanted.count(), 0);
+    column.showLocalQuestions(localEntries(40));
+    nextButton(column)->click();
+    QCOMPARE(wanted.count(), 1);
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地1"));
+    column.showNextLocalPage();
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地17"));
+}
+
+void TestHotQuestionsColumn::newQuestions_beginOnTheFirstPage()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(questions(40));
+    nextButton(column)->click();
+    column.showLocalQuestions(localEntries(40));
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地1"));
+    column.showNextLocalPage();
+    column.showServiceQuestions(questions(40));
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 问1"));
+    column.showLocalQuestions(localEntries(40));
+    QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地1"));
 }
 
 void TestHotQuestionsColumn::localPage_endsWithAnEmptyRow()
 {
-    QStringList entries{QString()};
-    for (int i = 1; i < 40; ++i) {
-        entries.append(QStringLiteral("本地%1").arg(i));
-    }
     HotQuestionsColumn column(nullptr);
-    column.showLocalQuestions(entries);
-    column.showNextPage();
-    column.showNextPage();
+    column.showLocalQuestions(localEntries(40));
+    column.showNextLocalPage();
+    column.showNextLocalPage();
     QCOMPARE(column.findChild<QListWidget *>()->count(), 8);
     QCOMPARE(button(column, 1)->text(), QStringLiteral("1. 本地33"));
     QCOMPARE(button(column, 7)->text(), QStringLiteral("7. 本地39"));
@@ -184,23 +216,19 @@ void TestHotQuestionsColumn::rowPlacesAndStyle()
 void TestHotQuestionsColumn::icon_followsAShortText_andStandsAtTheEndOfALongOne()
 {
     HotQuestionsColumn column(nullptr);
-    column.showServiceQuestions(oneQuestion(QStringLiteral("短")));
+    column.showServiceQuestions({{QStringLiteral("短"), 1}});
     button(column, 1)->ensurePolished();
     const int width = button(column, 1)->fontMetrics().horizontalAdvance(QStringLiteral("1. 短"));
     QCOMPARE(button(column, 1)->findChild<QLabel *>()->geometry(), QRect(width + 12, 2, 22, 12));
-    column.showServiceQuestions(oneQuestion(QString(30, QChar(u'长'))));
+    column.showServiceQuestions({{QString(30, QChar(u'长')), 1}});
     QCOMPARE(button(column, 1)->findChild<QLabel *>()->geometry(), QRect(170, 2, 22, 12));
 }
 
 void TestHotQuestionsColumn::longText_isElided_withAToolTip()
 {
     const QString question(QString(30, QChar(u'长')));
-    QJsonArray array;
-    for (int i = 0; i < 5; ++i) {
-        array.append(QJsonObject{{QStringLiteral("question"), question}});
-    }
     HotQuestionsColumn column(nullptr);
-    column.showServiceQuestions(array);
+    column.showServiceQuestions(QVector<ListedQuestion>(5, {question, 1}));
     button(column, 2)->ensurePolished();
     const QFontMetrics metrics = button(column, 2)->fontMetrics();
     QCOMPARE(button(column, 2)->text(),
@@ -214,7 +242,7 @@ void TestHotQuestionsColumn::longText_isElided_withAToolTip()
 void TestHotQuestionsColumn::ampersandAndMarkup_areShownAsTheyAre()
 {
     HotQuestionsColumn column(nullptr);
-    column.showServiceQuestions(oneQuestion(QStringLiteral("A & <b>B</b>")));
+    column.showServiceQuestions({{QStringLiteral("A & <b>B</b>"), 1}});
     QCOMPARE(button(column, 1)->text(), QStringLiteral("1. A && <b>B</b>"));
     QVERIFY(button(column, 1)->shortcut().isEmpty());
 }
@@ -223,7 +251,7 @@ void TestHotQuestionsColumn::click_saysQuestionAndId()
 {
     HotQuestionsColumn column(nullptr);
     column.showServiceQuestions(questions(40));
-    column.showNextPage();
+    nextButton(column)->click();
     QSignalSpy clicked(&column, &HotQuestionsColumn::questionClicked);
     QTest::mouseClick(button(column, 2), Qt::LeftButton);
     QCOMPARE(clicked.count(), 1);
@@ -231,31 +259,13 @@ void TestHotQuestionsColumn::click_saysQuestionAndId()
     QCOMPARE(clicked.first().at(1).toLongLong(), 1018);
 }
 
-void TestHotQuestionsColumn::ids_data()
+void TestHotQuestionsColumn::click_onARowBeyondTheLast_saysNoQuestion()
 {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<qint64>("id");
-    QTest::newRow("missing") << QByteArray("{}") << Q_INT64_C(0);
-    QTest::newRow("negative") << QByteArray(R"({"id":-7})") << Q_INT64_C(-7);
-    QTest::newRow("2^31") << QByteArray(R"({"id":2147483648})") << Q_INT64_C(2147483648);
-    QTest::newRow("2^53") << QByteArray(R"({"id":9007199254740992})")
-                          << Q_INT64_C(9007199254740992);
-    QTest::newRow("2^53 + 1") << QByteArray(R"({"id":9007199254740993})")
-                              << Q_INT64_C(9007199254740993);
-    QTest::newRow("2^63 - 1") << QByteArray(R"({"id":9223372036854775807})")
-                              << Q_INT64_C(9223372036854775807);
-    QTest::newRow("2^63") << QByteArray(R"({"id":9223372036854775808})") << Q_INT64_C(0);
-    QTest::newRow("fraction") << QByteArray(R"({"id":1.5})") << Q_INT64_C(0);
-    QTest::newRow("integral with a point") << QByteArray(R"({"id":3.0})") << Q_INT64_C(3);
-    QTest::newRow("text") << QByteArray(R"({"id":"7"})") << Q_INT64_C(0);
-    QTest::newRow("null") << QByteArray(R"({"id":null})") << Q_INT64_C(0);
-}
-
-void TestHotQuestionsColumn::ids()
-{
-    QFETCH(QByteArray, json);
-    QFETCH(qint64, id);
-    QCOMPARE(readSuggestedQuestion(QJsonDocument::fromJson(json).object()).id, id);
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(questions(10));
+    QSignalSpy clicked(&column, &HotQuestionsColumn::questionClicked);
+    QTest::mouseClick(button(column, 11), Qt::LeftButton);
+    QCOMPARE(clicked.value(0), (QVariantList{QString(), Q_INT64_C(0)}));
 }
 
 QTEST_MAIN(TestHotQuestionsColumn)

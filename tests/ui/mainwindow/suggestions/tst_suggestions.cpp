@@ -1,3 +1,4 @@
+#include "service/request/idpinterface.h"
 #include "tests/support/logcapture.h"
 #include "tests/ui/support/windowbench.h"
 #include "ui/answer/qaregion.h"

@@ -1,4 +1,4 @@
-#include "ui/mainwindow/frame/screens.h"
+#include "ui/mainwindow/frame/windowplace.h"
 
 #include <QGuiApplication>
 #include <QScreen>

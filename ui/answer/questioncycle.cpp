@@ -1,0 +1,53 @@
+#include "ui/answer/questioncycle.h"
+
+#include "app/base/logstream.h"
+#include "ui/answer/desktopuser.h"
+
+#include <QJsonDocument>
+
+QuestionCycle::QuestionCycle(QObject *parent)
+    : QObject(parent)
+    , userName(desktopUserName())
+{
+    if (userName.isEmpty()) {
+        LOG_WARNING() << "Get the username failed.";
+    }
+}
+
+void QuestionCycle::ask(const QString &question, const QString &source,
+                        const QString &originalQuestion, qint64 questionId)
+{
+    const Answer answer = readAnswer(
+        m_service.Ask_And_Answer(question, userName, source, originalQuestion, questionId));
+    tellResult(question, answer);
+    emit replied(answer.text);
+}
+
+void QuestionCycle::tellResult(const QString &question, const Answer &answer)
+{
+    LOG_DEBUG() << "nSize_Recom:" << answer.recommendations.size()
+                << "reply_Type:" << answer.kindName;
+    switch (answer.kind) {
+    case AnswerKind::Plain:
+        emit normalResult(question, answer.title, answer.text);
+        break;
+    case AnswerKind::WithRecommendations:
+        emit multiResult(question, answer);
+        break;
+    case AnswerKind::NoMatch:
+        emit noResult(answer.recommendations.size(), answer.recommendations, question);
+        break;
+    case AnswerKind::Unknown:
+        break;
+    }
+}
+
+QJsonArray QuestionCycle::suggestionsFor(const QString &text)
+{
+    return m_service.association_questions(text);
+}
+
+bool QuestionCycle::isServiceFound() const
+{
+    return !m_endpoint.resolvedAddr().isEmpty();
+}
