@@ -12,4 +12,6 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE /*library*/, DWORD reason, LPVOID /*res
     return TRUE;
 }
 
-extern "C" __declspec(dllexport) void CALLBACK touch() { }
+extern "C" __declspec(dllexport) void CALLBACK touch()
+{
+}

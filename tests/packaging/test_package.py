@@ -118,7 +118,6 @@ class PackageTest(unittest.TestCase):
         names = {row[2].split("|")[-1] for row in self.table("File")}
         self.assertFalse({"Miravel.ini", "Miravel.log"} & names)
         removed = {row[2]: row[3] for row in self.table("RemoveFile")}
-        self.assertEqual("GIFFOLDER", removed.pop("*.gif"))
         # Properties that are empty unless REMOVEDATA=1.
         self.assertTrue(all(folder.startswith("REMOVE") for folder in removed.values()), removed)
         conditions = {row[0]: row[1] for row in self.table("InstallExecuteSequence")}

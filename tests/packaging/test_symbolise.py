@@ -9,8 +9,8 @@ from pathlib import Path
 
 from desktop.assistant import Assistant
 from desktop.project import BUILD, SOURCE
-from desktop.runner import Runner
 from desktop.testcase import DesktopTest
+from windowsmachine import WindowsMachine, windows_path
 
 CRASHING = BUILD / "tests/crashing.exe"
 TOOLS = "x86_64-w64-mingw32-"
@@ -21,22 +21,14 @@ class SymboliseTest(DesktopTest):
         return subprocess.run(["/usr/bin/python3", "-B", SOURCE / "scripts/windows/symbolise.py", dump,
                                programs, symbols], check=True, capture_output=True, text=True).stdout
 
-    def keep(self, runner: Runner) -> None:
-        self.runner = runner
-
-    def assistant(self) -> Assistant:
-        self.start_service()
-        assistant = self.enterContext(Assistant(self.installation, self.display, prepare=self.keep))
-        assistant.wait_for_greeting()
-        return assistant
+    def setUp(self) -> None:
+        super().setUp()
+        self.machine = WindowsMachine(self.folder, self.display.name)
+        self.addCleanup(self.machine.remove)
 
     def test_crash_is_named_with_function_file_and_line(self) -> None:
-        assistant = self.assistant()
         dump = self.folder / "crash.dmp"
-        # It ends as a crash does.
-        subprocess.run(self.runner.command(CRASHING, [str(dump)]), check=False, timeout=60,
-                       env=self.runner.environment({"DISPLAY": self.display.name}),
-                       capture_output=True)
+        self.machine.run(str(CRASHING), windows_path(dump))
         programs = self.folder / "programs"
         programs.mkdir()
         shutil.copy(CRASHING, programs)
@@ -49,12 +41,14 @@ class SymboliseTest(DesktopTest):
                          r"exception 0xc0000005 at crashing\.exe\+0x[0-9a-f]+ "
                          r"functionThatCrashes\(int volatile\*\) at crashing\.cpp:\d+")
         self.assertRegex(text, r"\n    crashing\.exe\+0x[0-9a-f]+ main at crashing\.cpp:\d+")
-        assistant.close()
 
     def test_real_program_is_named_from_the_symbols_of_its_release(self) -> None:
-        assistant = self.assistant()
+        self.start_service()
+        assistant = self.enterContext(Assistant(self.installation, self.display,
+                                                runner=self.machine))
+        assistant.wait_for_greeting()
         dump = self.folder / "idle.dmp"
-        self.runner.run(str(CRASHING), str(dump), "Miravel.exe", display=self.display.name)
+        self.machine.run(str(CRASHING), windows_path(dump), "Miravel.exe")
         text = self.symbolised(dump, BUILD / "bin", BUILD / "symbols")
         self.assertRegex(text, r"Miravel\.exe\+0x[0-9a-f]+ .*\bmain at main\.cpp:\d+")
         self.assertIn("[_ZN16QCoreApplication4execEv]", text)

@@ -89,7 +89,8 @@ class UpgradeTest(InstallationTest):
 
     def products(self) -> int:
         """How many versions the system lists as installed."""
-        return sum('"DisplayName"="Miravel"' in values for values in self.machine.registry().values())
+        return sum("CurrentVersion\\Uninstall\\" in key and '"DisplayName"="Miravel"' in values
+                   for key, values in self.machine.registry().items())
 
     def test_copy_that_does_not_close_is_left_alone_after_ten_seconds(self) -> None:
         self.start_machine()

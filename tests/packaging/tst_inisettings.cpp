@@ -28,7 +28,8 @@ QString joined(const std::vector<IniSetting> &settings)
 {
     QString text;
     for (const IniSetting &setting : settings) {
-        text += QString::fromStdString(setting.group + "/" + setting.key + "=" + setting.value + " ");
+        text += QString::fromStdString(setting.group + "/" + setting.key + "=" + setting.value
+                                       + " ");
     }
     return text;
 }
@@ -37,7 +38,8 @@ QString joined(const std::vector<IniSetting> &settings)
 
 void TestIniSettings::keyOfTheGroup_getsTheValue()
 {
-    QCOMPARE(withSettings("[a]\nx=1\ny = 2\n", {{"a", "y", "3"}}), std::string("[a]\r\nx=1\r\ny=3\r\n"));
+    QCOMPARE(withSettings("[a]\nx=1\ny = 2\n", {{"a", "y", "3"}}),
+             std::string("[a]\r\nx=1\r\ny=3\r\n"));
 }
 
 void TestIniSettings::sameKeyInAnotherGroup_staysAsItIs()
@@ -48,7 +50,8 @@ void TestIniSettings::sameKeyInAnotherGroup_staysAsItIs()
 
 void TestIniSettings::keyThatIsOnlyAComment_isAddedToItsGroup()
 {
-    QCOMPARE(withSettings("[a]\n; x=1\n", {{"a", "x", "2"}}), std::string("[a]\r\n; x=1\r\nx=2\r\n"));
+    QCOMPARE(withSettings("[a]\n; x=1\n", {{"a", "x", "2"}}),
+             std::string("[a]\r\n; x=1\r\nx=2\r\n"));
 }
 
 void TestIniSettings::newKey_goesBehindTheLastLineOfItsGroup()
@@ -75,17 +78,20 @@ void TestIniSettings::emptyText_getsGroupAndKey()
 
 void TestIniSettings::valueWithEqualsSigns_isReadWhole()
 {
-    QCOMPARE(joined(settingsOfGroup("[A]\nkey = c2VjcmV0== \n", "A")), QStringLiteral("A/key=c2VjcmV0== "));
+    QCOMPARE(joined(settingsOfGroup("[A]\nkey = c2VjcmV0== \n", "A")),
+             QStringLiteral("A/key=c2VjcmV0== "));
 }
 
 void TestIniSettings::onlyTheGroup_isRead()
 {
-    QCOMPARE(joined(settingsOfGroup("x=0\n[A]\nx=1\n[B]\nx=2\n[A]\ny=3\n", "A")), QStringLiteral("A/x=1 A/y=3 "));
+    QCOMPARE(joined(settingsOfGroup("x=0\n[A]\nx=1\n[B]\nx=2\n[A]\ny=3\n", "A")),
+             QStringLiteral("A/x=1 A/y=3 "));
 }
 
 void TestIniSettings::comments_areNotRead()
 {
-    QCOMPARE(joined(settingsOfGroup("[A]\n;x=1\n#y=2\n z=3\nnothing\n", "A")), QStringLiteral("A/z=3 "));
+    QCOMPARE(joined(settingsOfGroup("[A]\n;x=1\n#y=2\n z=3\nnothing\n", "A")),
+             QStringLiteral("A/z=3 "));
 }
 
 void TestIniSettings::lastOfTwoEqualKeys_counts()

@@ -46,20 +46,34 @@ void TestRolloutValues::wrongValue_isNamedInBothLanguages_data()
 {
     QTest::addColumn<QString>("property");
     QTest::addColumn<QString>("value");
-    QTest::newRow("unknown layout") << "LAYOUT" << "both";
-    QTest::newRow("no layout") << "LAYOUT" << "";
-    QTest::newRow("level that means ERROR to the program") << "LOGLEVEL" << "WARNING";
-    QTest::newRow("level in small letters") << "LOGLEVEL" << "debug";
-    QTest::newRow("port 0") << "SERVICEPORT" << "0";
-    QTest::newRow("port too large") << "SERVICEPORT" << "65536";
-    QTest::newRow("port with many digits") << "SERVICEPORT" << "99999999999999999999";
-    QTest::newRow("negative port") << "SERVICEPORT" << "-1";
-    QTest::newRow("port with a blank") << "SERVICEPORT" << "443 ";
-    QTest::newRow("address with a scheme") << "SERVICEADDRESS" << "https://service.example";
-    QTest::newRow("address with a list separator") << "SERVICEADDRESS" << "a,b";
-    QTest::newRow("address with a bar") << "SERVICEADDRESS" << "a|b";
-    QTest::newRow("mode as a number") << "SERVICEMODE" << "1";
-    QTest::newRow("guard port too large") << "GUARDPORT" << "70000";
+    QTest::newRow("unknown layout") << "LAYOUT"
+                                    << "both";
+    QTest::newRow("no layout") << "LAYOUT"
+                               << "";
+    QTest::newRow("level that means ERROR to the program") << "LOGLEVEL"
+                                                           << "WARNING";
+    QTest::newRow("level in small letters") << "LOGLEVEL"
+                                            << "debug";
+    QTest::newRow("port 0") << "SERVICEPORT"
+                            << "0";
+    QTest::newRow("port too large") << "SERVICEPORT"
+                                    << "65536";
+    QTest::newRow("port with many digits") << "SERVICEPORT"
+                                           << "99999999999999999999";
+    QTest::newRow("negative port") << "SERVICEPORT"
+                                   << "-1";
+    QTest::newRow("port with a blank") << "SERVICEPORT"
+                                       << "443 ";
+    QTest::newRow("address with a scheme") << "SERVICEADDRESS"
+                                           << "https://service.example";
+    QTest::newRow("address with a list separator") << "SERVICEADDRESS"
+                                                   << "a,b";
+    QTest::newRow("address with a bar") << "SERVICEADDRESS"
+                                        << "a|b";
+    QTest::newRow("mode as a number") << "SERVICEMODE"
+                                      << "1";
+    QTest::newRow("guard port too large") << "GUARDPORT"
+                                          << "70000";
 }
 
 void TestRolloutValues::wrongValue_isNamedInBothLanguages()

@@ -15,6 +15,7 @@ from desktop.wine import TEMPLATE, wine_environment
 INSTALL_S = 120.0
 _TOOL_S = 60.0
 _REMOVALS = 20
+_PLACES = ("TMPDIR", "XDG_RUNTIME_DIR")
 # The template is a Windows 7.
 _SYSTEM_VERSION = ("reg", "add", r"HKCU\Software\Wine", "/v", "Version", "/d", "win10", "/f")
 _REGISTRY_FILES = ("system.reg", "user.reg")
@@ -36,7 +37,6 @@ class WindowsMachine:
         shutil.copytree(TEMPLATE, self._prefix, symlinks=True)
         self.drive = self._prefix / "drive_c"
         self._display = display
-        self.program = ""
         if not is_old:
             self.run(*_SYSTEM_VERSION)
         self.stop()
@@ -45,7 +45,9 @@ class WindowsMachine:
         return ["wine", str(program), *arguments]
 
     def environment(self, base: Mapping[str, str]) -> dict[str, str]:
-        return {**base, **wine_environment(), "WINEPREFIX": str(self._prefix), "DISPLAY": self._display}
+        # Wine finds the programs that run already by these: they must be the same for all.
+        kept = {name: value for name, value in base.items() if name not in _PLACES}
+        return {**kept, **wine_environment(), "WINEPREFIX": str(self._prefix), "DISPLAY": self._display}
 
     def start(self, environment: Mapping[str, str]) -> None:
         """Begun by the program, Wine's own services would write into its output."""

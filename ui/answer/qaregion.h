@@ -55,8 +55,8 @@ public:
 
     /// Appends an answer with a box of \a recommends, which are asked as following from
     /// \a question, and scrolls to it.
-    void showAnswerWithRecommends(QString title, QString reply,
-                                  QVector<ListedQuestion> recommends, QString question);
+    void showAnswerWithRecommends(QString title, QString reply, QVector<ListedQuestion> recommends,
+                                  QString question);
 
     /// Builds the rows of \a reply inside answer \a answerIndex and returns their height in px. The
     /// pictures in it join those of the conversation under \a title.

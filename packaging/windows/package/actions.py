@@ -84,15 +84,15 @@ def _data(files: list[PackagedFile]) -> list[Action]:
                        "[SERVICEADDRESS]", "[SERVICEPORT]", "[SERVICEMODE]", "[GUARDPORT]",
                        "[CREDENTIALSFILE]"])
     return [
-        _set(1410, "RestartAfterFailure", program, ""),
-        _set(1411, "CloseRunning", f"{program}|again", f"NOT ({_REMOVING_FOR_GOOD})", "CloseForNew"),
-        _set(1412, "CloseRunning", program, _REMOVING_FOR_GOOD, "CloseForGood"),
+        _set(1410, "RestartAfterFailure", f"{program}[RunningCopies]", ""),
+        _set(1411, "CloseRunning", program, ""),
         _set(1413, "PutBackAfterFailure", "[LOCALQA]|", ""),
         _set(1414, "SetAnswersAside", f"[LOCALQA]|{sums}", ""),
         _set(1415, "PutAnswersBack", "[LOCALQA]|[LOCALQAFOLDER]", f"NOT {_REMOVING}", "PutBackAndCopy"),
         _set(1416, "PutAnswersBack", "[LOCALQA]|", _REMOVING, "PutBackOnly"),
         _set(1417, "Configure", config, ""),
-        _set(1418, "StartAgain", program, ""),
+        _set(1418, "StartAgain", f"{program}[RunningCopies]", ""),
+        _set(1419, "DropPictures", "[GIFFOLDER]", _REMOVING),
         _set(1420, "REMOVECONFIG", "[CONFIGFOLDER]", _REMOVING_DATA),
         _set(1421, "REMOVELOG", "[LOGFOLDER]", _REMOVING_DATA),
         _set(1422, "REMOVELOCALQA", "[LOCALQA]", _REMOVING_DATA),
@@ -104,10 +104,12 @@ def _calls() -> list[Action]:
     keeping = f"NOT ({_REMOVING_DATA})"
     return [
         _call(110, "CheckProperties", "checkProperties", "", 0),
+        _call(1405, "NoteRunning", "noteRunning", f"NOT {_REMOVING}", 0),
         _call(1650, "RestartAfterFailure", "startAgain", "", later + _ON_ROLLBACK),
         _call(1660, "CloseRunning", "closeRunning", "", later),
         _call(3450, "PutBackAfterFailure", "putAnswersBack", keeping, later + _ON_ROLLBACK),
         _call(3460, "SetAnswersAside", "setAnswersAside", keeping, later),
+        _call(3470, "DropPictures", "dropPictures", _REMOVING, later),
         _call(4050, "PutAnswersBack", "putAnswersBack", keeping, later),
         _call(4060, "Configure", "configure", f"NOT {_REMOVING}", later),
         _call(6500, "StartAgain", "startAgain", f"NOT {_REMOVING}", later),

@@ -17,6 +17,8 @@ _REMEMBERED = {"OLDLAYOUT": "Layout", "OLDINSTALLFOLDER": "InstallFolder",
 
 _OWN_KEY = "Software\\Miravel"
 _DUMPS_KEY = f"SOFTWARE\\Microsoft\\Windows\\Windows Error Reporting\\LocalDumps\\{PROGRAM}"
+# The program reads no others.
+_ANSWERS = 30
 _IDENTITY = "Miravel.Assistant"
 
 _LOCAL_MACHINE = 2
@@ -143,10 +145,11 @@ def rights() -> list[str]:
 
 
 def removals() -> list[str]:
-    """Moving pictures are only kept for a while. Data goes when REMOVEDATA says so: the other
-    properties are empty without it, and a row with an empty one removes nothing."""
-    rows = [("GIFFOLDER", "*.gif"), ("REMOVECONFIG", "Miravel.ini"), ("REMOVELOG", "Miravel.log"),
-            ("REMOVELOG", "Miravel.log.bk"), ("REMOVELOCALQA", "*.txt")]
+    """Data goes when REMOVEDATA says so: the properties are empty without it, and a row with an empty
+    one removes nothing. Wine knows no wildcards here."""
+    rows = [("REMOVECONFIG", "Miravel.ini"), ("REMOVELOG", "Miravel.log"),
+            ("REMOVELOG", "Miravel.log.bk"),
+            *[("REMOVELOCALQA", f"{number}.txt") for number in range(_ANSWERS)]]
     return [insert("RemoveFile", {"FileKey": f"remove{number}", "Component_": "Memory",
                                   "FileName": name, "DirProperty": folder,
                                   "InstallMode": _WHEN_REMOVED})

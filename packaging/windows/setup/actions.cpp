@@ -6,14 +6,16 @@
 #include "rolloutvalues.h"
 #include "runningcopies.h"
 
+#include <msiquery.h>
+
 #include <algorithm>
 #include <iterator>
+#include <set>
 
 namespace {
 
 constexpr DWORD patienceMs = 10000;
-// Only administrators may write there; what is in it is started by startAgain.
-const wchar_t *const closedKey = L"Software\\Miravel\\Closed";
+const wchar_t *const programName = L"Miravel.exe";
 
 HINSTANCE thisLibrary = nullptr;
 
@@ -61,52 +63,6 @@ bool writeNewFile(const std::wstring &path, const std::string &text)
     return worked;
 }
 
-void remember(const std::vector<RunningCopy> &closed)
-{
-    HKEY key = nullptr;
-    if (closed.empty()
-        || RegCreateKeyExW(HKEY_LOCAL_MACHINE, closedKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
-                           nullptr)
-               != ERROR_SUCCESS) {
-        return;
-    }
-    for (const RunningCopy &copy : closed) {
-        const auto bytes = static_cast<DWORD>((copy.arguments.size() + 1) * sizeof(wchar_t));
-        RegSetValueExW(key, std::to_wstring(copy.session).c_str(), 0, REG_SZ,
-                       reinterpret_cast<const BYTE *>(copy.arguments.c_str()), bytes);
-    }
-    RegCloseKey(key);
-}
-
-/// What was remembered, one copy for each session; it is forgotten then.
-std::vector<RunningCopy> remembered()
-{
-    std::vector<RunningCopy> copies;
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, closedKey, 0, KEY_READ, &key) != ERROR_SUCCESS) {
-        return copies;
-    }
-    wchar_t name[16];
-    wchar_t arguments[4096];
-    for (DWORD index = 0;; ++index) {
-        DWORD nameLength = 16;
-        DWORD bytes = sizeof(arguments) - sizeof(wchar_t);
-        if (RegEnumValueW(key, index, name, &nameLength, nullptr, nullptr,
-                          reinterpret_cast<BYTE *>(arguments), &bytes)
-            != ERROR_SUCCESS) {
-            break;
-        }
-        arguments[bytes / sizeof(wchar_t)] = L'\0';
-        RunningCopy copy;
-        copy.session = static_cast<DWORD>(std::wcstoul(name, nullptr, 10));
-        copy.arguments = arguments;
-        copies.push_back(copy);
-    }
-    RegCloseKey(key);
-    RegDeleteKeyW(HKEY_LOCAL_MACHINE, closedKey);
-    return copies;
-}
-
 /// The values for a new Miravel.ini, without what was not given.
 std::vector<IniSetting> givenSettings(const std::vector<std::wstring> &values)
 {
@@ -128,6 +84,13 @@ std::vector<IniSetting> givenSettings(const std::vector<std::wstring> &values)
 std::wstring counted(std::size_t count, const wchar_t *what)
 {
     return std::to_wstring(count) + what;
+}
+
+bool runsIn(DWORD session, const std::wstring &program)
+{
+    const std::vector<RunningCopy> copies = runningCopies(program);
+    return std::any_of(copies.begin(), copies.end(),
+                       [session](const RunningCopy &copy) { return copy.session == session; });
 }
 
 } // namespace
@@ -161,35 +124,61 @@ extern "C" __declspec(dllexport) UINT __stdcall checkProperties(MSIHANDLE handle
     return found.empty() ? UINT(ERROR_SUCCESS) : installation.fail(toWide(text));
 }
 
-/// Deferred, data: program | "again" when what is closed is to be started again.
+/// Immediate: sets "RunningCopies" to the copies of this installation and of the one before, as
+/// session=arguments, parted by bars. By the time of startAgain they have closed.
+extern "C" __declspec(dllexport) UINT __stdcall noteRunning(MSIHANDLE handle)
+{
+    const Installation installation(handle);
+    std::set<std::wstring> programs;
+    for (const wchar_t *folder : {L"INSTALLFOLDER", L"OLDINSTALLFOLDER"}) {
+        programs.insert(installation.property(folder) + programName);
+    }
+    std::wstring noted;
+    for (const std::wstring &program : programs) {
+        for (const RunningCopy &copy : runningCopies(program)) {
+            if (copy.arguments.find(L'|') == std::wstring::npos) {
+                noted += L"|" + std::to_wstring(copy.session) + L"=" + copy.arguments;
+            }
+        }
+    }
+    MsiSetPropertyW(handle, L"RunningCopies", noted.c_str());
+    return ERROR_SUCCESS;
+}
+
+/// Deferred, data: program.
 extern "C" __declspec(dllexport) UINT __stdcall closeRunning(MSIHANDLE handle)
 {
     const Installation installation(handle);
-    const std::vector<std::wstring> data = installation.data(2);
-    const std::vector<RunningCopy> copies = runningCopies(data[0]);
+    const std::vector<RunningCopy> copies = runningCopies(installation.data(1)[0]);
     if (copies.empty()) {
         return ERROR_SUCCESS;
     }
     installation.log(counted(copies.size(), L" running, asked to close"));
     const ULONGLONG begun = GetTickCount64();
-    const std::vector<RunningCopy> closed = closeCopies(copies, thisFile(), patienceMs);
-    installation.log(counted(closed.size(), L" closed after ")
-                     + std::to_wstring(GetTickCount64() - begun) + L" ms");
-    if (closed.size() < copies.size()) {
+    const std::size_t closed = closeCopies(copies, thisFile(), patienceMs);
+    installation.log(counted(closed, L" closed after ") + std::to_wstring(GetTickCount64() - begun)
+                     + L" ms");
+    if (closed < copies.size()) {
         installation.log(L"files in use are replaced when the machine starts the next time");
-    }
-    if (data[1] == L"again") {
-        remember(closed);
     }
     return ERROR_SUCCESS;
 }
 
-/// Deferred, data: program.
+/// Deferred and on rollback, data: program | what noteRunning has noted. Leaves sessions alone in
+/// which a copy runs.
 extern "C" __declspec(dllexport) UINT __stdcall startAgain(MSIHANDLE handle)
 {
     const Installation installation(handle);
-    const std::wstring program = installation.data(1)[0];
-    for (const RunningCopy &copy : remembered()) {
+    std::vector<std::wstring> noted = installation.data(1);
+    const std::wstring program = noted[0];
+    for (std::size_t i = 1; i < noted.size(); ++i) {
+        const std::wstring::size_type sign = noted[i].find(L'=');
+        RunningCopy copy;
+        copy.session = static_cast<DWORD>(std::wcstoul(noted[i].c_str(), nullptr, 10));
+        copy.arguments = sign == std::wstring::npos ? std::wstring() : noted[i].substr(sign + 1);
+        if (sign == std::wstring::npos || runsIn(copy.session, program)) {
+            continue;
+        }
         const bool started = startInSession(program, copy);
         installation.log(started ? L"started again: " + copy.arguments
                                  : L"could not be started again: " + copy.arguments);
@@ -262,6 +251,22 @@ extern "C" __declspec(dllexport) UINT __stdcall putAnswersBack(MSIHANDLE handle)
     }
     return failed.empty() ? UINT(ERROR_SUCCESS)
                           : installation.fail(L"无法写入 " + failed + L"。It cannot be written.");
+}
+
+/// Deferred, data: gif folder. Moving pictures are only kept for a while.
+extern "C" __declspec(dllexport) UINT __stdcall dropPictures(MSIHANDLE handle)
+{
+    const std::wstring folder = Installation(handle).data(1)[0];
+    WIN32_FIND_DATAW entry;
+    const HANDLE search = FindFirstFileW((folder + L"*.gif").c_str(), &entry);
+    if (search == INVALID_HANDLE_VALUE) {
+        return ERROR_SUCCESS;
+    }
+    do {
+        DeleteFileW((folder + entry.cFileName).c_str());
+    } while (FindNextFileW(search, &entry) != 0);
+    FindClose(search);
+    return ERROR_SUCCESS;
 }
 
 /// Run by rundll32 in another session: the arguments are process numbers.

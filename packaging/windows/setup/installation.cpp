@@ -2,6 +2,8 @@
 
 #include <msiquery.h>
 
+#include <algorithm>
+
 Installation::Installation(MSIHANDLE handle)
     : m_handle(handle)
 {
@@ -30,7 +32,7 @@ std::vector<std::wstring> Installation::data(std::size_t count) const
             parts.back() += character;
         }
     }
-    parts.resize(count);
+    parts.resize(std::max(parts.size(), count));
     return parts;
 }
 

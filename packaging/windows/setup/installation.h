@@ -18,7 +18,8 @@ public:
     /// A property's value; empty when it is not set. Deferred actions only see "CustomActionData".
     std::wstring property(const wchar_t *name) const;
 
-    /// The parts of "CustomActionData", which are parted by a bar; empty ones up to \a count.
+    /// The parts of "CustomActionData", which are parted by bars; at least \a count, then empty
+    /// ones.
     std::vector<std::wstring> data(std::size_t count) const;
 
     /// Writes a line to the installation's log.

@@ -8,7 +8,6 @@
 #include <wtsapi32.h>
 
 #include <algorithm>
-#include <iterator>
 #include <set>
 
 namespace {
@@ -57,21 +56,53 @@ std::wstring fileOf(HANDLE process)
                                                                           : std::wstring();
 }
 
-std::wstring argumentsOf(HANDLE process)
+using Query = NTSTATUS(NTAPI *)(HANDLE, PROCESSINFOCLASS, PVOID, ULONG, PULONG);
+
+Query processQuery()
 {
-    using Query = NTSTATUS(NTAPI *)(HANDLE, PROCESSINFOCLASS, PVOID, ULONG, PULONG);
-    const auto query = reinterpret_cast<Query>(reinterpret_cast<void *>(
+    return reinterpret_cast<Query>(reinterpret_cast<void *>(
         GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQueryInformationProcess")));
-    std::vector<char> data(pathCharacters * 2 + sizeof(UNICODE_STRING));
-    ULONG used = 0;
-    if (query == nullptr
-        || query(process, commandLineInformation, data.data(), static_cast<ULONG>(data.size()),
-                 &used)
-               < 0) {
+}
+
+/// Copies an object of the other process; false when its memory cannot be read.
+template <typename Object>
+bool readObject(HANDLE process, const void *place, Object *object)
+{
+    return ReadProcessMemory(process, place, object, sizeof(Object), nullptr) != 0;
+}
+
+/// The command line from the process's own memory, for systems that cannot be asked for it.
+std::wstring commandLineInMemory(DWORD number)
+{
+    const Handle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, number));
+    PROCESS_BASIC_INFORMATION basic = {};
+    PEB block = {};
+    RTL_USER_PROCESS_PARAMETERS parameters = {};
+    if (!process.isOpen()
+        || processQuery()(process.get(), ProcessBasicInformation, &basic, sizeof(basic), nullptr)
+               < 0
+        || !readObject(process.get(), basic.PebBaseAddress, &block)
+        || !readObject(process.get(), block.ProcessParameters, &parameters)) {
         return {};
     }
+    std::wstring text(parameters.CommandLine.Length / sizeof(wchar_t), L'\0');
+    const bool worked = ReadProcessMemory(process.get(), parameters.CommandLine.Buffer, &text[0],
+                                          parameters.CommandLine.Length, nullptr)
+                     != 0;
+    return worked ? text : std::wstring();
+}
+
+std::wstring commandLineOf(HANDLE process, DWORD number)
+{
+    std::vector<char> data(pathCharacters * 2 + sizeof(UNICODE_STRING));
+    ULONG used = 0;
+    if (processQuery()(process, commandLineInformation, data.data(),
+                       static_cast<ULONG>(data.size()), &used)
+        < 0) {
+        return commandLineInMemory(number);
+    }
     const auto *text = reinterpret_cast<const UNICODE_STRING *>(data.data());
-    return restartArguments(std::wstring(text->Buffer, text->Length / sizeof(wchar_t)));
+    return std::wstring(text->Buffer, text->Length / sizeof(wchar_t));
 }
 
 bool isRunning(DWORD process)
@@ -198,7 +229,7 @@ std::vector<RunningCopy> runningCopies(const std::wstring &program)
         RunningCopy copy;
         copy.process = entry.th32ProcessID;
         ProcessIdToSessionId(copy.process, &copy.session);
-        copy.arguments = argumentsOf(process.get());
+        copy.arguments = restartArguments(commandLineOf(process.get(), copy.process));
         found.push_back(copy);
     }
     return found;
@@ -209,8 +240,8 @@ void askToClose(const std::vector<DWORD> &processes)
     EnumWindows(closeWindow, reinterpret_cast<LPARAM>(&processes));
 }
 
-std::vector<RunningCopy> closeCopies(const std::vector<RunningCopy> &copies,
-                                     const std::wstring &helper, DWORD milliseconds)
+std::size_t closeCopies(const std::vector<RunningCopy> &copies, const std::wstring &helper,
+                        DWORD milliseconds)
 {
     for (DWORD waited = 0; waited < milliseconds && anyRuns(copies); waited += pollMs) {
         if (waited % askAgainMs == 0) {
@@ -218,10 +249,9 @@ std::vector<RunningCopy> closeCopies(const std::vector<RunningCopy> &copies,
         }
         Sleep(pollMs);
     }
-    std::vector<RunningCopy> closed;
-    std::copy_if(copies.begin(), copies.end(), std::back_inserter(closed),
-                 [](const RunningCopy &copy) { return !isRunning(copy.process); });
-    return closed;
+    return static_cast<std::size_t>(
+        std::count_if(copies.begin(), copies.end(),
+                      [](const RunningCopy &copy) { return !isRunning(copy.process); }));
 }
 
 bool startInSession(const std::wstring &program, const RunningCopy &copy)

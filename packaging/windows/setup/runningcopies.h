@@ -21,10 +21,10 @@ std::vector<RunningCopy> runningCopies(const std::wstring &program);
 void askToClose(const std::vector<DWORD> &processes);
 
 /// Asks the copies to close, each in its session, again once a second, and waits until all have
-/// ended or the time is over. Nothing is ended by force. Gives the copies that have closed. \a
+/// ended or the time is over. Nothing is ended by force. Gives how many have ended. \a
 /// helper is this library's file, whose askInSession is run in other sessions.
-std::vector<RunningCopy> closeCopies(const std::vector<RunningCopy> &copies,
-                                     const std::wstring &helper, DWORD milliseconds);
+std::size_t closeCopies(const std::vector<RunningCopy> &copies, const std::wstring &helper,
+                        DWORD milliseconds);
 
 /// Starts the program as the user of the copy's session did; false when it could not be started.
 bool startInSession(const std::wstring &program, const RunningCopy &copy);

@@ -10,8 +10,7 @@ class RecommendOnlyItem : public ConversationItem
     Q_DISABLE_COPY(RecommendOnlyItem)
 
 public:
-    RecommendOnlyItem(const QVector<ListedQuestion> &recommends, QLabel *measure,
-                      QWidget *parent);
+    RecommendOnlyItem(const QVector<ListedQuestion> &recommends, QLabel *measure, QWidget *parent);
 
     [[nodiscard]] RecommendBox *box() const { return m_box; }
 
