@@ -11,17 +11,23 @@ from windowsmachine import Registry, changes, windows_path
 CLIENT = r"C:\云桌面 client"
 DUMPS = r"LocalDumps\Miravel.exe"
 CONFIG = {"config/Miravel.ini", "config/Miravel.sample.ini", "config/OpenSourceLicense.txt"}
-# The installer's own, which Wine keeps: not the package's.
-KEPT_BY_WINE = ("Installer\\UserData", "Installer\\Folders", "Explorer\\User Shell Folders",
-                "Explorer\\Shell Folders", "user\\Software\\Wine", "Installer\\InProgress")
+# What using any program changes under Wine, the empty key that reading the user's name makes, and the
+# installer's own lists, which stay when they are empty.
+NOT_THE_PACKAGES = ("Classes\\Installer\\", "Installer\\UpgradeCodes", "Control\\Class\\{4D36E968",
+                    "Installer\\UserData", "Installer\\Folders", "Explorer\\User Shell Folders",
+                    "Explorer\\Shell Folders", "user\\Software\\Wine",
+                    "SystemCertificates", "VDAgent\\LogonInfo")
 
 
 def keys_left(before: Registry, after: Registry) -> list[str]:
     """The keys that a removed package has changed."""
-    return [key for key in changes(before, after) if not any(kept in key for kept in KEPT_BY_WINE)]
+    return [key for key in changes(before, after)
+            if not any(other in key for other in NOT_THE_PACKAGES)]
 
 
 class StandaloneTest(InstallationTest):
+    maxDiff = None
+
     def test_installed_used_installed_again_and_removed(self) -> None:
         self.start_machine()
         self.start_service()
@@ -86,6 +92,8 @@ class StandaloneTest(InstallationTest):
 
 
 class ClientTest(InstallationTest):
+    maxDiff = None
+
     def test_installed_used_and_removed_with_its_data(self) -> None:
         self.start_machine()
         self.start_service()

@@ -107,7 +107,7 @@ class PackageTest(unittest.TestCase):
         """The only place to see it: Wine does not know this table."""
         rights = {row[1]: row[3] for row in self.table("MsiLockPermissionsEx")}
         self.assertEqual({"LOGFOLDER": SHARED_RIGHTS, "GIFFOLDER": SHARED_RIGHTS}, rights)
-        self.assertEqual({"LOGFOLDER", "GIFFOLDER"}, {row[0] for row in self.table("CreateFolder")})
+        self.assertLessEqual({"LOGFOLDER", "GIFFOLDER"}, {row[0] for row in self.table("CreateFolder")})
 
     def test_nothing_restarts_the_machine_or_ends_a_program_by_force(self) -> None:
         properties = dict(self.table("Property"))

@@ -150,10 +150,13 @@ def removals() -> list[str]:
     rows = [("REMOVECONFIG", "Miravel.ini"), ("REMOVELOG", "Miravel.log"),
             ("REMOVELOG", "Miravel.log.bk"),
             *[("REMOVELOCALQA", f"{number}.txt") for number in range(_ANSWERS)]]
-    return [insert("RemoveFile", {"FileKey": f"remove{number}", "Component_": "Memory",
-                                  "FileName": name, "DirProperty": folder,
-                                  "InstallMode": _WHEN_REMOVED})
-            for number, (folder, name) in enumerate(rows)]
+    # The program's folder goes behind the folders in it, which is when it is empty.
+    own_folder = insert("CreateFolder", {"Directory_": "INSTALLFOLDER", "Component_": "Memory"})
+    return [own_folder,
+            *[insert("RemoveFile", {"FileKey": f"remove{number}", "Component_": "Memory",
+                                    "FileName": name, "DirProperty": folder,
+                                    "InstallMode": _WHEN_REMOVED})
+              for number, (folder, name) in enumerate(rows)]]
 
 
 def file_versions(files: list[PackagedFile], versions: dict[str, tuple[str, str]]) -> list[str]:
