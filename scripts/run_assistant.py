@@ -12,6 +12,7 @@ import subprocess
 import sys
 
 from desktop.assistant import Assistant
+from desktop.clock import MovableClock
 from desktop.demoservice import DemoService
 from desktop.display import Display
 from desktop.installation import Installation
@@ -45,8 +46,9 @@ def take_tour(installation: Installation, service: DemoService) -> None:
     with Display(STAGE / "display") as display:
         installation.settings.update(MENU_SETTING)
         service.fault("hot", "delay", arg=LOADING_MS)
-        with Assistant(installation, display) as assistant:
-            tour = Tour(assistant, service, SCREENSHOTS)
+        clock = MovableClock(STAGE)
+        with Assistant(installation, display, environment=clock.environment()) as assistant:
+            tour = Tour(assistant, clock, service, SCREENSHOTS)
             tour.run()
         installation.client_settings.update(LOGGED_OUT)
         with Assistant(installation, display, arguments=ARGUMENTS) as assistant:

@@ -6,25 +6,28 @@ source "$(dirname "$0")/packages.sh"
 
 # One package a line, each with what needs it.
 packages=(
-    g++                # the compiler
-    cmake              # reads the build description
-    ninja-build        # runs the build
-    ccache             # makes a rebuild cheap
-    qtbase5-dev        # the toolkit, with its readers for PNG, JPEG, GIF and ICO
-    libssl-dev         # the demo service's TLS and signatures; the toolkit loads its libraries too
-    libcpp-httplib-dev # the demo service's HTTP
-    nlohmann-json3-dev # the demo service's JSON
-    pkgconf            # tells the build where the HTTP library is
-    fonts-noto-cjk     # stands in for the font that the program asks for
-    python3            # drives the window in `make run` and in the end-to-end tests
-    python3-pil        # reads what the screen shows and writes the pictures
-    xvfb               # a screen for a machine that has none
-    xdotool            # moves the mouse and presses the keys
-    xclip              # carries Chinese text into the input box
-    openbox            # minimises and restores windows in the tests of the start-up
-    openssl            # makes the certificate in a test of the demo service
-    clang-format       # make format, make format-check
-    clang-tidy         # make tidy
+    g++                  # the compiler
+    cmake                # reads the build description
+    ninja-build          # runs the build
+    ccache               # makes a rebuild cheap
+    qtbase5-dev          # the toolkit, with its readers for PNG, JPEG, GIF and ICO
+    libqt5x11extras5-dev # tells whether the screen has a compositor
+    libssl-dev           # the demo service's TLS and signatures; the toolkit loads its libraries too
+    libcpp-httplib-dev   # the demo service's HTTP
+    nlohmann-json3-dev   # the demo service's JSON
+    pkgconf              # tells the build where the HTTP library is
+    fonts-noto-cjk       # stands in for the font that the program asks for
+    python3              # drives the window in `make run` and in the end-to-end tests
+    python3-pil          # reads what the screen shows and writes the pictures
+    xvfb                 # a screen for a machine that has none
+    xcompmgr             # gives that screen translucent windows
+    xdotool              # moves the mouse and presses the keys
+    xclip                # carries Chinese text into the input box
+    libfaketime          # puts the program's clock forward in the tour and the tests
+    openbox              # minimises and restores windows in the tests of the start-up
+    openssl              # makes the certificate in a test of the demo service
+    clang-format         # make format, make format-check
+    clang-tidy           # make tidy
 )
 
 install_missing_packages "${packages[@]}"

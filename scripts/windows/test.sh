@@ -15,10 +15,11 @@ source scripts/windows/wine_environment.sh
 # script; only the project's own prefix is touched.
 display=""
 manager=""
+compositor=""
 ready=$(mktemp)
 end() {
     local process
-    for process in $manager $display; do
+    for process in $manager $compositor $display; do
         kill "$process" 2>/dev/null || true
     done
     env "${wine_environment[@]}" wineserver --kill 2>/dev/null || true
@@ -47,6 +48,8 @@ done
 # Without a window manager Wine waits seconds for each window, and gives some no keyboard.
 openbox --sm-disable >/dev/null 2>&1 &
 manager=$!
+xcompmgr >/dev/null 2>&1 &
+compositor=$!
 for _ in {1..100}; do
     if xdotool get_num_desktops >/dev/null 2>&1; then
         break

@@ -7,7 +7,7 @@ import unittest
 
 from PIL import Image
 
-from desktop import preview
+from desktop import conversation, preview
 from desktop.assistant import Assistant
 from desktop.conversation import WINDOW_SIZE
 from desktop.preview import Preview
@@ -18,7 +18,7 @@ from desktop.waiting import wait_until
 
 SCREENSHOTS = BUILD / "screenshots"
 
-# Questions whose answers begin with a picture, and the sizes of the pictures.
+# Questions whose answers have a picture, and the sizes of the pictures.
 STILL = "如何登录云桌面"
 STILL_SIZE = (400, 232)
 # A zoom step cuts both sides to whole pixels, and keeps the proportions within what is left.
@@ -26,11 +26,12 @@ ZOOMED_IN_SIZE = (439, 255)
 ZOOMED_TWICE_SIZE = (482, 280)
 ZOOMED_OUT_SIZE = (358, 208)
 ANIMATED = "云桌面经常断线重连是什么原因"
-ANIMATED_SIZE = (360, 140)
+ANIMATED_SIZE = (360, 110)
 
-# Where the two answers show their picture when they are the newest.
-STILL_PLACE = (190, 135)
-ANIMATED_PLACE = (190, 150)
+# The newest answer when it is folded: its open button. Then the pictures of the two.
+OPEN_BUTTON = (327, 201)
+STILL_PLACE = (190, 287)
+ANIMATED_PLACE = (277, 343)
 
 DESKTOP_KEY = r"HKCU\Control Panel\Desktop"
 DOTS_PER_INCH = 96
@@ -221,8 +222,14 @@ class PreviewTest(DesktopTest):
         return assistant, Preview(assistant, self.display)
 
     def ask(self, assistant: Assistant, question: str) -> None:
+        """Asks and unfolds the answer."""
         assistant.ask(question)
         assistant.wait_for_answer(question)
+        before = assistant.look()
+        assistant.click(*OPEN_BUTTON)
+        assistant.rest()
+        wait_until(lambda: conversation.conversation_changed(before, assistant.look()),
+                   "the unfolded answer")
 
     def close_preview(self, assistant: Assistant, window: Preview) -> None:
         assistant.person.press("Escape")

@@ -94,7 +94,7 @@ class InstallationTest(unittest.TestCase):
     def assistant(self, folder: str, log: str, *arguments: str) -> Assistant:
         """Starts the installed program."""
         installed = SimpleNamespace(
-            program=f"{folder}\\Miravel.exe", root=self.folder,
+            processes=SimpleNamespace(environment=dict), program=f"{folder}\\Miravel.exe", root=self.folder,
             log=ProgramLog(self.machine.place(log) / "Miravel.log", LOG_ENCODING))
         return self.enterContext(Assistant(installed, self.display, arguments=arguments,
                                            runner=self.machine))

@@ -50,8 +50,8 @@ class Assistant:
         self._private = tempfile.TemporaryDirectory(prefix="miravel-")
         folder = Path(self._private.name)
         self.person = Person(display.name, folder)
-        env = {**base_environment(), "DISPLAY": display.name, "TMPDIR": str(folder),
-               "XDG_RUNTIME_DIR": str(folder), **(environment or {})}
+        env = {**installation.processes.environment(base_environment()), "DISPLAY": display.name,
+               "TMPDIR": str(folder), "XDG_RUNTIME_DIR": str(folder), **(environment or {})}
         self._runner = runner_for(folder) if runner is None else runner
         if prepare is not None:
             prepare(self._runner)

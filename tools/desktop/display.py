@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import ctypes
 import random
 import socket
 import struct
@@ -36,23 +37,27 @@ _COLOUR_ENTRY_BYTES = 12
 class Display:
     """One X server without hardware, with a number that no other server has."""
 
-    def __init__(self, folder: Path) -> None:
-        """Starts the server; its log and its memory lie in folder."""
+    def __init__(self, folder: Path, *, composited: bool = True) -> None:
+        """Starts the server; its log and its memory lie in folder. Without composited, windows have
+        no translucent places, as in some remote sessions."""
         folder.mkdir(parents=True, exist_ok=True)
         self._folder = folder
         self._memory = folder / "Xvfb_screen0"
         self._memory.unlink(missing_ok=True)
         self.name, self._server = self._start()
         self._manager: Child | None = None
+        self._compositor: Child | None = None
+        if composited:
+            self._composite()
 
     def __enter__(self) -> Display:
         return self
 
     def __exit__(self, kind: type[BaseException] | None, error: BaseException | None,
                  trace: TracebackType | None) -> None:
-        if self._manager is not None:
-            self._manager.stop()
-        self._server.stop()
+        for child in (self._manager, self._compositor, self._server):
+            if child is not None:
+                child.stop()
 
     def manage_windows(self) -> None:
         """Starts a window manager, which gives windows the keyboard, and maximises them."""
@@ -68,6 +73,25 @@ class Display:
         start = header[_HEADER_SIZE] + header[_COLOURS] * _COLOUR_ENTRY_BYTES
         size = (header[_PIXMAP_WIDTH], header[_PIXMAP_HEIGHT])
         return Image.frombytes("RGB", size, data[start:], "raw", "BGRX", header[_BYTES_PER_LINE])
+
+    def _composite(self) -> None:
+        """Starts the program that blends windows with what is below them."""
+        output = self._folder / "xcompmgr.log"
+        self._compositor = Child(["xcompmgr"],
+                                 env={**base_environment(), "DISPLAY": self.name}, output=output)
+        wait_until(self._is_composited, "the compositor")
+
+    def _is_composited(self) -> bool:
+        """The compositor of a screen owns a selection; no command tells who does."""
+        library = ctypes.CDLL("libX11.so.6")
+        library.XOpenDisplay.restype = ctypes.c_void_p
+        connection = ctypes.c_void_p(library.XOpenDisplay(self.name.encode("ascii")))
+        if not connection:
+            return False
+        selection = library.XInternAtom(connection, b"_NET_WM_CM_S0", False)
+        owner = library.XGetSelectionOwner(connection, ctypes.c_ulong(selection))
+        library.XCloseDisplay(connection)
+        return owner != 0
 
     def _is_managed(self) -> bool:
         """A managed screen tells how many desktops it has."""

@@ -7,6 +7,7 @@ import shutil
 import socket
 from pathlib import Path
 
+from .processlist import ProcessList
 from .programlog import ProgramLog
 from .project import LICENCE_TEXT, LOCAL_LIBRARY, LOG_ENCODING, ON_WINE, PROGRAM
 from .settings import Settings
@@ -46,7 +47,7 @@ def default_settings() -> dict[str, str]:
         "ProblemAssociation/recommendSize": "10",
         "QuestAndAnw/channelId": "3",
         "QuestAndAnw/currentDomain": "desktop",
-        "QuestAndAnw/recommendSize": "10",
+        "QuestAndAnw/recommendSize": "15",
         "RobotId/robotId": "demo-robot",
         "ihttpInfo/iHttpMode": "0",
         "IpAndPort/mserverip": LOOPBACK,
@@ -75,6 +76,7 @@ class Installation:
         fresh.replace(self.program)
         if LOCAL_LIBRARY.is_dir():
             shutil.copytree(LOCAL_LIBRARY, self.program.parent / "LocalQA", dirs_exist_ok=True)
+        self.processes = ProcessList(root / "commands")
         (root / "log").mkdir(exist_ok=True)
         log = root / "log/Miravel.log"
         log.unlink(missing_ok=True)

@@ -23,6 +23,7 @@ KNOWLEDGE = SOURCE / "tools/demoservice/knowledge.json"
 LICENCE_TEXT = SOURCE / "resources/OpenSourceLicense.txt"
 LOCAL_LIBRARY = SOURCE / "resources/LocalQA"
 FONTS = SOURCE / "tools/desktop/fonts.conf"
+TASKLIST = SOURCE / "tools/desktop/tasklist"
 
 _INHERITED = ("PATH", "HOME", "ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS")
 

@@ -8,7 +8,9 @@ from PIL import Image
 
 from . import floating, guardchannel
 from .assistant import INPUT_BOX, Assistant
+from .clock import MovableClock
 from .demoservice import DemoService
+from .processlist import LOOK_S
 
 # A question whose answer is paragraphs, one with pictures and further questions, one unknown, each
 # with what the program then logs.
@@ -42,9 +44,12 @@ _DIALOG = (260, 100, 660, 540)
 class Tour:
     """Does what a person would do, in order; stops with NotSeen at the first thing missing."""
 
-    def __init__(self, assistant: Assistant, service: DemoService, folder: Path) -> None:
-        """Pictures go to folder; those of an earlier tour are removed."""
+    def __init__(self, assistant: Assistant, clock: MovableClock, service: DemoService,
+                 folder: Path) -> None:
+        """The assistant goes by clock. Pictures go to folder; those of an earlier tour are
+        removed."""
         self._assistant = assistant
+        self._clock = clock
         self._service = service
         self._folder = folder
         self.pictures: list[Path] = []
@@ -58,6 +63,7 @@ class Tour:
         self._keep(floating.wait_for_veil(self._assistant), "loading")
         self._assistant.wait_for_greeting()
         self._save("greeting")
+        self._outlive_the_watch()
         self._ask(*PLAIN, "answer")
         self._ask(*RICH, "rich-answer")
         self._click(RECOMMENDED_ROW, RECOMMENDED, "recommend", "recommendation")
@@ -68,6 +74,13 @@ class Tour:
         self._look_at_input_menu()
         self._look_at_about()
         self._close()
+
+    def _outlive_the_watch(self) -> None:
+        """What comes next is answered and suggested only while the client is found running."""
+        processes = self._assistant.installation.processes
+        before = processes.calls()
+        self._clock.put_forward(LOOK_S)
+        processes.wait_for_call(before)
 
     def _ask(self, question: str, logged: str, picture: str) -> None:
         self._service.log.mark()

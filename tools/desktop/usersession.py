@@ -15,6 +15,7 @@ def run_for_user(installation: Installation) -> int:
     environment stays, for the input method and the desktop's own services."""
     with tempfile.TemporaryDirectory(prefix="miravel-") as folder:
         # Its own TMPDIR, for the single-instance socket: another copy may be in use already.
-        env = {**os.environ, "FONTCONFIG_FILE": str(FONTS), "TMPDIR": folder}
+        env = {**installation.processes.environment(os.environ), "FONTCONFIG_FILE": str(FONTS),
+               "TMPDIR": folder}
         print("the assistant is open; close its window to end")
         return subprocess.run([installation.program, "--Type=vdi"], env=env, check=False).returncode

@@ -26,4 +26,8 @@ public:
     /// Appends \a row, greyed when not \a enabled. Its action is triggered by a click on it, or by
     /// the Return key.
     QAction *addRow(const Row &row, bool enabled);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 };

@@ -1,5 +1,6 @@
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
+#include "service/reply/listedquestion.h"
 #include "service/request/idpinterface.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/messagebubble.h"

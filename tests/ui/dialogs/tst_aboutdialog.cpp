@@ -32,6 +32,9 @@ private slots:
     void closeButton_closes();
     void escape_closesAbout();
     void deletesItself_whenItsParentOpensItAsStated();
+    void opensOverItsParent_data();
+    void opensOverItsParent();
+    void opensInTheMiddleOfItsParentsWindow();
     void dragging_withTheLeftButton();
     void dragging_otherButtonsDoNothing();
 };
@@ -185,6 +188,42 @@ void TestAboutDialog::deletesItself_whenItsParentOpensItAsStated()
         QTRY_VERIFY(about.isNull());
     }
     QVERIFY(parent.isVisible());
+}
+
+void TestAboutDialog::opensOverItsParent_data()
+{
+    QTest::addColumn<QRect>("parent");
+    QTest::addColumn<QPoint>("place");
+    QTest::newRow("in the middle") << QRect(100, 100, 400, 300) << QPoint(200, 150);
+    QTest::newRow("parent above the screen") << QRect(100, -200, 400, 300) << QPoint(200, 0);
+    QTest::newRow("parent left of the screen") << QRect(-300, 100, 400, 300) << QPoint(0, 150);
+    QTest::newRow("parent below the screen") << QRect(100, 550, 400, 300) << QPoint(200, 400);
+    QTest::newRow("parent right of the screen") << QRect(700, 100, 400, 300) << QPoint(600, 150);
+    QTest::newRow("smaller parent") << QRect(300, 300, 20, 10) << QPoint(210, 205);
+}
+
+void TestAboutDialog::opensOverItsParent()
+{
+    QFETCH(QRect, parent);
+    QFETCH(QPoint, place);
+    QCOMPARE(placeOverParent(parent, {200, 200}, {0, 0, 800, 600}), place);
+    // A screen that does not begin at the desktop's origin.
+    const QPoint shift(1000, -300);
+    const QRect screen(shift, QSize(800, 600));
+    QCOMPARE(placeOverParent(parent.translated(shift), {200, 200}, screen), place + shift);
+}
+
+void TestAboutDialog::opensInTheMiddleOfItsParentsWindow()
+{
+    initAppPaths(QStringLiteral("vdi"));
+    QWidget parent;
+    parent.setGeometry(150, 130, 520, 300);
+    parent.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&parent));
+    AboutDialog about(&parent);
+    about.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&about));
+    QCOMPARE(about.geometry().center(), parent.frameGeometry().center());
 }
 
 void TestAboutDialog::dragging_withTheLeftButton()

@@ -16,6 +16,9 @@ from drawing import (BLUE, GREEN, GREY, INK, LINE, MID_BLUE, RED, SOFT_BLUE, WHI
                      cloud, cross, frame, monitor, sheet, shield, step, switch, tick,
                      toolbar_symbol, toolbar_symbol_small, window)
 
+# The assistant shows no more of an animation's height, and scales it badly.
+SHOWN_HEIGHT = 110
+
 
 def login():
     c = Canvas(400, 232)
@@ -212,7 +215,7 @@ def progress_frames():
     count = 20
     for i in range(count + 6):
         done = min(i / count, 1.0)
-        c = Canvas(360, 110)
+        c = Canvas(360, SHOWN_HEIGHT)
         frame(c)
         c.text(24, 34, "正在更新桌面客户端…" if done < 1 else "更新完成，请重新登录", 13, INK)
         c.text(336, 34, f"{round(done * 100)}%", 13, BLUE, "rm", True)
@@ -225,15 +228,15 @@ def progress_frames():
 def reconnect_frames():
     count = 18
     for i in range(count):
-        c = Canvas(360, 140)
+        c = Canvas(360, SHOWN_HEIGHT)
         frame(c)
-        monitor(c, 66, 56, 62, 42)
-        cloud(c, 292, 58, 1.0)
+        monitor(c, 66, 44, 56, 38)
+        cloud(c, 292, 46, 0.9)
         for dot in range(5):
             x = 118 + (dot * 28 + i * 28 * 5 / count) % 130
             near = 1 - abs(x - 183) / 65
-            c.disc(x, 58, 2.5 + 2.5 * near, BLUE)
-        c.text(180, 116, "正在重新连接" + "." * (1 + i // 6), 13, INK, "mm")
+            c.disc(x, 46, 2.5 + 2.5 * near, BLUE)
+        c.text(180, 92, "正在重新连接" + "." * (1 + i // 6), 13, INK, "mm")
         yield c.done()
 
 

@@ -19,6 +19,7 @@ constexpr QRect headingPlace(36, 23, 56, 19);
 constexpr QRect nextPagePlace(192, 26, 56, 14);
 constexpr QRect framePlace(24, 53, 224, 496);
 constexpr QRect listPlace(0, 8, 224, 480);
+constexpr QRect listInsideFrame(1, 0, 222, 480); ///< in the list; the frame's border is outside
 
 constexpr QSize rowSize(224, 30);
 constexpr QRect rowButtonPlace(16, 7, 192, 16);
@@ -107,6 +108,7 @@ HotQuestionsColumn::HotQuestionsColumn(QWidget *parent)
     addSurfaceShadow(frame);
     m_list = new QListWidget(frame);
     m_list->setGeometry(listPlace);
+    m_list->setMask(listInsideFrame);
     // The column's border is for itself alone.
     m_list->setStyleSheet(styles::plainList + QLatin1String("QWidget{border:none;}"));
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -27,6 +27,7 @@ private slots:
     void newQuestions_beginOnTheFirstPage();
     void localListOfOneEntry_showsNoQuestion();
     void rowPlacesAndStyle();
+    void rows_leaveTheFramesBorderAlone();
     void icon_followsAShortText_andStandsAtTheEndOfALongOne();
     void longText_isElided_withAToolTip();
     void ampersandAndMarkup_areShownAsTheyAre();
@@ -211,6 +212,22 @@ void TestHotQuestionsColumn::rowPlacesAndStyle()
                             "left;border:none;}"));
     QVERIFY(button(column, 3)->findChild<QLabel *>() != nullptr);
     QVERIFY(button(column, 4)->findChild<QLabel *>() == nullptr);
+}
+
+void TestHotQuestionsColumn::rows_leaveTheFramesBorderAlone()
+{
+    HotQuestionsColumn column(nullptr);
+    column.showServiceQuestions(questions(16));
+    column.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&column));
+    QWidget *frame = column.findChild<QListWidget *>()->parentWidget();
+    const QImage image = frame->grab().toImage();
+    QCOMPARE(image.size(), QSize(224, 496));
+    const QColor border(238, 240, 244);
+    for (int y = 0; y < image.height(); ++y) {
+        QCOMPARE(image.pixelColor(0, y), border);
+        QCOMPARE(image.pixelColor(image.width() - 1, y), border);
+    }
 }
 
 void TestHotQuestionsColumn::icon_followsAShortText_andStandsAtTheEndOfALongOne()
