@@ -1,7 +1,7 @@
 # The front door. Each target is one script or one preset; see docs/development.md.
 
 .DEFAULT_GOAL := build
-.PHONY: run windows test-windows test soak build bench sanitize format format-check tidy
+.PHONY: run windows test-windows package test soak build bench sanitize format format-check tidy
 
 # Builds what is needed and opens the assistant on the demo service (on a screen in memory without a
 # display).
@@ -31,6 +31,10 @@ windows:
 # The tests and the real program under Wine.
 test-windows:
 	scripts/windows/test.sh
+
+# What an administrator installs: build/dist.
+package:
+	scripts/windows/package.sh
 
 # Every test under ASan and UBSan, the threaded ones under TSan.
 sanitize:

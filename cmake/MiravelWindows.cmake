@@ -3,16 +3,43 @@
 # Reserved, not used: guard messages may nest event loops, some KiB of stack each.
 set(MIRAVEL_STACK_BYTES 16777216)
 
-# miravel_windows_program(<target>): no console, icon, version and manifest, a roomy stack.
+set(MIRAVEL_COMPANY "Ostrel Technologies Co., Ltd."
+    CACHE STRING "The maker, in the version resource and the packages")
+
+set(MIRAVEL_TRIPLET x86_64-w64-mingw32)
+
+# miravel_windows_program(<target>): no console, icon, version and manifest, a roomy stack, symbols in
+# build/windows/symbols/<file>.debug.
 function(miravel_windows_program target)
     enable_language(RC)
-    configure_file("${PROJECT_SOURCE_DIR}/packaging/windows/miravel.rc.in"
-                   "${CMAKE_CURRENT_BINARY_DIR}/miravel.rc" @ONLY)
+    foreach(file miravel.rc miravel.exe.manifest)
+        configure_file("${PROJECT_SOURCE_DIR}/packaging/windows/${file}.in"
+                       "${CMAKE_CURRENT_BINARY_DIR}/${file}" @ONLY)
+    endforeach()
     target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/miravel.rc")
     set_source_files_properties(
         "${CMAKE_CURRENT_BINARY_DIR}/miravel.rc"
         PROPERTIES OBJECT_DEPENDS
-                   "${PROJECT_SOURCE_DIR}/resources/Miravel.ico;${PROJECT_SOURCE_DIR}/packaging/windows/miravel.exe.manifest")
+                   "${PROJECT_SOURCE_DIR}/resources/Miravel.ico;${CMAKE_CURRENT_BINARY_DIR}/miravel.exe.manifest")
     set_target_properties(${target} PROPERTIES WIN32_EXECUTABLE ON)
-    target_link_options(${target} PRIVATE "-Wl,--stack,${MIRAVEL_STACK_BYTES}")
+    target_link_options(${target} PRIVATE "-Wl,--stack,${MIRAVEL_STACK_BYTES}"
+                        "-Wl,--high-entropy-va,--dynamicbase,--nxcompat")
+    miravel_keep_symbols(${target})
+endfunction()
+
+# miravel_keep_symbols(<target>): the program or library goes out without its symbols; they are kept,
+# so that scripts/windows/symbolise.py can read a crash dump.
+function(miravel_keep_symbols target)
+    set(folder "${CMAKE_BINARY_DIR}/symbols")
+    set(symbols "${folder}/$<TARGET_FILE_NAME:${target}>.debug")
+    add_custom_command(
+        TARGET ${target}
+        POST_BUILD
+        COMMAND ${CMAKE_COMMAND} -E make_directory "${folder}"
+        COMMAND ${MIRAVEL_TRIPLET}-objcopy --only-keep-debug "$<TARGET_FILE:${target}>" "${symbols}"
+        # Without an epoch the time of day would get into the file.
+        COMMAND ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${MIRAVEL_TRIPLET}-strip --strip-all
+                "$<TARGET_FILE:${target}>"
+        COMMENT "Keeping the symbols of ${target} apart"
+        VERBATIM)
 endfunction()

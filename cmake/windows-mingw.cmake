@@ -29,9 +29,12 @@ set(LIB_EAY "${MIRAVEL_WINDOWS_LIBRARIES}/openssl/lib64/libcrypto.dll.a"
     CACHE FILEPATH "")
 set(SSL_EAY "${MIRAVEL_WINDOWS_LIBRARIES}/openssl/lib64/libssl.dll.a" CACHE FILEPATH "")
 
-# What is shipped carries no symbols.
-set(CMAKE_EXE_LINKER_FLAGS_RELEASE_INIT "-s")
-set(CMAKE_MODULE_LINKER_FLAGS_RELEASE_INIT "-s")
+# The same bytes wherever the checkout lies and whenever it is built. Symbols are kept apart from
+# what is shipped; see MiravelWindows.cmake.
+get_filename_component(MIRAVEL_CHECKOUT "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
+set(CMAKE_CXX_FLAGS_RELEASE_INIT "-g1 -gno-record-gcc-switches -ffile-prefix-map=${MIRAVEL_CHECKOUT}/=")
+set(CMAKE_EXE_LINKER_FLAGS_RELEASE_INIT "-Wl,--no-insert-timestamp")
+set(CMAKE_MODULE_LINKER_FLAGS_RELEASE_INIT "-Wl,--no-insert-timestamp")
 
 # Built test programs run through Wine; the wrapper finds their libraries.
 set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../scripts/windows/wine_run.sh")

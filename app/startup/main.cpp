@@ -6,6 +6,7 @@
 #include "app/startup/heap.h"
 #include "app/startup/qtenvironment.h"
 #include "app/startup/singleapplication.h"
+#include "app/startup/systemidentity.h"
 #include "resources/resources.h"
 #include "ui/mainwindow/miravel.h"
 
@@ -59,6 +60,7 @@ int main(int argc, char *argv[])
         return 0; // an unknown caller is shown nothing
     }
 
+    introduceToSystem();
     leaveOutBearerPlugins();
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app,
                      &SingleApplication::makeRoomForNext);

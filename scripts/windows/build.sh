@@ -6,9 +6,10 @@ cd "$(dirname "$0")/../.."
 
 scripts/windows/setup.sh
 scripts/windows/sdk.sh
-# A configured tree reconfigures itself when a build file changes.
-if [[ ! -f build/windows/build.ninja ]]; then
-    cmake --preset windows
+# A configured tree reconfigures itself when a build file changes, but keeps the flags that it began
+# with.
+if [[ ! -f build/windows/build.ninja || cmake/windows-mingw.cmake -nt build/windows/CMakeCache.txt ]]; then
+    cmake --fresh --preset windows
 fi
-cmake --build --preset windows -j"$(nproc)" --target Miravel "$@"
+cmake --build --preset windows -j"$(nproc)" --target Miravel doctor "$@"
 scripts/windows/folder.py complete build/windows/bin

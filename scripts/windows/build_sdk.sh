@@ -4,7 +4,7 @@
 # while it runs.
 #
 # Usage: build_sdk.sh <folder>
-#   <folder>      gets qt5/ and openssl/ when everything is built; nothing is left there otherwise
+#   <folder>      gets qt5/, openssl/ and symbols/ when everything is built; nothing is left there otherwise
 #   <folder>.work is where it happens; what was finished there is not built again after a failure
 #   <folder>.log  has the output of every step
 # MIRAVEL_JOBS sets how many compilers run at a time.
@@ -93,12 +93,18 @@ compiler_names() {
     done
 }
 
+# The folders that are named here get built in. On a user's machine they must be none that everybody
+# may write to. A configuration of OpenSSL's own is not read, since it can name libraries to load, and
+# there are no modules to be loaded.
 build_openssl() {
     cd "$work/openssl"
-    ./Configure mingw64 --cross-compile-prefix="$triplet-" shared no-tests \
-        --prefix="$stage/openssl" --openssldir="$stage/openssl/ssl"
+    ./Configure mingw64 --cross-compile-prefix="$triplet-" shared no-tests no-autoload-config \
+        no-module --prefix="C:/Program Files/OpenSSL" --openssldir=ssl
     make -j"$jobs" build_libs
-    make install_dev install_runtime_libs
+    mkdir -p "$stage/openssl/bin" "$stage/openssl/lib64" "$stage/openssl/include/openssl"
+    cp lib{crypto,ssl}-3-x64.dll "$stage/openssl/bin/"
+    cp lib{crypto,ssl}{.dll,}.a "$stage/openssl/lib64/"
+    cp include/openssl/*.h "$stage/openssl/include/openssl/"
 }
 
 # Left out: what the program does not use (OpenGL, D-Bus, SQL, printing), and pen tablets, whose
@@ -123,7 +129,13 @@ build_toolkit() {
     make install
 }
 
+# The names of functions are kept, for crash dumps.
 strip_libraries() {
+    local library
+    mkdir -p "$stage/symbols"
+    while read -r library; do
+        "$triplet-objcopy" --only-keep-debug "$library" "$stage/symbols/$(basename "$library").debug"
+    done < <(find "$stage" -name '*.dll')
     find "$stage" -name '*.dll' -exec "$triplet-strip" --strip-unneeded {} +
 }
 
@@ -156,6 +168,7 @@ step toolkit-configure configure_toolkit
 step toolkit-build build_toolkit
 step strip strip_libraries
 step check check_result
+step openssl-folders "$project/scripts/windows/folder.py" openssl "$stage/openssl/bin/libcrypto-3-x64.dll"
 rm -rf "$target"
 mv "$stage" "$target"
 rm -rf "$work"

@@ -1,23 +1,30 @@
 #!/usr/bin/env python3
 """Completes and checks the folder that goes to a Windows machine.
 
-Usage: folder.py complete <folder>   adds what Miravel.exe there needs, removes all else
-       folder.py check <folder>      fails when a library is missing or is not needed
+Usage: folder.py complete <folder>      adds what Miravel.exe there needs and the doctor, removes
+                                        all else
+       folder.py check <folder>         fails when a library is missing, not needed or not hardened
+       folder.py openssl <libcrypto>    only looks at the places that this library reads files from
 
 Libraries come from build/windows-sdk and from the compiler. What a program or library needs is
 read from it with objdump; what is only loaded at run time is listed here.
 """
 
+import os
 import re
 import shutil
 import subprocess
 import sys
 from pathlib import Path
 
+from binary import TRIPLET, hardening_problems, header, imports, openssl_problems
+
 PROJECT = Path(__file__).resolve().parents[2]
 SDK = PROJECT / "build" / "windows-sdk"
-TRIPLET = "x86_64-w64-mingw32"
 PROGRAM = "Miravel.exe"
+# For the administrator.
+DOCTOR = "doctor.exe"
+PROGRAMS = [PROGRAM, DOCTOR]
 
 # Loaded by name at run time. No bearer plugin: it polls the wireless card for nothing here.
 PLUGINS = [
@@ -27,7 +34,8 @@ PLUGINS = [
     "imageformats/qjpeg.dll",
     "styles/qwindowsvistastyle.dll",
 ]
-RUN_TIME_LIBRARIES = ["libssl-3-x64.dll", "libcrypto-3-x64.dll"]
+CRYPTO = "libcrypto-3-x64.dll"
+RUN_TIME_LIBRARIES = ["libssl-3-x64.dll", CRYPTO]
 
 # Part of every Windows since 7.
 SYSTEM = {
@@ -49,13 +57,6 @@ def compiler_folders():
     yield Path("/usr") / TRIPLET / "lib"
 
 
-def imports(binary):
-    """Names of the libraries that the binary is linked to, as written in it."""
-    text = subprocess.run([f"{TRIPLET}-objdump", "-p", str(binary)], check=True,
-                          capture_output=True, text=True).stdout
-    return re.findall(r"DLL Name: (\S+)", text)
-
-
 def is_system(name):
     return name.lower() in SYSTEM or name.lower().startswith("api-ms-win-")
 
@@ -68,19 +69,30 @@ def find_library(name, folders):
 
 
 def place(source, target):
-    """Copies a library without its symbols, unless the same one is there."""
-    if target.exists() and target.stat().st_mtime >= source.stat().st_mtime:
-        return
+    """Copies a binary without its symbols, always with the same result."""
     target.parent.mkdir(parents=True, exist_ok=True)
+    # Without an epoch the time of day would get into the file.
     subprocess.run([f"{TRIPLET}-strip", "--strip-unneeded", "-o", str(target), str(source)],
-                   check=True)
+                   check=True, env={**os.environ, "SOURCE_DATE_EPOCH": "0"})
+
+
+def keep_symbols(source, folder):
+    """Keeps the symbols of a library, as far as there are any, for crash dumps."""
+    kept = folder / f"{source.name}.debug"
+    folder.mkdir(exist_ok=True)
+    apart = SDK / "symbols" / kept.name
+    if apart.exists():
+        shutil.copyfile(apart, kept)
+    elif subprocess.run([f"{TRIPLET}-nm", str(source)], capture_output=True, check=False).stdout:
+        subprocess.run([f"{TRIPLET}-objcopy", "--only-keep-debug", str(source), str(kept)], check=True)
 
 
 def complete(folder):
     folders = [SDK / "qt5/bin", SDK / "openssl/bin", *compiler_folders()]
     plugins = SDK / "qt5/plugins"
-    wanted = {PROGRAM}
-    waiting = [folder / PROGRAM]
+    wanted = set(PROGRAMS)
+    place(folder.parent / "tools" / DOCTOR, folder / DOCTOR)
+    waiting = [folder / name for name in PROGRAMS]
     for name in PLUGINS:
         place(plugins / name, folder / name)
         waiting.append(folder / name)
@@ -93,7 +105,9 @@ def complete(folder):
         name = names.pop()
         if name not in wanted:
             wanted.add(name)
-            place(find_library(name, folders), folder / name)
+            source = find_library(name, folders)
+            place(source, folder / name)
+            keep_symbols(source, folder.parent / "symbols")
             waiting.append(folder / name)
     for path in sorted(folder.rglob("*"), reverse=True):
         if path.is_dir():
@@ -103,24 +117,20 @@ def complete(folder):
             path.unlink()
 
 
-def header(binary):
-    return subprocess.run([f"{TRIPLET}-objdump", "-p", str(binary)], check=True,
-                          capture_output=True, text=True).stdout
-
-
 def problems(folder):
     """One line for each thing that is wrong with the folder."""
     files = {path.relative_to(folder).as_posix(): path
              for path in folder.rglob("*") if path.is_file()}
-    for name in [PROGRAM, *PLUGINS, *RUN_TIME_LIBRARIES]:
+    for name in [*PROGRAMS, *PLUGINS, *RUN_TIME_LIBRARIES]:
         if name not in files:
             yield f"{name} is missing"
-    needed = {PROGRAM, *PLUGINS, *RUN_TIME_LIBRARIES}
+    needed = {*PROGRAMS, *PLUGINS, *RUN_TIME_LIBRARIES}
     beside_program = {name for name in files if "/" not in name}
     for name, path in files.items():
         if not name.lower().endswith((".exe", ".dll")):
             yield f"{name} does not belong there"
             continue
+        yield from hardening_problems(path)
         for library in imports(path):
             if library in beside_program:
                 needed.add(library)
@@ -128,6 +138,8 @@ def problems(folder):
                 yield f"{name} needs {library}, which is missing"
     for name in sorted(set(files) - needed):
         yield f"{name} is there but nothing needs it"
+    if CRYPTO in files:
+        yield from openssl_problems(files[CRYPTO])
     if PROGRAM in files:
         text = header(files[PROGRAM])
         if "(Windows GUI)" not in text:
@@ -141,20 +153,28 @@ def problems(folder):
                 yield f"{PROGRAM} has no icon and version"
 
 
-def check(folder):
-    found = list(problems(folder))
+def refuse(found):
+    """Prints the problems and ends when there are any."""
+    found = list(found)
     for problem in found:
         print(f"windows folder: {problem}", file=sys.stderr)
     if found:
         sys.exit(1)
+
+
+def check(folder):
+    refuse(problems(folder))
     files = [path for path in folder.rglob("*") if path.is_file()]
     size = sum(path.stat().st_size for path in files) / (1 << 20)
     print(f"windows folder: {len(files)} files, {size:.1f} MiB, none missing, none unneeded: {folder}")
 
 
 def main():
-    if len(sys.argv) != 3 or sys.argv[1] not in ("complete", "check"):
+    if len(sys.argv) != 3 or sys.argv[1] not in ("complete", "check", "openssl"):
         sys.exit(__doc__)
+    if sys.argv[1] == "openssl":
+        refuse(openssl_problems(Path(sys.argv[2])))
+        return
     folder = Path(sys.argv[2]).resolve()
     if not (folder / PROGRAM).exists():
         sys.exit(f"windows folder: no {PROGRAM} in {folder}")

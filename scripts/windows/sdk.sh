@@ -12,7 +12,9 @@ project=$(cd "$(dirname "$0")/../.." && pwd)
 # Outside of the checkout, so that a fresh clone builds at once.
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/miravel
 archive_name=windows-sdk.tar.xz
-built=$cache/windows-sdk-built
+# The number counts up with each change of what is built, so that no older one is taken. 2: OpenSSL
+# reads no configuration of its own.
+built=$cache/windows-sdk-built-2
 
 is_unpacked() {
     [[ -e $1/qt5/bin/moc && -e $1/openssl/bin/libssl-3-x64.dll ]]

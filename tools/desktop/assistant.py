@@ -37,9 +37,10 @@ class Assistant:
     def __init__(self, installation: Installation, display: Display, *,
                  arguments: tuple[str, ...] = ("--Type=vdi",),
                  environment: Mapping[str, str] | None = None,
-                 prepare: Callable[[Runner], None] | None = None) -> None:
+                 prepare: Callable[[Runner], None] | None = None,
+                 runner: Runner | None = None) -> None:
         """Starts the program. environment is added to what every program of ours gets; prepare is
-        called before the start."""
+        called before the start; runner is what is around the program, else that of this build."""
         self.installation = installation
         self.log = installation.log
         self._display = display
@@ -51,7 +52,7 @@ class Assistant:
         self.person = Person(display.name, folder)
         env = {**installation.processes.environment(base_environment()), "DISPLAY": display.name,
                "TMPDIR": str(folder), "XDG_RUNTIME_DIR": str(folder), **(environment or {})}
-        self._runner = runner_for(folder)
+        self._runner = runner_for(folder) if runner is None else runner
         if prepare is not None:
             prepare(self._runner)
         self._command = self._runner.command(installation.program, arguments)

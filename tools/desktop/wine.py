@@ -13,11 +13,11 @@ from .project import SOURCE
 _TOOL_S = 60.0
 
 _SCRIPTS = SOURCE / "scripts/windows"
-_TEMPLATE = SOURCE / "build/wine-prefix"
+TEMPLATE = SOURCE / "build/wine-prefix"
 _REGISTRY_FILES = ("system.reg", "user.reg", "userdef.reg", ".update-timestamp")
 
 
-def _environment() -> dict[str, str]:
+def wine_environment() -> dict[str, str]:
     """What scripts/windows/wine_environment.sh says."""
     script = 'source "$0" && printf "%s\\0" "${wine_environment[@]}"'
     text = subprocess.run(["bash", "-c", script, str(_SCRIPTS / "wine_environment.sh")],
@@ -34,10 +34,10 @@ class WinePrefix:
         self._path = folder / "prefix"
         self._path.mkdir(parents=True)
         for name in _REGISTRY_FILES:
-            if (_TEMPLATE / name).exists():
-                shutil.copy2(_TEMPLATE / name, self._path / name)
-        shutil.copytree(_TEMPLATE / "dosdevices", self._path / "dosdevices", symlinks=True)
-        (self._path / "drive_c").symlink_to(_TEMPLATE / "drive_c")
+            if (TEMPLATE / name).exists():
+                shutil.copy2(TEMPLATE / name, self._path / name)
+        shutil.copytree(TEMPLATE / "dosdevices", self._path / "dosdevices", symlinks=True)
+        (self._path / "drive_c").symlink_to(TEMPLATE / "drive_c")
 
     def command(self, program: Path, arguments: Sequence[str]) -> list[str]:
         """The command that starts a Windows program."""
@@ -48,7 +48,7 @@ class WinePrefix:
         # Wine keeps these to itself unless they come with a prefix.
         passed = {("WINE" + name if name.startswith("QT_") else name): value
                   for name, value in base.items()}
-        return {**passed, **_environment(), "WINEPREFIX": str(self._path)}
+        return {**passed, **wine_environment(), "WINEPREFIX": str(self._path)}
 
     def run(self, *command: str, display: str | None = None) -> str:
         """Runs a Windows program to its end and gives its output; CalledProcessError when it

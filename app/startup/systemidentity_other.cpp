@@ -1,0 +1,5 @@
+#include "app/startup/systemidentity.h"
+
+void introduceToSystem()
+{
+}
