@@ -17,6 +17,7 @@ QuestionCycle::QuestionCycle(QObject *parent)
 void QuestionCycle::ask(const QString &question, const QString &source,
                         const QString &originalQuestion, qint64 questionId)
 {
+    emit asking();
     const Answer answer = readAnswer(
         m_service.Ask_And_Answer(question, userName, source, originalQuestion, questionId));
     tellResult(question, answer);

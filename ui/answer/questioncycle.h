@@ -35,6 +35,9 @@ public:
     [[nodiscard]] bool isServiceFound() const;
 
 signals:
+    /// A question is about to be asked; the wait for its answer follows.
+    void asking();
+
     /// The service has an answer.
     void normalResult(QString question, QString standardQuestion, QString reply);
 
