@@ -95,7 +95,7 @@ void QARegion::connectPieces()
     connect(m_copier, &ConversationCopier::menuRequested, this, &QARegion::qaRightHitMenu_show);
     connect(m_copier, &ConversationCopier::copyRequested, this,
             &QARegion::qaRightHitMenu_copySlots);
-    connect(m_cycle, &QuestionCycle::waitBegan, m_waitingDots, &WaitingDots::begin);
+    connect(m_cycle, &QuestionCycle::asking, m_waitingDots, &WaitingDots::begin);
     connect(m_cycle, &QuestionCycle::waitEnded, m_waitingDots, &WaitingDots::end);
     connect(m_cycle, &QuestionCycle::normalResult, this, &QARegion::QA_NORMAL_RESULT);
     connect(m_cycle, &QuestionCycle::multiResult, this, &QARegion::showMultiResult);

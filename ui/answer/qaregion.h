@@ -111,6 +111,9 @@ public:
     /// Scrolls as far as needed to show \a widget, a control of the conversation.
     void reveal(const QWidget *widget);
 
+    /// The round trips of all questions, whichever way they are asked.
+    [[nodiscard]] const QuestionCycle &cycle() const { return *m_cycle; }
+
     /// The open preview window; null when there is none.
     [[nodiscard]] ImageDisplay *preview() const { return m_pictures.preview(); }
 

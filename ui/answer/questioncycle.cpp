@@ -17,7 +17,7 @@ QuestionCycle::QuestionCycle(QObject *parent)
 void QuestionCycle::ask(const QString &question, const QString &source,
                         const QString &originalQuestion, qint64 questionId)
 {
-    emit waitBegan();
+    emit asking();
     const QJsonDocument reply
         = m_service.Ask_And_Answer(question, userName, source, originalQuestion, questionId);
     emit waitEnded();

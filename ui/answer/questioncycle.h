@@ -37,7 +37,7 @@ public:
 signals:
     /// A question is about to be sent; waitEnded() tells when its reply has come or its time is
     /// over, before the signals below. Questions that are asked meanwhile do both in between.
-    void waitBegan();
+    void asking();
     void waitEnded();
 
     /// The service has an answer.

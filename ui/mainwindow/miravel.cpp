@@ -209,8 +209,9 @@ int Miravel::getLocationQuest_Num(QString question)
 
 void Miravel::send_messages()
 {
-    const QString question = m_form.inputPanel->input()->toPlainText().simplified();
+    const QString question = m_form.inputPanel->text().simplified();
     m_form.inputPanel->input()->clear();
+    m_suggestions->close();
     m_modes->askOrExplain(question, "send messages when not logged in, isGetHotQuests:",
                           "send messages by idp qa request, isGetHotQuests:");
 }
@@ -245,7 +246,7 @@ void Miravel::stopSuggestions()
 {
     m_timers.associationTick.disconnect(this);
     m_timers.associationTick.stop();
-    m_suggestions->close(); // no tick would close them any more
+    m_suggestions->stop(); // no tick would close them any more
 }
 
 void Miravel::listenSysguardMessage_thread()

@@ -58,6 +58,9 @@ void WindowModes::checkLogin()
 
 void WindowModes::checkPrograms()
 {
+    if (!hasStarted()) {
+        return;
+    }
     carryOut(m_state.processesListed(runningPrograms(m_watchedPrograms)));
 }
 
@@ -69,6 +72,9 @@ void WindowModes::networkFailed()
 
 void WindowModes::fetchFirst()
 {
+    if (!hasStarted()) {
+        return;
+    }
     m_overlay = std::make_unique<LoadingOverlay>(m_column, m_form.inner);
     LOG_INFO() << "begin to start qthread for get hot questions";
     m_firstFetch.start();
@@ -76,12 +82,18 @@ void WindowModes::fetchFirst()
 
 void WindowModes::fetchAgain()
 {
+    if (!hasStarted()) {
+        return;
+    }
     LOG_INFO() << "refresh hot questions timer by a new qthread";
     m_refreshFetch.start();
 }
 
 void WindowModes::takeFirst(const QJsonArray &hotQuestions)
 {
+    if (!hasStarted()) {
+        return;
+    }
     m_overlay.reset();
     if (hotQuestions.isEmpty()) {
         LOG_WARNING() << "Network problem! failed to get hot issues.";
@@ -94,6 +106,9 @@ void WindowModes::takeFirst(const QJsonArray &hotQuestions)
 
 void WindowModes::takeRefresh(const QJsonArray &hotQuestions)
 {
+    if (!hasStarted()) {
+        return;
+    }
     LOG_INFO() << (hotQuestions.isEmpty() ? "failed to get hot issues"
                                           : "Get hot issues successfully, refresh");
     carryOut(m_state.refreshReturned(fetchedOf(hotQuestions)), hotQuestions);
@@ -101,6 +116,9 @@ void WindowModes::takeRefresh(const QJsonArray &hotQuestions)
 
 void WindowModes::openLocalList()
 {
+    if (!hasStarted()) {
+        return;
+    }
     LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)" << m_library.size()
                << "netHotWork：" << boolText(m_state.netHotWork);
     carryOut(m_state.localListOpened(m_library.size() > 0));
@@ -108,11 +126,17 @@ void WindowModes::openLocalList()
 
 void WindowModes::showLibrary()
 {
+    if (!hasStarted()) {
+        return;
+    }
     carryOut(m_state.libraryWanted());
 }
 
 void WindowModes::showNextLocalPage()
 {
+    if (!hasStarted()) {
+        return;
+    }
     m_column->showNextLocalPage();
 }
 

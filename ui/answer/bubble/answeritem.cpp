@@ -43,7 +43,7 @@ AnswerItem::AnswerItem(const QString &title, QWidget *parent)
     : ConversationItem(Speaker::AssistantAnswer, parent)
     , m_titleText(title)
 {
-    setAccessibleName(shownPart(readableText(title)));
+    setAccessibleName(readableText(shownPart(title)));
     makeFrame();
 }
 

@@ -8,7 +8,9 @@
 #include "ui/style/myproxystyle.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
+#include "ui/text/markupbudget.h"
 #include "ui/text/richtext.h"
+#include "ui/text/textwrap.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -67,19 +69,22 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus); // its texts and pictures take the focus
-    setAccessibleName(readableText(title));
+    setAccessibleName(readableText(shownPart(title)));
     QVector<ReplyPiece> pieces = splitReply(reply);
     const bool cut = limitRows(pieces);
+    joinFarRows(pieces);
+    MarkupBudget budget;
     for (const ReplyPiece &piece : qAsConst(pieces)) {
         if (piece.kind == ReplyPiece::Kind::Text) {
-            addParagraph(piece.source);
+            addParagraph(piece.source, budget);
         } else {
             addPicture(piece.source, title, pictures);
         }
     }
     if (cut) {
         LOG_WARNING() << "answer is too long to be shown whole, characters: " << reply.size();
-        addParagraph(QCoreApplication::translate("QARegion", "（内容过长，仅显示前一部分。）"));
+        addParagraph(QCoreApplication::translate("QARegion", "（内容过长，仅显示前一部分。）"),
+                     budget);
     }
 }
 
@@ -98,7 +103,7 @@ void AnswerContent::addPicture(const QString &source, const QString &title,
     row->joinListAs(addRow(row));
 }
 
-void AnswerContent::addParagraph(const QString &source)
+void AnswerContent::addParagraph(const QString &source, MarkupBudget &budget)
 {
     QWidget *row = makeRow(viewport());
     QLabel *label = makeBubbleLabel(styles::paragraph, row);
@@ -106,7 +111,7 @@ void AnswerContent::addParagraph(const QString &source)
     label->setOpenExternalLinks(true);
     label->setFont(paragraphFont());
     label->setPalette(paragraphPalette(*label));
-    setWrappedText(label, QLatin1String("<p>") + source + QLatin1String("</p>"));
+    setWrappedText(label, QLatin1String("<p>") + source + QLatin1String("</p>"), budget);
     label->move(0, 0);
     row->setFixedSize(textMaxWidth, label->height());
     m_paragraphs.append(label);

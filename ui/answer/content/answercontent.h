@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QVector>
 
+class MarkupBudget;
 class PictureRow;
 class QLabel;
 
@@ -29,7 +30,7 @@ public:
 private:
     void addPicture(const QString &source, const QString &title,
                     QVector<ConversationPicture> &pictures);
-    void addParagraph(const QString &source);
+    void addParagraph(const QString &source, MarkupBudget &budget);
     QListWidgetItem *addRow(QWidget *row);
 
     QVector<QLabel *> m_paragraphs;

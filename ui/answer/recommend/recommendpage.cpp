@@ -3,6 +3,7 @@
 #include "service/reply/listedquestion.h"
 #include "ui/answer/recommend/recommendpaging.h"
 #include "ui/style/styles.h"
+#include "ui/text/textwrap.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -69,7 +70,7 @@ RecommendPage::RecommendPage(const QVector<ListedQuestion> &recommends, int star
 
 void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLabel *measure)
 {
-    const QString shown = elided(recommend.text, elision, measure);
+    const QString shown = elided(rowPart(recommend.text), elision, measure);
 
     auto *row = new QWidget(viewport());
     row->setContentsMargins(0, 0, 0, 0);
@@ -90,7 +91,7 @@ void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLa
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
     }
     if (elision == Elision::Later && shown != recommend.text) {
-        button->setToolTip(asShown(recommend.text));
+        button->setToolTip(asShown(rowPart(recommend.text)));
     }
     connect(button, &QPushButton::clicked, this,
             [this, recommend] { emit recommendClicked(recommend.text, recommend.id); });
