@@ -38,6 +38,9 @@ public:
     /// from it, now and whenever the height changes.
     void joinListAs(QListWidgetItem *item);
 
+    /// The item of which this is the entry; null before joinListAs().
+    [[nodiscard]] QListWidgetItem *listItem() const { return m_item; }
+
     /// The label of text number \a number of the entry; null while it sleeps.
     [[nodiscard]] virtual QLabel *text(int number) const;
 

@@ -9,6 +9,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 
 namespace {
@@ -16,6 +17,12 @@ namespace {
 constexpr int wheelStep = 20; ///< px of a line; the wheel moves three at a notch
 constexpr int sectionRows = 50;
 constexpr int pagesAround = 2; ///< heights of the view, above and below it, that are kept ready
+
+/// px of the conversation that the sheet shows at most, well below what a widget can measure.
+constexpr int sheetHeight = 4'000'000;
+
+/// px of the conversation that can be scrolled to: what a scroll bar counts, and some room.
+constexpr int mostContent = std::numeric_limits<int>::max() - 2 * sheetHeight;
 
 } // namespace
 
@@ -68,23 +75,65 @@ void ConversationList::append(ConversationItem *entry)
 void ConversationList::layOutFrom(int first)
 {
     m_tops.resize(static_cast<std::size_t>(count()) + 1);
-    int row = first;
-    for (int section = first / sectionRows; row < count(); ++section) {
-        const int begin = m_tops[static_cast<std::size_t>(section * sectionRows)];
-        for (; row < count() && row / sectionRows == section; ++row) {
-            const auto at = static_cast<std::size_t>(row);
-            if (QWidget *widget = itemWidget(item(row))) {
-                widget->move(0, m_tops[at] - begin);
-            }
-            m_tops[at + 1] = m_tops[at] + item(row)->sizeHint().height();
-        }
-        const int height = m_tops[static_cast<std::size_t>(row)] - begin;
-        m_sections[static_cast<std::size_t>(section)]->setGeometry(0, begin, viewport()->width(),
-                                                                   height);
+    for (int row = first; row < count(); ++row) {
+        const auto at = static_cast<std::size_t>(row);
+        const int height = std::min(item(row)->sizeHint().height(), mostContent - m_tops[at]);
+        m_tops[at + 1] = m_tops[at] + height;
     }
-    m_sheet->resize(viewport()->width(), std::max(contentHeight(), viewport()->height()));
+    placeFrom(first);
     updateGeometries();
     wakeNear();
+}
+
+void ConversationList::placeFrom(int first)
+{
+    for (int section = first / sectionRows; section * sectionRows < count(); ++section) {
+        placeSection(section, first);
+    }
+    const int height = std::min(contentHeight() - m_sheetTop, sheetHeight);
+    m_sheet->resize(viewport()->width(), std::max(height, viewport()->height()));
+}
+
+void ConversationList::placeSection(int section, int first)
+{
+    QWidget *const widget = m_sections[static_cast<std::size_t>(section)];
+    const int begin = section * sectionRows;
+    const int end = std::min(begin + sectionRows, count());
+    const int top = std::max(topOf(begin), m_sheetTop);
+    const int bottom = std::min(topOf(end), m_sheetTop + sheetHeight);
+    if (bottom <= top) {
+        widget->setGeometry(0, -1, viewport()->width(), 0); // not hidden: the Tab key gets there
+        return;
+    }
+    for (int row = widget->height() == 0 ? begin : std::max(begin, first); row < end; ++row) {
+        if (QWidget *entryWidget = itemWidget(item(row))) {
+            entryWidget->move(0, topOf(row) - top);
+        }
+    }
+    widget->setGeometry(0, top - m_sheetTop, viewport()->width(), bottom - top);
+}
+
+void ConversationList::placeSheet()
+{
+    const int around = pagesAround * viewport()->height();
+    const int top = std::max(0, verticalOffset() - around);
+    const int bottom = std::min(contentHeight(), verticalOffset() + viewport()->height() + around);
+    if (top < m_sheetTop || bottom - sheetHeight > m_sheetTop) {
+        m_sheetTop = std::max(0, verticalOffset() - sheetHeight / 2);
+        placeFrom(0);
+    }
+    m_sheet->move(0, m_sheetTop - verticalOffset());
+}
+
+int ConversationList::topIn(const QWidget *widget) const
+{
+    const QWidget *entryWidget = widget;
+    while (entryWidget->parentWidget()->parentWidget() != m_sheet) {
+        entryWidget = entryWidget->parentWidget();
+    }
+    const auto *const found = qobject_cast<const ConversationItem *>(entryWidget);
+    const int top = found != nullptr ? topOf(row(found->listItem())) : 0;
+    return top + widget->mapTo(entryWidget, QPoint()).y();
 }
 
 int ConversationList::rowAt(int y) const
@@ -183,17 +232,18 @@ void ConversationList::scrollContentsBy(int dx, int dy)
 {
     Q_UNUSED(dx)
     Q_UNUSED(dy)
-    m_sheet->move(0, -verticalOffset());
+    placeSheet();
     wakeNear();
 }
 
 void ConversationList::resizeEvent(QResizeEvent *event)
 {
     QAbstractItemView::resizeEvent(event);
-    m_sheet->resize(viewport()->width(), std::max(contentHeight(), viewport()->height()));
     for (QWidget *section : m_sections) {
         section->resize(viewport()->width(), section->height());
     }
+    placeFrom(count());
+    placeSheet();
     wakeNear();
 }
 
@@ -214,7 +264,7 @@ int ConversationList::horizontalOffset() const
 
 void ConversationList::reveal(const QWidget *widget)
 {
-    const int top = widget->mapTo(m_sheet, QPoint()).y();
+    const int top = topIn(widget);
     QScrollBar *bar = verticalScrollBar();
     // What is taller than the list is shown from its top.
     const int bottom = top + qMin(widget->height(), viewport()->height());
@@ -263,7 +313,7 @@ bool ConversationList::focusNextPrevChild(bool next)
     }
     const QWidget *focused = window()->focusWidget();
     if (focused != nullptr && m_sheet->isAncestorOf(focused)) {
-        const int top = focused->mapTo(m_sheet, QPoint()).y();
+        const int top = topIn(focused);
         const int bottom = top + focused->height() - viewport()->height();
         verticalScrollBar()->setValue(std::min(top, std::max(bottom, verticalOffset())));
     }

@@ -17,7 +17,9 @@ class EntryDelegate;
 /// with each new one; this one keeps a table of its own of where items begin, and all item widgets
 /// on one sheet that moves as a whole, so that an entry costs the same however many are there. The
 /// sheet has sections of some entries each: the toolkit goes through all children of a widget when
-/// it paints one of them.
+/// it paints one of them. No widget can measure more than QWIDGETSIZE_MAX, so the sheet shows only
+/// a part of a conversation of millions of px, around what is seen; what lies outside of that is
+/// cut off.
 class ConversationList : public QListWidget, public ReadGroup
 {
 public:
@@ -68,6 +70,17 @@ protected:
 private:
     /// Where every item from \a first on begins, and its widget with it.
     void layOutFrom(int first);
+
+    /// Puts the widgets of the items from \a first on where the items begin.
+    void placeFrom(int first);
+    void placeSection(int section, int first);
+
+    /// Puts the sheet where the view is.
+    void placeSheet();
+
+    /// How far item \a row, or the end, and \a widget in an entry begin below the first item, px.
+    [[nodiscard]] int topOf(int row) const { return m_tops[static_cast<std::size_t>(row)]; }
+    [[nodiscard]] int topIn(const QWidget *widget) const;
     [[nodiscard]] int contentHeight() const { return m_tops.back(); }
 
     [[nodiscard]] int rowAt(int y) const;
@@ -77,6 +90,7 @@ private:
 
     EntryDelegate *m_delegate;
     QWidget *m_sheet;
+    int m_sheetTop = 0;                ///< how far the sheet begins below the first item, px
     std::vector<QWidget *> m_sections; ///< children of the sheet
     std::vector<int> m_tops{0};        ///< top of each item in px, and the end of the last
     int m_firstNear = 0;
