@@ -2,6 +2,7 @@
 
 #include "service/reply/listedquestion.h"
 #include "ui/answer/recommend/recommendpaging.h"
+#include "ui/style/hovermark.h"
 #include "ui/style/styles.h"
 
 #include <QCoreApplication>
@@ -88,6 +89,8 @@ void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLa
     button->setAccessibleName(recommend.text);
     if (recommend.text.isEmpty()) {
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
+    } else {
+        new HoverMark(button);
     }
     if (elision == Elision::Later && shown != recommend.text) {
         button->setToolTip(asShown(recommend.text));
