@@ -1,10 +1,10 @@
-#include "certificate.h"
-#include "files.h"
-#include "knowledgeloader.h"
-#include "listener.h"
-#include "options.h"
-#include "requestlog.h"
-#include "service.h"
+#include "tools/demoservice/base/files.h"
+#include "tools/demoservice/knowledge/knowledgeloader.h"
+#include "tools/demoservice/net/certificate.h"
+#include "tools/demoservice/net/listener.h"
+#include "tools/demoservice/options.h"
+#include "tools/demoservice/requests/requestlog.h"
+#include "tools/demoservice/service.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,6 +1,6 @@
-#include "options.h"
+#include "tools/demoservice/options.h"
 
-#include "number.h"
+#include "tools/demoservice/base/number.h"
 
 #include <functional>
 #include <limits>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "call.h"
-#include "fault.h"
+#include "tools/demoservice/faults/fault.h"
+#include "tools/demoservice/requests/call.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,9 +1,9 @@
-#include "service.h"
+#include "tools/demoservice/service.h"
 
-#include "answers.h"
-#include "misbehaviour.h"
-#include "peersocket.h"
-#include "requestbody.h"
+#include "tools/demoservice/faults/misbehaviour.h"
+#include "tools/demoservice/knowledge/answers.h"
+#include "tools/demoservice/net/peersocket.h"
+#include "tools/demoservice/requests/requestbody.h"
 
 #include <algorithm>
 #include <array>

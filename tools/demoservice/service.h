@@ -1,13 +1,13 @@
 #pragma once
 
-#include "controlendpoint.h"
-#include "faultplan.h"
-#include "knowledge.h"
-#include "options.h"
-#include "requesthistory.h"
-#include "requestlog.h"
-#include "requestrecord.h"
-#include "requestverifier.h"
+#include "tools/demoservice/faults/controlendpoint.h"
+#include "tools/demoservice/faults/faultplan.h"
+#include "tools/demoservice/knowledge/knowledge.h"
+#include "tools/demoservice/options.h"
+#include "tools/demoservice/requests/requesthistory.h"
+#include "tools/demoservice/requests/requestlog.h"
+#include "tools/demoservice/requests/requestrecord.h"
+#include "tools/demoservice/requests/requestverifier.h"
 
 #include <httplib.h>
 

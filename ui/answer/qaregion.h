@@ -4,6 +4,7 @@
 
 #include <QJsonArray>
 #include <QJsonValue>
+#include <QPointer>
 #include <QVector>
 #include <QWidget>
 
@@ -15,6 +16,7 @@ class QFontMetrics;
 class QLabel;
 class QuestionCycle;
 class RecommendBox;
+class WaitingDots;
 struct Answer;
 struct ListedQuestion;
 
@@ -107,6 +109,10 @@ public:
 
     void scrollToBottom();
 
+    /// Where the focus goes from a recommendation that is asked, so that the next key is typed.
+    /// Not owned.
+    void setTypingPlace(QWidget *place);
+
     /// Scrolls as far as needed to show \a widget, a control of the conversation.
     void reveal(const QWidget *widget);
 
@@ -161,10 +167,12 @@ private:
     void connectRows(RecommendBox *box, const QString &question);
 
     ConversationList *m_list = nullptr;
+    WaitingDots *m_waitingDots = nullptr;
     QLabel *measureLabel = nullptr; ///< hidden; recommendations are measured in it
     ConversationPictures m_pictures;
     ConversationCopier *m_copier = nullptr;
     QuestionCycle *m_cycle = nullptr;
+    QPointer<QWidget> m_typingPlace;
     // In the order shown; owned by the list.
     QVector<AnswerItem *> m_answers;
     QVector<RecommendBox *> m_answerBoxes; ///< below answers

@@ -18,8 +18,10 @@ void QuestionCycle::ask(const QString &question, const QString &source,
                         const QString &originalQuestion, qint64 questionId)
 {
     emit asking();
-    const Answer answer = readAnswer(
-        m_service.Ask_And_Answer(question, userName, source, originalQuestion, questionId));
+    const QJsonDocument reply
+        = m_service.Ask_And_Answer(question, userName, source, originalQuestion, questionId);
+    emit waitEnded();
+    const Answer answer = readAnswer(reply);
     tellResult(question, answer);
     emit replied(answer.text);
 }

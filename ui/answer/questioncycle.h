@@ -35,8 +35,10 @@ public:
     [[nodiscard]] bool isServiceFound() const;
 
 signals:
-    /// A question is about to be asked; the wait for its answer follows.
+    /// A question is about to be sent; waitEnded() tells when its reply has come or its time is
+    /// over, before the signals below. Questions that are asked meanwhile do both in between.
     void asking();
+    void waitEnded();
 
     /// The service has an answer.
     void normalResult(QString question, QString standardQuestion, QString reply);

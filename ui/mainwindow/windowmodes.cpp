@@ -7,10 +7,12 @@
 #include "ui/mainwindow/fixedmessages.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 #include "ui/mainwindow/hotquestions/loadingoverlay.h"
+#include "ui/mainwindow/input/inputpanel.h"
 #include "ui/mainwindow/windowtimers.h"
 
 #include <QJsonArray>
 #include <QSettings>
+#include <QTextEdit>
 
 namespace {
 
@@ -248,6 +250,9 @@ void WindowModes::carryOut(WindowStep step, const QJsonArray &hotQuestions)
 
 void WindowModes::makeColumn()
 {
+    if (m_column != nullptr && m_column->isAncestorOf(m_column->window()->focusWidget())) {
+        m_form.inputPanel->input()->setFocus(); // or it is passed on to the title bar
+    }
     delete m_column;
     m_column = new HotQuestionsColumn(m_form.inner);
     connect(m_column, &HotQuestionsColumn::questionClicked, this, &WindowModes::questionClicked);

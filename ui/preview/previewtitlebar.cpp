@@ -2,6 +2,7 @@
 
 #include "ui/style/styles.h"
 #include "ui/text/richtext.h"
+#include "ui/text/textwrap.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -88,7 +89,7 @@ PreviewTitleBar::PreviewTitleBar(QWidget *parent)
 
 void PreviewTitleBar::setPictureTitle(const QString &title)
 {
-    m_fullPictureTitle = readableText(title).simplified();
+    m_fullPictureTitle = readableText(shownPart(title)).simplified();
     cutPictureTitle();
 }
 

@@ -1,8 +1,9 @@
 #include "ui/text/bubblelabel.h"
 
 #include "ui/text/linklabel.h"
+#include "ui/text/markupbudget.h"
 #include "ui/text/resourceguard.h"
-#include "ui/text/tabledepth.h"
+#include "ui/text/textwrap.h"
 
 #include <QLabel>
 #include <QTextDocument>
@@ -17,10 +18,13 @@ QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent)
     return label;
 }
 
-void setBubbleText(QLabel *label, const QString &text)
+namespace {
+
+void setText(QLabel *label, const QString &text, MarkupBudget &budget)
 {
     const bool isRich = label->textFormat() != Qt::PlainText && Qt::mightBeRichText(text);
-    label->setText(isRich ? withoutDeepTables(text) : text);
+    const QString shown = withoutMarkRuns(text);
+    label->setText(isRich ? budget.affordable(shown) : shown);
     ResourceGuard::guard(label); // which has a document now, but has not read the text yet
     label->adjustSize();
     if (isRich) {
@@ -29,11 +33,25 @@ void setBubbleText(QLabel *label, const QString &text)
     }
 }
 
+} // namespace
+
+void setBubbleText(QLabel *label, const QString &text)
+{
+    MarkupBudget budget;
+    setText(label, text, budget);
+}
+
 void setWrappedText(QLabel *label, const QString &text)
+{
+    MarkupBudget budget;
+    setWrappedText(label, text, budget);
+}
+
+void setWrappedText(QLabel *label, const QString &text, MarkupBudget &budget)
 {
     // The text comes last, or a long one would be laid out several times.
     label->ensurePolished();
     label->setFixedWidth(textMaxWidth);
     label->setWordWrap(true);
-    setBubbleText(label, text);
+    setText(label, text, budget);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+class MarkupBudget;
 class QLabel;
 class QString;
 class QWidget;
@@ -11,9 +12,13 @@ inline constexpr int textMaxWidth = 446;
 /// be selected with the mouse, its links used with mouse and keyboard.
 [[nodiscard]] QLabel *makeBubbleLabel(const QString &styleSheet, QWidget *parent);
 
-/// Gives \a label its \a text, which reads nothing from elsewhere, and the size that takes.
+/// Gives \a label its \a text, which reads nothing from elsewhere, and the size that takes. Markup
+/// that costs too much to lay out is left away.
 void setBubbleText(QLabel *label, const QString &text);
 
 /// Fixes \a label to the width of bubble texts, breaks the lines of \a text between words and gives
 /// the label the height that takes.
 void setWrappedText(QLabel *label, const QString &text);
+
+/// The same for one of several texts, whose markup may cost no more than \a budget together.
+void setWrappedText(QLabel *label, const QString &text, MarkupBudget &budget);

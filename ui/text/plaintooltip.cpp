@@ -1,8 +1,11 @@
 #include "ui/text/plaintooltip.h"
 
+#include "ui/text/textwrap.h"
+
 #include <QTextDocument>
 
 QString plainToolTip(const QString &text)
 {
-    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+    const QString shown = rowPart(text); // a tip of a megabyte takes seconds to lay out
+    return Qt::mightBeRichText(shown) ? Qt::convertFromPlainText(shown) : shown;
 }

@@ -2,5 +2,6 @@
 
 #include <QString>
 
-/// \a text as a tool tip that shows it as it is, even where it looks like markup.
+/// \a text as a tool tip that shows it as it is, even where it looks like markup. One longer than
+/// any row is cut.
 [[nodiscard]] QString plainToolTip(const QString &text);

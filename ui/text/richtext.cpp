@@ -1,5 +1,7 @@
 #include "ui/text/richtext.h"
 
+#include "ui/text/markupbudget.h"
+
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 
@@ -14,5 +16,9 @@ QString asTyped(const QString &text)
 
 QString readableText(const QString &text)
 {
-    return Qt::mightBeRichText(text) ? QTextDocumentFragment::fromHtml(text).toPlainText() : text;
+    if (!Qt::mightBeRichText(text)) {
+        return text;
+    }
+    MarkupBudget budget;
+    return QTextDocumentFragment::fromHtml(budget.affordable(text)).toPlainText();
 }

@@ -1,8 +1,12 @@
 #include "ui/text/textwrap.h"
 
+#include "app/base/logstream.h"
+
 #include <QFontMetrics>
 #include <QHash>
 #include <QVector>
+
+#include <algorithm>
 
 namespace {
 
@@ -76,6 +80,30 @@ bool restFits(const QFontMetrics &metrics, CharacterWidths &widths, const QStrin
     return metrics.horizontalAdvance(text.mid(start)) <= width;
 }
 
+constexpr int longestMarkRun = 100;
+
+bool takesNoRoom(QChar character)
+{
+    switch (character.category()) {
+    case QChar::Mark_NonSpacing:
+    case QChar::Mark_Enclosing:
+    case QChar::Other_Format:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The first \a most characters of \a text and an ellipsis, or all of it; no pair is torn.
+QString cutTo(const QString &text, int most)
+{
+    if (text.size() <= most) {
+        return text;
+    }
+    const bool splitsPair = text.at(most - 1).isHighSurrogate();
+    return text.left(splitsPair ? most - 1 : most) + QChar(u'…');
+}
+
 } // namespace
 
 QString brokenToWidth(const QFontMetrics &metrics, const QString &text, int width)
@@ -102,9 +130,29 @@ QString brokenToWidth(const QFontMetrics &metrics, const QString &text, int widt
 
 QString shownPart(const QString &text)
 {
-    if (text.size() <= maxShownCharacters) {
+    return withoutMarkRuns(cutTo(text, maxShownCharacters));
+}
+
+QString withoutMarkRuns(const QString &text)
+{
+    int run = 0;
+    const auto isTooMany = [&run](QChar character) {
+        run = takesNoRoom(character) ? run + 1 : 0;
+        return run > longestMarkRun;
+    };
+    const auto first = std::find_if(text.cbegin(), text.cend(), isTooMany);
+    if (first == text.cend()) {
         return text;
     }
-    const bool splitsPair = text.at(maxShownCharacters - 1).isHighSurrogate();
-    return text.left(splitsPair ? maxShownCharacters - 1 : maxShownCharacters) + QChar(u'…');
+    QString kept = text;
+    run = 0;
+    const auto end = std::remove_if(kept.begin(), kept.end(), isTooMany);
+    kept.truncate(static_cast<int>(end - kept.begin()));
+    LOG_WARNING() << "marks are too many to be shown, left out: " << text.size() - kept.size();
+    return kept;
+}
+
+QString rowPart(const QString &text)
+{
+    return cutTo(text, mostOfARow);
 }

@@ -9,6 +9,8 @@ class TestTextWrap : public QObject
     Q_OBJECT
 
 private slots:
+    void marks_areKeptUpToAHundred();
+    void rowPart_isLongerThanARow();
     void shownPart_cutsOnlyWhatIsTooLong();
     void textThatFits_isUnchanged();
     void textOfExactlyTheWidth_staysOnOneLine();
@@ -135,6 +137,23 @@ void TestTextWrap::lines_areNeverWiderThanTheLimit()
     for (const QString &line : lines) {
         QVERIFY2(metrics().horizontalAdvance(line) <= lineWidth, qPrintable(line));
     }
+}
+
+void TestTextWrap::marks_areKeptUpToAHundred()
+{
+    const QString marked
+        = QLatin1Char('a') + QString(100, QChar(0x301)) + QStringLiteral("b\u00adc");
+    QCOMPARE(withoutMarkRuns(marked), marked);
+    const QString more = QLatin1Char('a') + QString(30, QChar(0xad)) + QString(500, QChar(0x301));
+    QCOMPARE(withoutMarkRuns(more + QLatin1Char('b') + more).size(), 2 * 101 + 1);
+    QVERIFY(withoutMarkRuns(more + QLatin1Char('b')).endsWith(QLatin1Char('b')));
+}
+
+void TestTextWrap::rowPart_isLongerThanARow()
+{
+    const QString longest(mostOfARow, QLatin1Char('i'));
+    QCOMPARE(rowPart(longest), longest);
+    QCOMPARE(rowPart(longest + longest), longest + QChar(u'…'));
 }
 
 void TestTextWrap::shownPart_cutsOnlyWhatIsTooLong()

@@ -8,12 +8,15 @@
 #include "ui/style/myproxystyle.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
+#include "ui/text/markupbudget.h"
 #include "ui/text/richtext.h"
+#include "ui/text/textwrap.h"
 
 #include <QCoreApplication>
 #include <QLabel>
 #include <QPalette>
 #include <QPointer>
+#include <QPushButton>
 
 #include <memory>
 
@@ -67,19 +70,22 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus); // its texts and pictures take the focus
-    setAccessibleName(readableText(title));
+    setAccessibleName(readableText(shownPart(title)));
     QVector<ReplyPiece> pieces = splitReply(reply);
     const bool cut = limitRows(pieces);
+    joinFarRows(pieces);
+    MarkupBudget budget;
     for (const ReplyPiece &piece : qAsConst(pieces)) {
         if (piece.kind == ReplyPiece::Kind::Text) {
-            addParagraph(piece.source);
+            addParagraph(piece.source, budget);
         } else {
             addPicture(piece.source, title, pictures);
         }
     }
     if (cut) {
         LOG_WARNING() << "answer is too long to be shown whole, characters: " << reply.size();
-        addParagraph(QCoreApplication::translate("QARegion", "（内容过长，仅显示前一部分。）"));
+        addParagraph(QCoreApplication::translate("QARegion", "（内容过长，仅显示前一部分。）"),
+                     budget);
     }
 }
 
@@ -98,7 +104,7 @@ void AnswerContent::addPicture(const QString &source, const QString &title,
     row->joinListAs(addRow(row));
 }
 
-void AnswerContent::addParagraph(const QString &source)
+void AnswerContent::addParagraph(const QString &source, MarkupBudget &budget)
 {
     QWidget *row = makeRow(viewport());
     QLabel *label = makeBubbleLabel(styles::paragraph, row);
@@ -106,7 +112,7 @@ void AnswerContent::addParagraph(const QString &source)
     label->setOpenExternalLinks(true);
     label->setFont(paragraphFont());
     label->setPalette(paragraphPalette(*label));
-    setWrappedText(label, QLatin1String("<p>") + source + QLatin1String("</p>"));
+    setWrappedText(label, QLatin1String("<p>") + source + QLatin1String("</p>"), budget);
     label->move(0, 0);
     row->setFixedSize(textMaxWidth, label->height());
     m_paragraphs.append(label);
@@ -123,4 +129,13 @@ QListWidgetItem *AnswerContent::addRow(QWidget *row)
     // No widget can be higher; sizes that a rich text asks for may be absurd.
     m_contentHeight = qMin(m_contentHeight + row->height(), mostContentHeight);
     return item;
+}
+
+QWidget *AnswerContent::readPart(int row) const
+{
+    QWidget *const widget = itemWidget(item(row));
+    if (const auto *picture = qobject_cast<PictureRow *>(widget)) {
+        return picture->button();
+    }
+    return widget == nullptr ? nullptr : widget->findChild<QLabel *>();
 }

@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QVector>
 
+class MarkupBudget;
 class PictureRow;
 class QLabel;
 
@@ -26,10 +27,13 @@ public:
     /// The rows of the pictures, in order.
     [[nodiscard]] const QVector<PictureRow *> &pictureRows() const { return m_pictureRows; }
 
+    /// What a screen reader reads in row \a row: a text, or the button over a picture.
+    [[nodiscard]] QWidget *readPart(int row) const;
+
 private:
     void addPicture(const QString &source, const QString &title,
                     QVector<ConversationPicture> &pictures);
-    void addParagraph(const QString &source);
+    void addParagraph(const QString &source, MarkupBudget &budget);
     QListWidgetItem *addRow(QWidget *row);
 
     QVector<QLabel *> m_paragraphs;

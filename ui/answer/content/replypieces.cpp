@@ -39,11 +39,37 @@ ParagraphTag nextTag(const QString &reply, int from)
     return {reply.size(), 0};
 }
 
+/// A place in a text, and the characters outside tags before it.
+struct Extent
+{
+    int length;
+    int characters;
+};
+
+/// The longest beginning of \a text that has no more than \a most characters outside tags.
+Extent beginning(const QStringRef &text, int most)
+{
+    Extent extent{0, 0};
+    bool inTag = false;
+    for (; extent.length < text.size(); ++extent.length) {
+        const QChar character = text.at(extent.length);
+        if (character == QLatin1Char('<')) {
+            inTag = true;
+        } else if (character == QLatin1Char('>') && inTag) {
+            inTag = false;
+        } else if (!inTag && ++extent.characters > most) {
+            return {extent.length, most};
+        }
+    }
+    return extent;
+}
+
 } // namespace
 
 bool limitRows(QVector<ReplyPiece> &rows)
 {
     int characters = 0;
+    int source = 0;
     for (int i = 0; i < rows.size(); ++i) {
         ReplyPiece &row = rows[i];
         if (i == maxAnswerRows) {
@@ -53,15 +79,35 @@ bool limitRows(QVector<ReplyPiece> &rows)
         if (row.kind != ReplyPiece::Kind::Text) {
             continue;
         }
-        const int room = maxAnswerCharacters - characters;
-        if (row.source.size() > room) {
-            row.source.truncate(room);
-            rows.resize(room > 0 ? i + 1 : i);
+        const Extent shown = beginning(row.source.leftRef(maxAnswerSource - source),
+                                       maxAnswerCharacters - characters);
+        if (row.source.size() > shown.length) {
+            row.source.truncate(shown.length);
+            rows.resize(shown.length > 0 ? i + 1 : i);
             return true;
         }
-        characters += row.source.size();
+        source += shown.length;
+        characters += shown.characters;
     }
     return false;
+}
+
+void joinFarRows(QVector<ReplyPiece> &rows)
+{
+    QVector<ReplyPiece> joined = rows.mid(0, maxOwnRows);
+    int paragraphs = 0; // in the last row, 0 when it takes no more
+    for (int i = maxOwnRows; i < rows.size(); ++i) {
+        const ReplyPiece &row = rows.at(i);
+        const bool isText = row.kind == ReplyPiece::Kind::Text;
+        if (isText && paragraphs > 0 && paragraphs < paragraphsOfASharedRow) {
+            joined.last().source += QLatin1String("</p><p>") + row.source;
+            ++paragraphs;
+        } else {
+            joined.append(row);
+            paragraphs = isText ? 1 : 0;
+        }
+    }
+    rows = joined;
 }
 
 QVector<ReplyPiece> splitReply(const QString &reply)

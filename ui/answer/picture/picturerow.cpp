@@ -1,6 +1,7 @@
 #include "ui/answer/picture/picturerow.h"
 
 #include "ui/answer/picture/inlinepicture.h"
+#include "ui/style/movierest.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
 
@@ -46,6 +47,7 @@ void PictureRow::showPicture(const QString &part, const QPixmap &pixmap, const Q
         auto *movie = new QMovie(gifPath, QByteArray(), m_label);
         m_label->setScaledContents(true);
         m_label->setMovie(movie);
+        new MovieRest(movie, m_label); // which the movie owns
         movie->start();
         return;
     }

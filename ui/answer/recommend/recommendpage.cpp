@@ -4,6 +4,7 @@
 #include "ui/answer/recommend/recommendpaging.h"
 #include "ui/style/hovermark.h"
 #include "ui/style/styles.h"
+#include "ui/text/textwrap.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -70,7 +71,7 @@ RecommendPage::RecommendPage(const QVector<ListedQuestion> &recommends, int star
 
 void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLabel *measure)
 {
-    const QString shown = elided(recommend.text, elision, measure);
+    const QString shown = elided(rowPart(recommend.text), elision, measure);
 
     auto *row = new QWidget(viewport());
     row->setContentsMargins(0, 0, 0, 0);
@@ -91,9 +92,10 @@ void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLa
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
     } else {
         new HoverMark(button);
+        m_questions.append(button);
     }
     if (elision == Elision::Later && shown != recommend.text) {
-        button->setToolTip(asShown(recommend.text));
+        button->setToolTip(asShown(rowPart(recommend.text)));
     }
     connect(button, &QPushButton::clicked, this,
             [this, recommend] { emit recommendClicked(recommend.text, recommend.id); });

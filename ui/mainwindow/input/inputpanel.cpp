@@ -1,5 +1,7 @@
 #include "ui/mainwindow/input/inputpanel.h"
 
+#include "ui/mainwindow/input/heldtext.h"
+#include "ui/mainwindow/input/inputbox.h"
 #include "ui/mainwindow/input/inputmenu.h"
 
 #include <QCursor>
@@ -36,7 +38,7 @@ void setInputStyle(QTextEdit *input, const QString &style)
 
 QTextEdit *makeInput(QWidget *parent)
 {
-    auto *input = new QTextEdit(parent);
+    auto *input = new InputBox(parent);
     input->setGeometry(inputPlace);
     input->setPlaceholderText(InputPanel::tr("您可以尝试在此描述您的问题。"));
     input->setAlignment(Qt::AlignLeft);
@@ -88,6 +90,11 @@ void InputPanel::applyTypingStyle()
     if (m_input->styleSheet() != typingStyle) {
         setInputStyle(m_input, typingStyle);
     }
+}
+
+QString InputPanel::text() const
+{
+    return wholeText(*m_input->document());
 }
 
 bool InputPanel::isComposing() const

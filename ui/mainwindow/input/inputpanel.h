@@ -17,6 +17,9 @@ public:
 
     [[nodiscard]] QTextEdit *input() const { return m_input; }
 
+    /// All that is in the box, also what it holds without showing it.
+    [[nodiscard]] QString text() const;
+
     /// Gives the typed text its dark, regular look in place of the grey bold one of the start.
     void applyTypingStyle();
 

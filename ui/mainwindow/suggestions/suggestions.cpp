@@ -4,6 +4,7 @@
 #include "service/reply/listedquestion.h"
 #include "ui/answer/qaregion.h"
 #include "ui/answer/questioncycle.h"
+#include "ui/mainwindow/input/heldtext.h"
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
 
 #include <QJsonArray>
@@ -19,7 +20,7 @@ Suggestions::Suggestions(QTextEdit *input, QARegion *region, QWidget *place)
 
 bool Suggestions::textHasChanged()
 {
-    const QString text = m_input->toPlainText();
+    const QString text = wholeText(*m_input->document());
     if (nSize_association > 0 && text.isEmpty()) {
         close();
     }
@@ -33,13 +34,13 @@ void Suggestions::fetch()
     if (m_isStopped) {
         return;
     }
-    const QString text = m_input->toPlainText();
+    const QString text = wholeText(*m_input->document());
     ++m_fetches;
     const QJsonArray suggestions = m_region->suggestionsFor(text);
     --m_fetches;
     LOG_INFO() << "nSize_association: " << suggestions.size();
     // Meanwhile the user may have typed on or sent the text, and a later fetch may have ended.
-    const QString typedNow = m_input->toPlainText();
+    const QString typedNow = wholeText(*m_input->document());
     if (text == typedNow || m_shownText != typedNow) {
         close();
     }

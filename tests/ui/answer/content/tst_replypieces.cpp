@@ -15,6 +15,9 @@ private slots:
     void answerWithinTheLimits_isNotCut();
     void tooManyCharacters_areCut();
     void tooManyRows_areCut();
+    void tags_doNotCountAsCharacters();
+    void tooManyTags_areCut();
+    void farParagraphs_shareRows_picturesDoNot();
     void pictures_doNotCountAsCharacters();
 };
 
@@ -102,6 +105,39 @@ void TestReplyPieces::tooManyRows_areCut()
     QVERIFY(limitRows(rows));
     QCOMPARE(rows.size(), maxAnswerRows);
     QVERIFY(!limitRows(rows));
+}
+
+void TestReplyPieces::tags_doNotCountAsCharacters()
+{
+    QVector<ReplyPiece> rows{
+        {Kind::Text, QStringLiteral("<b title=\"xxxxxxxxxx\">y</b>").repeated(5000)}};
+    QVERIFY(!limitRows(rows));
+}
+
+void TestReplyPieces::tooManyTags_areCut()
+{
+    QVector<ReplyPiece> rows{{Kind::Text, QStringLiteral("<i>").repeated(maxAnswerSource)}};
+    QVERIFY(limitRows(rows));
+    QCOMPARE(rows.first().source.size(), maxAnswerSource);
+}
+
+void TestReplyPieces::farParagraphs_shareRows_picturesDoNot()
+{
+    QVector<ReplyPiece> rows(maxOwnRows, {Kind::Text, QStringLiteral("x")});
+    joinFarRows(rows);
+    QCOMPARE(rows.size(), maxOwnRows);
+    rows += {{Kind::Text, QStringLiteral("a")},
+             {Kind::Text, QStringLiteral("b")},
+             {Kind::Picture, QStringLiteral("p")},
+             {Kind::Text, QStringLiteral("c")}};
+    joinFarRows(rows);
+    const QVector<ReplyPiece> far{{Kind::Text, QStringLiteral("a</p><p>b")},
+                                  {Kind::Picture, QStringLiteral("p")},
+                                  {Kind::Text, QStringLiteral("c")}};
+    QCOMPARE(rows.mid(maxOwnRows), far);
+    rows.insert(maxOwnRows, paragraphsOfASharedRow, {Kind::Text, QStringLiteral("y")});
+    joinFarRows(rows);
+    QCOMPARE(rows.size(), maxOwnRows + 4); // one row holds no more than its hundred
 }
 
 void TestReplyPieces::pictures_doNotCountAsCharacters()

@@ -1,0 +1,240 @@
+#include "app/base/apppaths.h"
+#include "resources/resources.h"
+#include "service/reply/listedquestion.h"
+#include "tests/support/logcapture.h"
+#include "tests/ui/support/guicost.h"
+#include "ui/answer/bubble/answeritem.h"
+#include "ui/answer/content/answercontent.h"
+#include "ui/answer/qaregion.h"
+
+#include <QDir>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// Whatever the service sends, the window handles events again within a second of its thread's
+/// processor time.
+class TestHeavyAnswers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void reply_data();
+    void reply();
+    void title_data();
+    void title();
+    void recommendation_data();
+    void recommendation();
+    void question_data();
+    void question();
+
+private:
+    void look(const char *what, const std::function<void()> &action);
+    void checkMemory() const;
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QARegion> m_region;
+};
+
+namespace {
+
+constexpr qint64 mostStallMs = 1000;
+constexpr qint64 mostMemoryMb = 1024;
+
+QString repeated(const char *part, int characters)
+{
+    const QString text = QString::fromUtf8(part);
+    return text.repeated(characters / text.size() + 1);
+}
+
+QString nested(const char *opening, const char *closing, int depth)
+{
+    return QString::fromUtf8(opening).repeated(depth) + QStringLiteral("里")
+         + QString::fromUtf8(closing).repeated(depth);
+}
+
+/// Texts of \a characters that give much to measure.
+void addTexts(int characters)
+{
+    QTest::addColumn<QString>("text");
+    const auto row = [characters](const char *name, const char *part) {
+        QTest::newRow(name) << repeated(part, characters);
+    };
+    row("letters without a blank", "x");
+    row("ideographs without a blank", "长");
+    row("words", "lorem ipsum ");
+    row("combining marks", "\u0301");
+    row("letters with ten marks each",
+        "a\u0301\u0302\u0303\u0304\u0305\u0306\u0307\u0308\u0309\u030a");
+    row("Thai without a blank", "ภาษาไทยสวัสดีครับ");
+    row("Arabic without a blank", "مرحبابالعالم");
+    row("Devanagari without a blank", "क्षत्रिय");
+    row("family emoji", "\U0001F468\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466");
+    row("joiners", "\u200D");
+    row("blanks without a break", "\u00A0");
+    row("soft hyphens", "\u00AD");
+    row("turned directions", "\u202Ea\u202Db");
+    row("embedded directions", "\u202Ba");
+    row("line separators", "\u2028");
+    row("line ends", "\n");
+    row("tabs", "\t");
+}
+
+} // namespace
+
+void TestHeavyAnswers::initTestCase()
+{
+    initResources();
+    initAppPaths(QString());
+}
+
+void TestHeavyAnswers::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QDir::setCurrent(m_folder->path());
+    m_region = std::make_unique<QARegion>();
+    m_region->resize(647, 490);
+    m_region->show();
+    QCoreApplication::processEvents();
+    resetPeakMemory();
+}
+
+void TestHeavyAnswers::cleanup()
+{
+    m_region.reset();
+    QDir::setCurrent(QDir::tempPath());
+    m_folder.reset();
+}
+
+void TestHeavyAnswers::look(const char *what, const std::function<void()> &action)
+{
+    const qint64 stall = longestStallMs(action);
+    qInfo("%s: %lld ms, %lld MiB", what, stall, peakMemoryMb());
+    QVERIFY2(stall < mostStallMs, what);
+}
+
+void TestHeavyAnswers::checkMemory() const
+{
+    QVERIFY(peakMemoryMb() < mostMemoryMb);
+}
+
+void TestHeavyAnswers::reply_data()
+{
+    addTexts(1'000'000);
+    const auto row = [](const char *name, const QString &reply) {
+        QTest::newRow(name) << reply;
+    };
+    row("38,000 blocks in each other", nested("<div>", "", 38'000));
+    row("15,000 closed blocks in each other", nested("<div>", "</div>", 15'000));
+    row("lists in each other", nested("<ul><li>", "", 20'000));
+    row("closed lists in each other", nested("<ul><li>", "</li></ul>", 9'000));
+    row("spans in each other", nested("<span>", "", 30'000));
+    row("coloured spans in each other", nested("<span style='color:red'>", "", 8'000));
+    row("fonts in each other", nested("<font size=+1>", "", 14'000));
+    row("quotes in each other", nested("<blockquote>", "", 15'000));
+    row("links in each other", nested("<a href=x>", "", 20'000));
+    row("unknown elements in each other", nested("<x>", "", 60'000));
+    row("tables in each other", nested("<table><tr><td>", "", 10'000));
+    row("blocks behind comments", nested("<div><!--</div>-->", "", 11'000));
+    row("blocks behind attributes", nested("<div title='</div>'>", "", 10'000));
+    row("one table of many cells",
+        QLatin1String("<table>") + repeated("<tr><td>a<td>b", 190'000) + QLatin1String("</table>"));
+    row("a table with one wide row",
+        QLatin1String("<table><tr>") + repeated("<td>a", 190'000) + QLatin1String("</table>"));
+    row("a cell over many columns",
+        QStringLiteral("<table><tr><td colspan=1000000 rowspan=1000000>a</td></tr></table>"));
+    row("many cells over many columns",
+        QStringLiteral("<table>") + repeated("<tr><td colspan=1000 rowspan=1000>a</td>", 100'000));
+    row("many tables", repeated("<table><tr><td>a</table>", 190'000));
+    row("many list entries", QLatin1String("<ol>") + repeated("<li>a", 190'000));
+    row("many line breaks", repeated("<br>a", 190'000));
+    row("many rules", repeated("<hr>", 190'000));
+    row("many style rules", QLatin1String("<style>") + repeated("b i{color:red}", 90'000)
+                                + QLatin1String("</style>") + repeated("<b>a</b><i>b</i>", 90'000));
+    QString fonts;
+    for (int size = 1; size < 3000; ++size) {
+        fonts += QStringLiteral("<span style='font-size:%1px'>字</span>").arg(size);
+    }
+    row("many font sizes", fonts);
+    row("a huge font", QStringLiteral("<span style='font-size:2000px'>") + repeated("字", 3000));
+    row("many links", repeated("<a href=http://x.example>a</a>", 190'000));
+    row("10,000 paragraphs", repeated("<p>段</p>", 80'000));
+    row("100,000 paragraphs", repeated("<p>段</p>", 800'000));
+    row("20,000 attributes",
+        QLatin1String("<div ") + repeated("a=b ", 190'000) + QLatin1String(">x</div>"));
+    row("preformatted", QLatin1String("<pre>") + repeated("x", 190'000));
+    row("entities", repeated("&amp;", 190'000));
+    row("opened brackets", repeated("<", 190'000));
+}
+
+void TestHeavyAnswers::reply()
+{
+    QFETCH(QString, text);
+    look("shown", [&] { m_region->showAnswer(QStringLiteral("标题"), text); });
+    look("opened", [this] { m_region->FoldToOpen_answer(0); });
+    auto *bar = m_region->findChild<QListWidget *>()->verticalScrollBar();
+    look("scrolled to its middle", [bar] { bar->setValue(bar->maximum() / 2); });
+    look("scrolled to its end", [bar] { bar->setValue(bar->maximum()); });
+    look("next answer",
+         [this] { m_region->showAnswer(QStringLiteral("标题"), QStringLiteral("<p>下一个</p>")); });
+    look("scrolled back", [bar] { bar->setValue(0); });
+    checkMemory();
+}
+
+void TestHeavyAnswers::title_data()
+{
+    addTexts(1'000'000);
+    QTest::newRow("blocks in each other") << nested("<div>", "", 38'000);
+    QTest::newRow("tables in each other") << nested("<table><tr><td>", "", 10'000);
+}
+
+void TestHeavyAnswers::title()
+{
+    QFETCH(QString, text);
+    look("shown", [&] { m_region->showAnswer(text, QStringLiteral("<p>答</p>")); });
+    checkMemory();
+}
+
+void TestHeavyAnswers::recommendation_data()
+{
+    addTexts(1'000'000);
+}
+
+void TestHeavyAnswers::recommendation()
+{
+    QFETCH(QString, text);
+    const QVector<ListedQuestion> recommends(15, {text, 1});
+    look("below an answer", [&] {
+        m_region->showAnswerWithRecommends(QStringLiteral("标题"), QStringLiteral("<p>答</p>"),
+                                           recommends, QStringLiteral("问"));
+    });
+    look("on its own", [&] { m_region->showRecommendOnly(recommends, QStringLiteral("问")); });
+    const auto buttons = m_region->findChildren<QPushButton *>();
+    for (QPushButton *button : buttons) {
+        if (button->text() == QStringLiteral("换一换")) {
+            look("next page", [button] { button->click(); });
+        }
+    }
+    checkMemory();
+}
+
+void TestHeavyAnswers::question_data()
+{
+    addTexts(1'000'000);
+}
+
+void TestHeavyAnswers::question()
+{
+    QFETCH(QString, text);
+    look("shown", [&] { m_region->addQuestionBubble(text); });
+    checkMemory();
+}
+
+QTEST_MAIN(TestHeavyAnswers)
+#include "tst_heavyanswers.moc"

@@ -1,0 +1,154 @@
+#include "tests/support/logcapture.h"
+#include "tests/ui/support/guicost.h"
+#include "tests/ui/support/windowbench.h"
+#include "ui/mainwindow/input/inputbox.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextEdit>
+
+/// Whatever is pasted and sent, the window handles events again within a second of its thread's
+/// processor time, and all of it is asked.
+class TestHeavyInput : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void pasted_data();
+    void pasted();
+    void heldText_isCopied_deleted_andBroughtBack();
+    void shortPaste_isShownWhole();
+    void guardQuestion();
+    void hotQuestion();
+
+private:
+    void look(const char *what, const std::function<void()> &action);
+    [[nodiscard]] QString asked() const;
+
+    std::unique_ptr<WindowBench> m_bench;
+};
+
+namespace {
+
+constexpr qint64 mostStallMs = 1000;
+constexpr qint64 mostMemoryMb = 1024;
+
+} // namespace
+
+void TestHeavyInput::init()
+{
+    m_bench = std::make_unique<WindowBench>();
+    m_bench->timer("associationTick").stop();
+    m_bench->startGreeted();
+    resetPeakMemory();
+}
+
+void TestHeavyInput::cleanup()
+{
+    m_bench.reset();
+}
+
+void TestHeavyInput::look(const char *what, const std::function<void()> &action)
+{
+    const qint64 stall = longestStallMs(action);
+    qInfo("%s: %lld ms, %lld MiB", what, stall, peakMemoryMb());
+    QVERIFY2(stall < mostStallMs, what);
+    QVERIFY2(peakMemoryMb() < mostMemoryMb, what);
+}
+
+QString TestHeavyInput::asked() const
+{
+    const auto bodies = m_bench->bodies(WindowBench::askPath);
+    return bodies.isEmpty() ? QString()
+                            : bodies.last().value(QStringLiteral("rawQuery")).toString();
+}
+
+void TestHeavyInput::pasted_data()
+{
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const char *part, int characters) {
+        const QString text = QString::fromUtf8(part);
+        QTest::newRow(name) << text.repeated(characters / text.size());
+    };
+    row("1 MB of letters", "x", 1'000'000);
+    row("1 MB of ideographs", "长", 1'000'000);
+    row("10 MB of letters", "x", 10'000'000);
+    row("1 MB of words", "lorem ipsum ", 1'000'000);
+    row("1 MB of lines", "一行\n", 1'000'000);
+    row("1 MB of Thai", "ภาษาไทยสวัสดีครับ", 1'000'000);
+    row("1 MB of Arabic", "مرحبابالعالم", 1'000'000);
+    row("1 MB of family emoji", "\U0001F468\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466",
+        1'000'000);
+    row("100,000 combining marks", "\u0301", 100'000);
+    row("1 MB of turned directions", "\u202Ea\u202Db", 1'000'000);
+}
+
+void TestHeavyInput::pasted()
+{
+    QFETCH(QString, text);
+    QApplication::clipboard()->setText(text);
+    look("pasted", [this] { m_bench->input()->paste(); });
+    look("typed on", [this] { QTest::keyClicks(m_bench->input(), QStringLiteral("a")); });
+    look("scrolled", [this] { m_bench->input()->verticalScrollBar()->setValue(0); });
+    look("ticked", [this] { m_bench->window().showAssociation(); });
+    look("typed again", [this] {
+        QTest::keyClicks(m_bench->input(), QStringLiteral("b"));
+        m_bench->window().showAssociation();
+    });
+    look("sent", [this] { m_bench->window().send_messages(); });
+    QVERIFY(asked() == (text + QStringLiteral("ab")).simplified());
+    look("next question", [this] { m_bench->send(QStringLiteral("下一个")); });
+    QCOMPARE(asked(), QStringLiteral("下一个"));
+}
+
+void TestHeavyInput::heldText_isCopied_deleted_andBroughtBack()
+{
+    const QString text = QString(InputBox::mostShown, QChar(u'长')) + QStringLiteral("末\n尾");
+    const auto copied = [this] {
+        m_bench->input()->selectAll();
+        m_bench->input()->copy();
+        return QApplication::clipboard()->text();
+    };
+    QApplication::clipboard()->setText(text);
+    m_bench->input()->paste();
+    QVERIFY(copied() == text);
+    m_bench->input()->moveCursor(QTextCursor::End);
+    QTest::keyClick(m_bench->input(), Qt::Key_Backspace);
+    QVERIFY(copied().size() < text.size());
+    m_bench->input()->undo();
+    QVERIFY(copied() == text);
+    m_bench->window().send_messages();
+    QVERIFY(asked() == text.simplified());
+}
+
+void TestHeavyInput::shortPaste_isShownWhole()
+{
+    const QString text(InputBox::mostShown - 1, QChar(u'长'));
+    QApplication::clipboard()->setText(text);
+    m_bench->input()->paste();
+    QVERIFY(m_bench->input()->toPlainText() == text);
+}
+
+void TestHeavyInput::guardQuestion()
+{
+    const QString text(10'000'000, QLatin1Char('x'));
+    look("asked", [&] {
+        m_bench->window().sendSysguardQuest(QJsonObject{{QStringLiteral("question"), text}});
+    });
+    QVERIFY(asked() == text);
+}
+
+void TestHeavyInput::hotQuestion()
+{
+    const QString text(1'000'000, QChar(u'长'));
+    look("asked", [&] { m_bench->window().hotRecom_list_click(text, 1); });
+    QVERIFY(asked() == text);
+}
+
+QTEST_MAIN(TestHeavyInput)
+#include "tst_heavyinput.moc"

@@ -1,0 +1,117 @@
+#include "tests/support/logcapture.h"
+#include "ui/text/markupbudget.h"
+#include "ui/text/markupscan.h"
+
+#include <QTest>
+
+/// Markup is shown as it is unless Qt would spend too long on it.
+class TestMarkupBudget : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ordinaryMarkup_isKept_data();
+    void ordinaryMarkup_isKept();
+    void dearMarkup_givesItsText_data();
+    void dearMarkup_givesItsText();
+    void severalTexts_shareOneBudget();
+    void bareText_isReadable_data();
+    void bareText_isReadable();
+};
+
+void TestMarkupBudget::ordinaryMarkup_isKept_data()
+{
+    QTest::addColumn<QString>("html");
+    const auto row = [](const char *name, const QString &html) {
+        QTest::newRow(name) << html;
+    };
+    row("nothing", QString());
+    row("no markup", QStringLiteral("a < b"));
+    row("styled words",
+        QStringLiteral("<span style=\"font-size:16px;color:#102030\">字</span><br>").repeated(500));
+    row("a table of 100 rows", QStringLiteral("<table>")
+                                   + QStringLiteral("<tr><td>a</td><td>b</td></tr>").repeated(100)
+                                   + QStringLiteral("</table>"));
+    row("1,000 entries", QStringLiteral("<ul>") + QStringLiteral("<li>a</li>").repeated(1000)
+                             + QStringLiteral("</ul>"));
+    row("twenty levels", QStringLiteral("<div>").repeated(20) + QStringLiteral("x"));
+    row("a large heading", QStringLiteral("<b style=\"font-size:120px\">x</b>"));
+    row("a wide margin", QStringLiteral("<b style=\"font-weight:bold;margin:1000px\">x</b>"));
+}
+
+void TestMarkupBudget::ordinaryMarkup_isKept()
+{
+    QFETCH(QString, html);
+    const LogCapture log;
+    QCOMPARE(MarkupBudget().affordable(html), html);
+    QVERIFY(log.lines().isEmpty());
+}
+
+void TestMarkupBudget::dearMarkup_givesItsText_data()
+{
+    QTest::addColumn<QString>("html");
+    const auto row = [](const char *name, const QString &html) {
+        QTest::newRow(name) << html + QStringLiteral("里");
+    };
+    row("blocks", QStringLiteral("<div>").repeated(10'000));
+    row("unknown elements", QStringLiteral("<x>").repeated(10'000));
+    row("blocks that a comment seems to close", QStringLiteral("<x><!--</x>-->").repeated(10'000));
+    row("blocks that a title seems to close", QStringLiteral("<x title='</x>'>").repeated(10'000));
+    row("entries", QStringLiteral("<li></li>").repeated(10'000));
+    row("cells", QStringLiteral("<td></td>").repeated(10'000));
+    row("a cell across many", QStringLiteral("<td colspan=9999>"));
+    row("a cell down many", QStringLiteral("<td ROWSPAN = '9999'>"));
+    row("style rules", QStringLiteral("<style>") + QStringLiteral("b{}").repeated(5000)
+                           + QStringLiteral("</style>") + QStringLiteral("<b></b>").repeated(5000));
+    row("style rules at the end",
+        QStringLiteral("<b></b>").repeated(5000) + QStringLiteral("<style>")
+            + QStringLiteral("b{}").repeated(5000) + QStringLiteral("</style>"));
+    row("a huge font", QStringLiteral("<b style='FONT-SIZE: 2000PX'>"));
+    row("a huge font by its short name", QStringLiteral("<b style='font:2000.5pt serif'>"));
+}
+
+void TestMarkupBudget::dearMarkup_givesItsText()
+{
+    QFETCH(QString, html);
+    const LogCapture log;
+    QCOMPARE(MarkupBudget().affordable(html), QStringLiteral("<p>里</p>"));
+    QCOMPARE(log.linesWith(QStringLiteral("warning: ")).size(), 1);
+}
+
+void TestMarkupBudget::severalTexts_shareOneBudget()
+{
+    const QString table = QStringLiteral("<td>x</td>").repeated(1200);
+    MarkupBudget budget;
+    QCOMPARE(budget.affordable(table), table);
+    QVERIFY(budget.affordable(table) != table);
+    const QString words = QStringLiteral("<b>x</b>");
+    QCOMPARE(budget.affordable(words), words); // what costs little is still shown
+}
+
+void TestMarkupBudget::bareText_isReadable_data()
+{
+    QTest::addColumn<QString>("html");
+    QTest::addColumn<QString>("bare");
+    QTest::newRow("blocks") << "<div>a</div><div>b<br/><br>c</div>"
+                            << "a<br>b<br>c";
+    QTest::newRow("words") << "a <b>b</b> c"
+                           << "a b c";
+    QTest::newRow("entities") << "a &lt; b"
+                              << "a &lt; b";
+    QTest::newRow("hidden") << "<style>a{b}</style><!-- <c> -->d<script>e</script>f"
+                            << "df";
+    QTest::newRow("never closed") << "a<b title='"
+                                  << "a";
+    QTest::newRow("nothing in it") << "<div><p></div>"
+                                   << "";
+}
+
+void TestMarkupBudget::bareText_isReadable()
+{
+    QFETCH(QString, html);
+    QFETCH(QString, bare);
+    QCOMPARE(bareText(html), bare);
+}
+
+QTEST_MAIN(TestMarkupBudget)
+#include "tst_markupbudget.moc"
