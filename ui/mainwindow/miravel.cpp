@@ -20,6 +20,7 @@
 #include "ui/mainwindow/windowmodes.h"
 #include "ui/preview/animationfile.h"
 #include "ui/preview/imagedisplay.h"
+#include "ui/style/tooltiplook.h"
 
 #include <QCursor>
 #include <QDir>
@@ -42,6 +43,7 @@ Miravel::Miravel(QWidget *parent)
     , m_modes(std::make_unique<WindowModes>(m_form, m_timers))
     , m_drag(this)
 {
+    new ToolTipLook(this);
     connectTitleBar();
     connectTimers();
     connectInput();

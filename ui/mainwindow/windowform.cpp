@@ -3,6 +3,7 @@
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/frame/titlebar.h"
 #include "ui/mainwindow/input/inputpanel.h"
+#include "ui/style/focusstyle.h"
 #include "ui/style/windowsize.h"
 
 #include <QCoreApplication>
@@ -28,6 +29,7 @@ QWidget *makeInner(QWidget &window)
 
 WindowForm buildWindowForm(QWidget &window, bool aboutMenu)
 {
+    FocusStyle::install(); // before there are widgets that would have to be polished anew
     if (window.objectName().isEmpty()) {
         window.setObjectName(QStringLiteral("Miravel"));
     }

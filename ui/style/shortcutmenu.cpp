@@ -1,14 +1,10 @@
 #include "ui/style/shortcutmenu.h"
 
-#include "ui/style/roundedmask.h"
-
 #include <QLabel>
 #include <QPushButton>
 #include <QWidgetAction>
 
 namespace {
-
-constexpr int cornerRadius = 6; // as in the menu's style
 
 const QLatin1String
     disabledHint("QLabel{background-color:transparent;color:#d0d2d9;font:12px;border:none;}");
@@ -36,26 +32,9 @@ QString buttonStyle(const ShortcutMenu::Row &row, bool enabled)
 } // namespace
 
 ShortcutMenu::ShortcutMenu(const QSize &size, QWidget *parent)
-    : QMenu(parent)
+    : HouseMenu(parent)
 {
     setFixedSize(size);
-    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
-    setAttribute(Qt::WA_TranslucentBackground);
-    setAttribute(Qt::WA_DeleteOnClose);
-    setStyleSheet(QStringLiteral("QMenu{background-color: #ffffff;border:1px solid rgba(5, 34, 91, "
-                                 "0.2); border-radius: 6px;}"));
-}
-
-void ShortcutMenu::showEvent(QShowEvent *event)
-{
-    cutWithoutCompositor(*this, rect(), cornerRadius);
-    QMenu::showEvent(event);
-}
-
-void ShortcutMenu::paintEvent(QPaintEvent *event)
-{
-    fillWithoutCompositor(*this, Qt::white);
-    QMenu::paintEvent(event);
 }
 
 QAction *ShortcutMenu::addRow(const Row &row, bool enabled)

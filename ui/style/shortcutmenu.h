@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QMenu>
+#include "ui/style/housemenu.h"
 
-/// A small white menu whose rows are a text with its keyboard shortcut in grey behind it. Deletes
-/// itself when it closes.
-class ShortcutMenu : public QMenu
+/// A menu whose rows are a text with its keyboard shortcut in grey behind it.
+class ShortcutMenu : public HouseMenu
 {
     Q_OBJECT
     Q_DISABLE_COPY(ShortcutMenu)
@@ -26,8 +25,4 @@ public:
     /// Appends \a row, greyed when not \a enabled. Its action is triggered by a click on it, or by
     /// the Return key.
     QAction *addRow(const Row &row, bool enabled);
-
-protected:
-    void showEvent(QShowEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
 };

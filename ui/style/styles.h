@@ -52,6 +52,22 @@ inline constexpr QLatin1String blueButton(
 /// A button that is seen only by its cursor.
 inline constexpr QLatin1String flatButton("QPushButton{background-color:transparent;border:none;}");
 
+/// A menu, and what its entries are when they have no widgets of their own.
+inline constexpr QLatin1String menu("QMenu{background-color: #ffffff;border:1px solid rgba(5, 34, "
+                                    "91, 0.2); border-radius: 6px;}");
+inline constexpr QLatin1String
+    menuEntries("QMenu{padding:6px 0px;}QMenu::item{height:27px;padding:0px 24px 0px 12px;"
+                "background-color:transparent;color:#1d2633;}QMenu::item:selected{"
+                "background-color:#f4f5f8;}");
+
+/// A tool tip, which looks as a menu does.
+inline constexpr QLatin1String
+    toolTip("QToolTip{background-color:#ffffff;border:1px solid rgba(5, 34, 91, 0.2);"
+            "border-radius:6px;padding:4px 8px;color:#1d2633;font:12px Microsoft YaHei;}");
+
+/// How round the corners of menus and tool tips are, in px.
+inline constexpr int floatingRadius = 6;
+
 /// A thin vertical scroll bar: 14 px with a right margin of 10 px, only its handle visible.
 /// \a verticalPadding px stay free above and below the handle's way.
 [[nodiscard]] QString thinScrollBar(int verticalPadding = 0);

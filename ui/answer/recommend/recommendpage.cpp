@@ -2,6 +2,7 @@
 
 #include "service/reply/listedquestion.h"
 #include "ui/answer/recommend/recommendpaging.h"
+#include "ui/style/hovermark.h"
 #include "ui/style/styles.h"
 #include "ui/text/textwrap.h"
 
@@ -90,6 +91,7 @@ void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLa
     if (recommend.text.isEmpty()) {
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
     } else {
+        new HoverMark(button);
         m_questions.append(button);
     }
     if (elision == Elision::Later && shown != recommend.text) {

@@ -1,5 +1,7 @@
 #include "ui/mainwindow/frame/aboutmenu.h"
 
+#include "ui/style/styles.h"
+
 namespace {
 
 constexpr int fontPixels = 12;
@@ -7,9 +9,9 @@ constexpr int fontPixels = 12;
 } // namespace
 
 AboutMenu::AboutMenu(QWidget *parent)
-    : QMenu(parent)
+    : HouseMenu(parent)
 {
-    setAttribute(Qt::WA_DeleteOnClose);
+    setStyleSheet(styles::menu + styles::menuEntries);
     connect(addEntry(tr("帮助与反馈"), QStringLiteral("actHelp")), &QAction::triggered, this,
             &AboutMenu::helpRequested);
     connect(addEntry(tr("关于"), QStringLiteral("actAbout")), &QAction::triggered, this,

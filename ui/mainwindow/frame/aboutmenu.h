@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QMenu>
+#include "ui/style/housemenu.h"
 
 /// The menu of the about button: help and feedback, and the About dialog. Deletes itself when it
 /// closes.
-class AboutMenu : public QMenu
+class AboutMenu : public HouseMenu
 {
     Q_OBJECT
     Q_DISABLE_COPY(AboutMenu)

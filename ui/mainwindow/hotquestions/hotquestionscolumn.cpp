@@ -1,6 +1,7 @@
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 
 #include "ui/mainwindow/hotquestions/hotpaging.h"
+#include "ui/style/hovermark.h"
 #include "ui/style/styles.h"
 #include "ui/style/surfaceshadow.h"
 #include "ui/text/plaintooltip.h"
@@ -253,6 +254,8 @@ void HotQuestionsColumn::fillRow(QWidget *row, int number, const ListedQuestion 
     button->setAccessibleName(question.text);
     if (question.text.isEmpty()) {
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
+    } else {
+        new HoverMark(button);
     }
     if (width > (hasIcon ? iconRowWidth : rowLimit)) {
         const int limit = hasIcon ? iconRowWidth : rowElidedWidth;

@@ -1,0 +1,58 @@
+#include "ui/style/focusstyle.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QStyleOption>
+
+namespace {
+
+constexpr QColor markColour(42, 100, 244);
+constexpr qreal radius = 6;
+
+} // namespace
+
+FocusStyle::FocusStyle()
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+void FocusStyle::install()
+{
+    if (qobject_cast<FocusStyle *>(QApplication::style()) == nullptr) {
+        QApplication::setStyle(new FocusStyle); // which takes it
+    }
+}
+
+void FocusStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
+                               QPainter *painter, const QWidget *widget) const
+{
+    if (element != PE_FrameFocusRect) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    if (!option->state.testFlag(State_KeyboardFocusChange)) {
+        return;
+    }
+    const QRectF line = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    const qreal round = qMin(radius, line.height() / 2);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(markColour);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRoundedRect(line, round, round);
+    painter->restore();
+}
+
+bool FocusStyle::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType()) {
+        QWidget *window = static_cast<QWidget *>(watched)->window();
+        if (window->testAttribute(Qt::WA_KeyboardFocusChange)) {
+            window->setAttribute(Qt::WA_KeyboardFocusChange, false);
+            if (QWidget *focused = window->focusWidget()) {
+                focused->update();
+            }
+        }
+    }
+    return QProxyStyle::eventFilter(watched, event);
+}
