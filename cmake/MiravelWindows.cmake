@@ -36,8 +36,9 @@ function(miravel_keep_symbols target)
         TARGET ${target}
         POST_BUILD
         COMMAND ${CMAKE_COMMAND} -E make_directory "${folder}"
-        COMMAND ${MIRAVEL_TRIPLET}-objcopy --only-keep-debug "$<TARGET_FILE:${target}>" "${symbols}"
-        # Without an epoch the time of day would get into the file.
+        # Without an epoch the time of day would get into the files.
+        COMMAND ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${MIRAVEL_TRIPLET}-objcopy
+                --only-keep-debug "$<TARGET_FILE:${target}>" "${symbols}"
         COMMAND ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${MIRAVEL_TRIPLET}-strip --strip-all
                 "$<TARGET_FILE:${target}>"
         COMMENT "Keeping the symbols of ${target} apart"

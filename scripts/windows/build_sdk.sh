@@ -94,8 +94,8 @@ compiler_names() {
 }
 
 # The folders that are named here get built in. On a user's machine they must be none that everybody
-# may write to. A configuration of OpenSSL's own is not read, since it can name libraries to load, and
-# there are no modules to be loaded.
+# may write to: a configuration of OpenSSL's own can name libraries to load. There are no modules to be
+# loaded either.
 build_openssl() {
     cd "$work/openssl"
     ./Configure mingw64 --cross-compile-prefix="$triplet-" shared no-tests no-autoload-config \

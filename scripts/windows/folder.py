@@ -25,6 +25,8 @@ PROGRAM = "Miravel.exe"
 # For the administrator.
 DOCTOR = "doctor.exe"
 PROGRAMS = [PROGRAM, DOCTOR]
+# Without an epoch the time of day would get into what binutils write.
+FIXED_TIME = {**os.environ, "SOURCE_DATE_EPOCH": "0"}
 
 # Loaded by name at run time. No bearer plugin: it polls the wireless card for nothing here.
 PLUGINS = [
@@ -71,9 +73,8 @@ def find_library(name, folders):
 def place(source, target):
     """Copies a binary without its symbols, always with the same result."""
     target.parent.mkdir(parents=True, exist_ok=True)
-    # Without an epoch the time of day would get into the file.
     subprocess.run([f"{TRIPLET}-strip", "--strip-unneeded", "-o", str(target), str(source)],
-                   check=True, env={**os.environ, "SOURCE_DATE_EPOCH": "0"})
+                   check=True, env=FIXED_TIME)
 
 
 def keep_symbols(source, folder):
@@ -84,7 +85,8 @@ def keep_symbols(source, folder):
     if apart.exists():
         shutil.copyfile(apart, kept)
     elif subprocess.run([f"{TRIPLET}-nm", str(source)], capture_output=True, check=False).stdout:
-        subprocess.run([f"{TRIPLET}-objcopy", "--only-keep-debug", str(source), str(kept)], check=True)
+        subprocess.run([f"{TRIPLET}-objcopy", "--only-keep-debug", str(source), str(kept)],
+                       check=True, env=FIXED_TIME)
 
 
 def complete(folder):

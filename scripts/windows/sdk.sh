@@ -13,7 +13,7 @@ project=$(cd "$(dirname "$0")/../.." && pwd)
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/miravel
 archive_name=windows-sdk.tar.xz
 # The number counts up with each change of what is built, so that no older one is taken. 2: OpenSSL
-# reads no configuration of its own.
+# names only folders under Program Files and loads no modules.
 built=$cache/windows-sdk-built-2
 
 is_unpacked() {

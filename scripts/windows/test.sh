@@ -5,6 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
+scripts/windows/setup.sh --package
 scripts/windows/build.sh all
 # This system's program, to compare with, and the service that both talk to.
 scripts/build.sh release Miravel demoservice
