@@ -1,7 +1,7 @@
 # The front door. Each target is one script or one preset; see docs/development.md.
 
 .DEFAULT_GOAL := build
-.PHONY: run windows test-windows package test soak build bench sanitize format format-check tidy
+.PHONY: run windows test-windows package test-packages test soak build bench sanitize format format-check tidy
 
 # Builds what is needed and opens the assistant on the demo service (on a screen in memory without a
 # display).
@@ -35,6 +35,10 @@ test-windows:
 # What an administrator installs: build/dist.
 package:
 	scripts/windows/package.sh
+
+# The packages, installed, upgraded and removed under Wine.
+test-packages:
+	scripts/windows/test.sh --packages
 
 # Every test under ASan and UBSan, the threaded ones under TSan.
 sanitize:

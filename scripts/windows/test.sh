@@ -1,11 +1,17 @@
 #!/usr/bin/env bash
-# Builds for Windows and runs the tests under Wine: test.sh [CTEST-ARGUMENT...]
+# Builds for Windows and runs the tests under Wine: test.sh [--packages] [CTEST-ARGUMENT...]
+# With --packages those of the packages alone, which otherwise are left out: they take long.
 # MIRAVEL_TEST_REPEAT=until-fail:10 looks for tests that fail now and then.
 # Ends with what passed, what was skipped inside the tests, and which tests do not run there.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
-scripts/windows/setup.sh --package
+which=(-LE package)
+if [[ ${1:-} == --packages ]]; then
+    shift
+    which=(-L package)
+    scripts/windows/setup.sh --package
+fi
 scripts/windows/build.sh all
 # This system's program, to compare with, and the service that both talk to.
 scripts/build.sh release Miravel demoservice
@@ -68,8 +74,11 @@ failed=0
 # connection.
 ctest --preset windows --repeat "${MIRAVEL_TEST_REPEAT:-until-pass:2}" \
     -j"${MIRAVEL_TEST_JOBS:-$(nproc)}" --no-tests=error --output-junit "$results" \
-    --test-output-size-passed 1048576 "$@" || failed=1
+    --test-output-size-passed 1048576 "${which[@]}" "$@" || failed=1
 /usr/bin/python3 scripts/check_results.py "$results" || failed=1
 echo "tests that do not run on Windows:"
 cat build/windows/not-on-windows.txt
+if [[ ${which[0]} == -LE ]]; then
+    echo "the packages have tests of their own: make test-packages"
+fi
 exit "$failed"
