@@ -37,6 +37,9 @@ protected:
         parentChanges += event->type() == QEvent::ParentChange ? 1 : 0;
         return ConversationItem::event(event);
     }
+
+    int readCount() const override { return 0; }
+    QWidget *readPart(int) const override { return nullptr; }
 };
 
 } // namespace
