@@ -12,8 +12,10 @@
 #include "ui/answer/questioncycle.h"
 #include "ui/answer/recommend/recommendbox.h"
 #include "ui/answer/recommend/recommendonlyitem.h"
+#include "ui/answer/waitingdots.h"
 #include "ui/preview/imagedisplay.h"
 #include "ui/style/surfaceshadow.h"
+#include "ui/text/reader/readerinterfaces.h"
 #include "ui/text/richtext.h"
 #include "ui/text/textwrap.h"
 
@@ -66,6 +68,7 @@ QARegion::QARegion(QWidget *parent)
         setObjectName(QStringLiteral("QARegion"));
     }
     colourLinks();
+    installReaderInterfaces();
     buildForm();
     m_cycle = new QuestionCycle(this);
     connectPieces();
@@ -88,6 +91,7 @@ void QARegion::buildForm()
     layout->addWidget(inner);
     m_list = new ConversationList(inner);
     m_list->setGeometry(listPlace);
+    m_waitingDots = new WaitingDots(listPlace.bottom() + 1, inner);
     measureLabel = new QLabel(inner);
     measureLabel->setTextFormat(Qt::PlainText);
     measureLabel->setStyleSheet(QStringLiteral("QLabel{font:14px Microsoft YaHei;}"));
@@ -99,6 +103,8 @@ void QARegion::connectPieces()
     connect(m_copier, &ConversationCopier::menuRequested, this, &QARegion::qaRightHitMenu_show);
     connect(m_copier, &ConversationCopier::copyRequested, this,
             &QARegion::qaRightHitMenu_copySlots);
+    connect(m_cycle, &QuestionCycle::asking, m_waitingDots, &WaitingDots::begin);
+    connect(m_cycle, &QuestionCycle::waitEnded, m_waitingDots, &WaitingDots::end);
     connect(m_cycle, &QuestionCycle::normalResult, this, &QARegion::QA_NORMAL_RESULT);
     connect(m_cycle, &QuestionCycle::multiResult, this, &QARegion::showMultiResult);
     connect(m_cycle, &QuestionCycle::noResult, this, &QARegion::showNoResult);
@@ -299,8 +305,16 @@ void QARegion::connectRows(RecommendBox *box, const QString &question)
 {
     connect(box, &RecommendBox::recommendClicked, this,
             [this, question](const QString &recommended, qint64 questionId) {
+                if (m_typingPlace != nullptr) {
+                    m_typingPlace->setFocus();
+                }
                 Miss_RecomSend(recommended, QStringLiteral("recommend"), question, questionId);
             });
+}
+
+void QARegion::setTypingPlace(QWidget *place)
+{
+    m_typingPlace = place;
 }
 
 void QARegion::switchRecommendOnly(int box, QString question)

@@ -4,6 +4,7 @@
 
 #include <QJsonArray>
 #include <QJsonValue>
+#include <QPointer>
 #include <QVector>
 #include <QWidget>
 
@@ -15,6 +16,7 @@ class QFontMetrics;
 class QLabel;
 class QuestionCycle;
 class RecommendBox;
+class WaitingDots;
 struct Answer;
 struct ListedQuestion;
 
@@ -107,8 +109,15 @@ public:
 
     void scrollToBottom();
 
+    /// Where the focus goes from a recommendation that is asked, so that the next key is typed.
+    /// Not owned.
+    void setTypingPlace(QWidget *place);
+
     /// Scrolls as far as needed to show \a widget, a control of the conversation.
     void reveal(const QWidget *widget);
+
+    /// The round trips of all questions, whichever way they are asked.
+    [[nodiscard]] const QuestionCycle &cycle() const { return *m_cycle; }
 
     /// The open preview window; null when there is none.
     [[nodiscard]] ImageDisplay *preview() const { return m_pictures.preview(); }
@@ -158,10 +167,12 @@ private:
     void connectRows(RecommendBox *box, const QString &question);
 
     ConversationList *m_list = nullptr;
+    WaitingDots *m_waitingDots = nullptr;
     QLabel *measureLabel = nullptr; ///< hidden; recommendations are measured in it
     ConversationPictures m_pictures;
     ConversationCopier *m_copier = nullptr;
     QuestionCycle *m_cycle = nullptr;
+    QPointer<QWidget> m_typingPlace;
     // In the order shown; owned by the list.
     QVector<AnswerItem *> m_answers;
     QVector<RecommendBox *> m_answerBoxes; ///< below answers

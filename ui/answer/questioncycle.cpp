@@ -23,9 +23,12 @@ void QuestionCycle::ask(const QString &question, const QString &source,
         return;
     }
     ++m_underWay;
-    const Answer answer = readAnswer(
-        m_service.Ask_And_Answer(question, userName, source, originalQuestion, questionId));
+    emit asking();
+    const QJsonDocument reply
+        = m_service.Ask_And_Answer(question, userName, source, originalQuestion, questionId);
+    emit waitEnded();
     --m_underWay;
+    const Answer answer = readAnswer(reply);
     tellResult(question, answer);
     emit replied(answer.text);
 }

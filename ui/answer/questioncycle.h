@@ -42,6 +42,11 @@ signals:
     /// A question was not sent because mostUnderWay others wait.
     void notSent();
 
+    /// A question is about to be sent; waitEnded() tells when its reply has come or its time is
+    /// over, before the signals below. Questions that are asked meanwhile do both in between.
+    void asking();
+    void waitEnded();
+
     /// The service has an answer.
     void normalResult(QString question, QString standardQuestion, QString reply);
 

@@ -14,6 +14,7 @@
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 #include "ui/mainwindow/input/inputpanel.h"
 #include "ui/mainwindow/itreport.h"
+#include "ui/mainwindow/suggestions/suggestionkeys.h"
 #include "ui/mainwindow/suggestions/suggestions.h"
 #include "ui/mainwindow/windowmodes.h"
 #include "ui/preview/animationfile.h"
@@ -74,7 +75,8 @@ void Miravel::connectInput()
 {
     const InputPanel *panel = m_form.inputPanel;
     panel->input()->installEventFilter(this);
-    panel->input()->setFocus(); // the user types at once
+    panel->input()->setFocus();                              // the user types at once
+    new SuggestionKeys(panel->input(), m_suggestions.get()); // belongs to the input box
     connect(panel, &InputPanel::sendClicked, this, &Miravel::send_messages);
     connect(panel, &InputPanel::menuRequested, this, &Miravel::inputEdit_rightMenu);
     connect(panel, &InputPanel::cutRequested, this, &Miravel::cut_slots);
@@ -199,6 +201,7 @@ void Miravel::switchHotQuestionLocation_change()
 
 void Miravel::hotRecom_list_click(QString question, qint64 questionId)
 {
+    m_form.inputPanel->input()->setFocus();
     m_modes->takeHotQuestion(question, questionId);
 }
 
@@ -211,6 +214,8 @@ void Miravel::send_messages()
 {
     const QString question = m_form.inputPanel->text().simplified();
     m_form.inputPanel->input()->clear();
+    m_suggestions->close();
+    m_form.inputPanel->input()->setFocus(); // the next key is typed, wherever the click was
     m_modes->askOrExplain(question, "send messages when not logged in, isGetHotQuests:",
                           "send messages by idp qa request, isGetHotQuests:");
 }
@@ -233,6 +238,7 @@ void Miravel::association_list_click(QString question, qint64 id)
 {
     m_suggestions->closeForQuestion();
     m_form.inputPanel->input()->clear();
+    m_form.inputPanel->input()->setFocus();
     m_form.region->Miss_RecomSend(question, QStringLiteral("associate"), QString(), id);
 }
 
@@ -245,7 +251,7 @@ void Miravel::stopSuggestions()
 {
     m_timers.associationTick.disconnect(this);
     m_timers.associationTick.stop();
-    m_suggestions->close(); // no tick would close them any more
+    m_suggestions->stop(); // no tick would close them any more
 }
 
 void Miravel::listenSysguardMessage_thread()

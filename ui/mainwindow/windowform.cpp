@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QGridLayout>
+#include <QTextEdit>
 
 namespace {
 
@@ -43,5 +44,6 @@ WindowForm buildWindowForm(QWidget &window, bool aboutMenu)
     form.region = new QARegion(form.inner);
     form.region->setGeometry(regionPlace);
     form.inputPanel = new InputPanel(form.inner);
+    form.region->setTypingPlace(form.inputPanel->input());
     return form;
 }

@@ -7,10 +7,12 @@
 #include "ui/mainwindow/fixedmessages.h"
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 #include "ui/mainwindow/hotquestions/loadingoverlay.h"
+#include "ui/mainwindow/input/inputpanel.h"
 #include "ui/mainwindow/windowtimers.h"
 
 #include <QJsonArray>
 #include <QSettings>
+#include <QTextEdit>
 
 namespace {
 
@@ -58,6 +60,9 @@ void WindowModes::checkLogin()
 
 void WindowModes::checkPrograms()
 {
+    if (!hasStarted()) {
+        return;
+    }
     carryOut(m_state.processesListed(runningPrograms(m_watchedPrograms)));
 }
 
@@ -69,6 +74,9 @@ void WindowModes::networkFailed()
 
 void WindowModes::fetchFirst()
 {
+    if (!hasStarted()) {
+        return;
+    }
     m_overlay = std::make_unique<LoadingOverlay>(m_column, m_form.inner);
     LOG_INFO() << "begin to start qthread for get hot questions";
     m_firstFetch.start();
@@ -76,12 +84,18 @@ void WindowModes::fetchFirst()
 
 void WindowModes::fetchAgain()
 {
+    if (!hasStarted()) {
+        return;
+    }
     LOG_INFO() << "refresh hot questions timer by a new qthread";
     m_refreshFetch.start();
 }
 
 void WindowModes::takeFirst(const QJsonArray &hotQuestions)
 {
+    if (!hasStarted()) {
+        return;
+    }
     m_overlay.reset();
     if (hotQuestions.isEmpty()) {
         LOG_WARNING() << "Network problem! failed to get hot issues.";
@@ -94,6 +108,9 @@ void WindowModes::takeFirst(const QJsonArray &hotQuestions)
 
 void WindowModes::takeRefresh(const QJsonArray &hotQuestions)
 {
+    if (!hasStarted()) {
+        return;
+    }
     LOG_INFO() << (hotQuestions.isEmpty() ? "failed to get hot issues"
                                           : "Get hot issues successfully, refresh");
     carryOut(m_state.refreshReturned(fetchedOf(hotQuestions)), hotQuestions);
@@ -101,6 +118,9 @@ void WindowModes::takeRefresh(const QJsonArray &hotQuestions)
 
 void WindowModes::openLocalList()
 {
+    if (!hasStarted()) {
+        return;
+    }
     LOG_INFO() << "Get Location hot issues ! Location_hot_questions_num: (%d)" << m_library.size()
                << "netHotWork：" << boolText(m_state.netHotWork);
     carryOut(m_state.localListOpened(m_library.size() > 0));
@@ -108,11 +128,17 @@ void WindowModes::openLocalList()
 
 void WindowModes::showLibrary()
 {
+    if (!hasStarted()) {
+        return;
+    }
     carryOut(m_state.libraryWanted());
 }
 
 void WindowModes::showNextLocalPage()
 {
+    if (!hasStarted()) {
+        return;
+    }
     m_column->showNextLocalPage();
 }
 
@@ -224,6 +250,9 @@ void WindowModes::carryOut(WindowStep step, const QJsonArray &hotQuestions)
 
 void WindowModes::makeColumn()
 {
+    if (m_column != nullptr && m_column->isAncestorOf(m_column->window()->focusWidget())) {
+        m_form.inputPanel->input()->setFocus(); // or it is passed on to the title bar
+    }
     delete m_column;
     m_column = new HotQuestionsColumn(m_form.inner);
     connect(m_column, &HotQuestionsColumn::questionClicked, this, &WindowModes::questionClicked);

@@ -15,7 +15,8 @@ class LoadingOverlay;
 struct WindowTimers;
 
 /// Tells WindowState what happens and carries out what it decides: shows the hot questions of the
-/// service or of the local library, says why, and starts and stops the timers. GUI thread.
+/// service or of the local library, says why, and starts and stops the timers. Before the start
+/// everything that needs a mode does nothing. GUI thread.
 class WindowModes : public QObject
 {
     Q_OBJECT
@@ -89,6 +90,9 @@ signals:
     void callerGone();
 
 private:
+    /// Whether there is a column, which comes with the first mode and is only replaced after that.
+    [[nodiscard]] bool hasStarted() const { return m_column != nullptr; }
+
     void carryOut(const WindowSteps &steps, const QJsonArray &hotQuestions = {});
     void carryOut(WindowStep step, const QJsonArray &hotQuestions);
     void makeColumn();

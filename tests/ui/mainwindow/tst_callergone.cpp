@@ -22,6 +22,7 @@ private slots:
     void cleanup();
 
     void clientGone_fallsBack_andSuggestionsStop();
+    void clientGoneWhileSuggestionsAreFetched_showsNone();
     void clientRuns_nothingChanges();
     void startedByTheClient_theLauncherDoesNotCount();
     void startedByTheLauncher_eitherProgramCounts();
@@ -94,6 +95,27 @@ void TestCallerGone::clientGone_fallsBack_andSuggestionsStop()
     m_bench->input()->setPlainText(QStringLiteral("ab"));
     QTest::qWait(0);
     QCOMPARE(m_bench->bodies(WindowBench::suggestPath).size(), 1); // it is connected to nothing
+}
+
+void TestCallerGone::clientGoneWhileSuggestionsAreFetched_showsNone()
+{
+    programsAre("explorer.exe\r\n");
+    m_bench->startGreeted();
+    m_bench->timer("associationTick").stop(); // the test ticks itself
+    m_bench->server().setReplyFor(
+        WindowBench::suggestPath,
+        held(httpReply(R"({"errorCode":"0","result":[{"question":"late","id":1}]})")));
+    m_bench->onceRequested(WindowBench::suggestPath, 1, [this] {
+        m_bench->window().detectionProcess_VdiAndOmbra();
+        m_bench->server().release();
+    });
+    m_bench->input()->setPlainText(QStringLiteral("a"));
+    m_bench->window().showAssociation();
+    QCOMPARE(m_bench->messages(), (QStringList{greetingText, notLoggedInText}));
+    QVERIFY(m_bench->popup() == nullptr);
+    m_bench->window().showAssociation_process();
+    QVERIFY(m_bench->popup() == nullptr);
+    QCOMPARE(m_bench->bodies(WindowBench::suggestPath).size(), 1);
 }
 
 void TestCallerGone::clientRuns_nothingChanges()

@@ -15,7 +15,7 @@ private slots:
     void noRadius_cutsNothing();
     void smallRectangle_keepsItsMiddle();
     void emptyRectangle_isEmpty();
-    void compositedScreen_leavesTheWindowWhole();
+    void window_isCutOnlyWhereTheScreenBlendsNothing();
 };
 
 void TestRoundedMask::corners_areCutAlike()
@@ -65,13 +65,13 @@ void TestRoundedMask::emptyRectangle_isEmpty()
     QVERIFY(roundedRegion({}, 6).isEmpty());
 }
 
-void TestRoundedMask::compositedScreen_leavesTheWindowWhole()
+void TestRoundedMask::window_isCutOnlyWhereTheScreenBlendsNothing()
 {
-    QVERIFY(screenIsComposited()); // so are the platforms that tests run on
+    const QRect card(0, 0, 10, 10);
     QWidget window;
     window.setMask(QRegion(0, 0, 1, 1));
-    cutWithoutCompositor(window, {0, 0, 10, 10}, 4);
-    QVERIFY(window.mask().isEmpty());
+    cutWithoutCompositor(window, card, 4);
+    QCOMPARE(window.mask(), screenIsComposited() ? QRegion() : roundedRegion(card, 4));
 }
 
 QTEST_MAIN(TestRoundedMask)

@@ -107,6 +107,33 @@ void AnswerItem::rebuild()
     setFoldState(m_fold);
 }
 
+int AnswerItem::readCount() const
+{
+    return m_content == nullptr ? 0 : 1 + m_content->count() + partsBelowContent().size();
+}
+
+QWidget *AnswerItem::readPart(int number) const
+{
+    if (number == 0) {
+        return m_title;
+    }
+    const int row = number - 1;
+    return row < m_content->count() ? m_content->readPart(row)
+                                    : partsBelowContent().value(row - m_content->count());
+}
+
+QVector<QWidget *> AnswerItem::partsBelowContent() const
+{
+    QVector<QWidget *> parts;
+    if (m_openBar != nullptr) {
+        parts.append((m_openBar->isHidden() ? m_retractBar : m_openBar)->button());
+    }
+    if (m_box != nullptr) {
+        parts.append(m_box);
+    }
+    return parts;
+}
+
 void AnswerItem::setRecommends(const QVector<ListedQuestion> &recommends, QLabel *measure)
 {
     m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);
@@ -125,6 +152,18 @@ void AnswerItem::makeBars()
             [this] { emit foldRequested(FoldState::Folded); });
 }
 
+/// A bar that goes hands the focus to the one that comes.
+void AnswerItem::placeBars(const AnswerGeometry &places)
+{
+    FoldBar *const shown = places.openBar.isNull() ? m_retractBar : m_openBar;
+    FoldBar *const hidden = shown == m_openBar ? m_retractBar : m_openBar;
+    shown->placeAt(shown == m_openBar ? places.openBar : places.retractBar);
+    if (hidden->holdsFocus()) {
+        shown->takeFocus();
+    }
+    hidden->placeAt(hidden == m_openBar ? places.openBar : places.retractBar);
+}
+
 void AnswerItem::setFoldState(FoldState fold)
 {
     m_fold = fold;
@@ -139,8 +178,7 @@ void AnswerItem::setFoldState(FoldState fold)
         makeBars();
     }
     if (m_openBar != nullptr) {
-        m_openBar->placeAt(places.openBar);
-        m_retractBar->placeAt(places.retractBar);
+        placeBars(places);
     }
     if (m_box != nullptr) {
         m_box->setGeometry(places.recommendBox);

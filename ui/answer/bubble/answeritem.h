@@ -56,11 +56,17 @@ protected:
     void forget() override;
     void rebuild() override;
 
+    /// Title, paragraphs and pictures, the bar that is shown, the recommendations.
+    [[nodiscard]] int readCount() const override;
+    [[nodiscard]] QWidget *readPart(int number) const override;
+
 private:
     void makeFrame();
     void makeContent(const QString &reply, const QString &title,
                      QVector<ConversationPicture> &pictures);
+    [[nodiscard]] QVector<QWidget *> partsBelowContent() const;
     void makeBars();
+    void placeBars(const AnswerGeometry &places);
 
     QString m_titleText;
     QString m_reply; ///< kept for an entry that may sleep

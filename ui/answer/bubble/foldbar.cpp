@@ -16,6 +16,7 @@ constexpr QRect buttonPlace(235, 22, 16, 9);
 FoldBar::FoldBar(QLatin1String image, const QString &name, const QVector<int> &lineTops,
                  QWidget *bubble)
     : QWidget(bubble)
+    , m_button(new QPushButton(this))
 {
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(QStringLiteral("QWidget{background-color:rgb(244, 245, 248);border:none;}"));
@@ -24,14 +25,13 @@ FoldBar::FoldBar(QLatin1String image, const QString &name, const QVector<int> &l
         line->setStyleSheet(styles::separator);
         line->setGeometry(lineLeft, top, lineWidth, 1);
     }
-    auto *button = new QPushButton(this);
-    button->setStyleSheet(
+    m_button->setStyleSheet(
         QStringLiteral("QPushButton{border-image:url(:/Images/%1);border:none;}").arg(image));
-    button->setGeometry(buttonPlace);
-    button->setCursor(Qt::PointingHandCursor);
-    button->setAccessibleName(name);
-    button->setToolTip(name);
-    connect(button, &QPushButton::clicked, this, &FoldBar::clicked);
+    m_button->setGeometry(buttonPlace);
+    m_button->setCursor(Qt::PointingHandCursor);
+    m_button->setAccessibleName(name);
+    m_button->setToolTip(name);
+    connect(m_button, &QPushButton::clicked, this, &FoldBar::clicked);
     hide();
 }
 
@@ -39,4 +39,19 @@ void FoldBar::placeAt(const QRect &place)
 {
     setGeometry(place);
     setVisible(!place.isNull());
+}
+
+bool FoldBar::holdsFocus() const
+{
+    return window()->focusWidget() == m_button;
+}
+
+QWidget *FoldBar::button() const
+{
+    return m_button;
+}
+
+void FoldBar::takeFocus()
+{
+    m_button->setFocus();
 }

@@ -3,6 +3,8 @@
 #include <QVector>
 #include <QWidget>
 
+class QPushButton;
+
 /// The bar at the foot of a tall answer: thin lines and a small button that shows or hides the
 /// rest.
 class FoldBar : public QWidget
@@ -19,6 +21,17 @@ public:
     /// Shows the bar at \a place, or hides it when that is null.
     void placeAt(const QRect &place);
 
+    /// Whether the button has the window's focus, also while another window is active.
+    [[nodiscard]] bool holdsFocus() const;
+
+    [[nodiscard]] QWidget *button() const;
+
+    /// Gives it to the button.
+    void takeFocus();
+
 signals:
     void clicked();
+
+private:
+    QPushButton *m_button;
 };

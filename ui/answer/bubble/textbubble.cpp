@@ -21,6 +21,11 @@ QLabel *TextBubble::text(int number) const
     return number == 0 ? m_label : nullptr;
 }
 
+QWidget *TextBubble::readPart(int number) const
+{
+    return text(number);
+}
+
 void TextBubble::build()
 {
     QWidget *bubble = addBubble();

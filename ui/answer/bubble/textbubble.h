@@ -25,6 +25,8 @@ protected:
     [[nodiscard]] bool canSleep() const override { return true; }
     void forget() override { m_label = nullptr; }
     void rebuild() override { build(); }
+    [[nodiscard]] int readCount() const override { return 1; }
+    [[nodiscard]] QWidget *readPart(int number) const override;
 
 private:
     /// A label with \a text at its place in \a bubble.

@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QPalette>
 #include <QPointer>
+#include <QPushButton>
 
 #include <memory>
 
@@ -140,4 +141,13 @@ QListWidgetItem *AnswerContent::addRow(QWidget *row)
     // No widget can be higher; sizes that a rich text asks for may be absurd.
     m_contentHeight = qMin(m_contentHeight + row->height(), mostContentHeight);
     return item;
+}
+
+QWidget *AnswerContent::readPart(int row) const
+{
+    QWidget *const widget = itemWidget(item(row));
+    if (const auto *picture = qobject_cast<PictureRow *>(widget)) {
+        return picture->button();
+    }
+    return widget == nullptr ? nullptr : widget->findChild<QLabel *>();
 }

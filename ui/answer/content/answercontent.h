@@ -31,6 +31,9 @@ public:
     /// The rows of the pictures, in order.
     [[nodiscard]] const QVector<PictureRow *> &pictureRows() const { return m_pictureRows; }
 
+    /// What a screen reader reads in row \a row: a text, or the button over a picture.
+    [[nodiscard]] QWidget *readPart(int row) const;
+
 private:
     void addPicture(const QString &source, const QString &title,
                     QVector<ConversationPicture> &pictures);

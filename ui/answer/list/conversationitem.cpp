@@ -2,7 +2,6 @@
 
 #include "ui/style/styles.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QListWidgetItem>
 
@@ -98,13 +97,32 @@ bool ConversationItem::sleep()
 
 bool ConversationItem::isInUse() const
 {
-    const QWidget *focus = QApplication::focusWidget();
+    const QWidget *focus = window()->focusWidget();
     if (underMouse() || (focus != nullptr && isAncestorOf(focus))) {
         return true;
     }
     const auto labels = findChildren<QLabel *>();
     return std::any_of(labels.cbegin(), labels.cend(),
                        [](const QLabel *label) { return label->hasSelectedText(); });
+}
+
+QString ConversationItem::readName() const
+{
+    return (m_speaker == Speaker::User ? tr("您：%1") : tr("Miravel：%1")).arg(accessibleName());
+}
+
+int ConversationItem::partCount()
+{
+    if (!m_awake) {
+        wake();
+        emit wokenByReader();
+    }
+    return readCount();
+}
+
+QWidget *ConversationItem::part(int number)
+{
+    return number < partCount() ? readPart(number) : nullptr;
 }
 
 void ConversationItem::addSpeaker()

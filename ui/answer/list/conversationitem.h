@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/text/reader/readgroup.h"
+
 #include <QWidget>
 
 class QLabel;
@@ -11,7 +13,7 @@ class QListWidgetItem;
 /// A conversation has thousands of entries, of which a handful is seen. One far from those may
 /// sleep: the widgets in it are deleted and made again, the same, before it is seen. Its place and
 /// its number stay.
-class ConversationItem : public QWidget
+class ConversationItem : public QWidget, public ReadGroup
 {
     Q_OBJECT
     Q_DISABLE_COPY(ConversationItem)
@@ -48,7 +50,19 @@ public:
     /// selected in it, the focus or the mouse. Returns whether it sleeps.
     bool sleep();
 
+    [[nodiscard]] QAccessible::Role readRole() const override { return QAccessible::ListItem; }
+
+    /// Who speaks, and what.
+    [[nodiscard]] QString readName() const override;
+
+    /// Wakes the entry.
+    [[nodiscard]] int partCount() final;
+    [[nodiscard]] QWidget *part(int number) final;
+
 signals:
+    /// A screen reader looked into the entry while it slept.
+    void wokenByReader();
+
     /// The copy menu of text number \a number is wanted.
     void copyMenuRequested(int number);
 
@@ -64,6 +78,10 @@ protected:
 
     /// Whether rebuild() would make what is in the entry now.
     [[nodiscard]] virtual bool canSleep() const { return false; }
+
+    /// What is read in the entry, in order, while it is awake.
+    [[nodiscard]] virtual int readCount() const = 0;
+    [[nodiscard]] virtual QWidget *readPart(int number) const = 0;
 
     /// Forgets the widgets that are about to be deleted.
     virtual void forget() { }

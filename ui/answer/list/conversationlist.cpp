@@ -31,6 +31,7 @@ ConversationList::ConversationList(QWidget *parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setSelectionMode(QAbstractItemView::NoSelection);
+    setAutoScroll(false); // or a click beside a tall entry would show its end
     verticalScrollBar()->setStyleSheet(styles::thinScrollBar());
     verticalScrollBar()->setSingleStep(wheelStep);
     // Nothing is sent to sleep at once: the mouse or key event that scrolls may be its own.
@@ -58,6 +59,8 @@ void ConversationList::append(ConversationItem *entry)
     m_delegate->setNext(entry);
     openPersistentEditor(item); // which shows it
     layOutFrom(count() - 1);
+    connect(entry, &ConversationItem::wokenByReader, this,
+            [this, row = count() - 1] { m_leaving.push_back(row); });
     m_leaving.push_back(count() - 1); // nobody may ever scroll to it
     m_sleepTimer.start();
 }
@@ -88,6 +91,11 @@ int ConversationList::rowAt(int y) const
 {
     const auto next = std::upper_bound(m_tops.begin(), m_tops.end(), y);
     return std::min(static_cast<int>(next - m_tops.begin()), count()) - 1;
+}
+
+QWidget *ConversationList::part(int number)
+{
+    return itemWidget(item(number));
 }
 
 ConversationItem *ConversationList::entry(int row) const

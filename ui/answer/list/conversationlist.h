@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/text/reader/readgroup.h"
+
 #include <QListWidget>
 #include <QTimer>
 
@@ -16,7 +18,7 @@ class EntryDelegate;
 /// on one sheet that moves as a whole, so that an entry costs the same however many are there. The
 /// sheet has sections of some entries each: the toolkit goes through all children of a widget when
 /// it paints one of them.
-class ConversationList : public QListWidget
+class ConversationList : public QListWidget, public ReadGroup
 {
 public:
     explicit ConversationList(QWidget *parent);
@@ -35,6 +37,12 @@ public:
     /// Whether item \a row is seen or less than two pages away from what is: entries further off
     /// may sleep.
     [[nodiscard]] bool isNear(int row) const;
+
+    // A screen reader reads the entries themselves; the stock list tells it of their names alone.
+    [[nodiscard]] QAccessible::Role readRole() const override { return QAccessible::List; }
+    [[nodiscard]] QString readName() const override { return accessibleName(); }
+    [[nodiscard]] int partCount() override { return count(); }
+    [[nodiscard]] QWidget *part(int number) override;
 
     QRect visualRect(const QModelIndex &index) const override;
     QModelIndex indexAt(const QPoint &point) const override;

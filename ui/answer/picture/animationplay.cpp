@@ -2,6 +2,7 @@
 
 #include "app/base/logstream.h"
 #include "ui/answer/picture/inlinepicture.h"
+#include "ui/style/movierest.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -80,7 +81,7 @@ bool AnimationPlay::start()
     if (pixelsOf(m_canvas) > pixelsOfALarge) {
         m_movie->setScaledSize(m_label->size()); // or each frame is kept twice in full
     }
-    connect(m_movie, &QMovie::frameChanged, this, &AnimationPlay::restIfUnseen);
+    new MovieRest(m_movie, m_label); // which the movie owns
     m_label->setScaledContents(true);
     m_label->setMovie(m_movie);
     m_movie->start();
@@ -92,13 +93,6 @@ bool AnimationPlay::isSeen() const
     return !m_label->visibleRegion().isEmpty();
 }
 
-void AnimationPlay::restIfUnseen()
-{
-    if (m_label->isVisible() && !isSeen()) {
-        m_movie->setPaused(true);
-    }
-}
-
 /// Leaves the frame that was seen last.
 void AnimationPlay::release()
 {
@@ -108,19 +102,11 @@ void AnimationPlay::release()
     delete m_movie;
 }
 
-void AnimationPlay::goOn()
-{
-    if (start() && m_movie->state() == QMovie::Paused && isSeen()) {
-        m_movie->setPaused(false);
-    }
-}
-
 bool AnimationPlay::eventFilter(QObject *watched, QEvent *event)
 {
-    const bool rests = m_movie == nullptr || m_movie->state() == QMovie::Paused;
-    if (event->type() == QEvent::Paint && rests && !m_told) {
+    if (event->type() == QEvent::Paint && m_movie == nullptr && !m_told) {
         // Not inside the painting, which a new movie would disturb.
-        QMetaObject::invokeMethod(this, &AnimationPlay::goOn, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &AnimationPlay::start, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
 }

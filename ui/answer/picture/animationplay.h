@@ -28,8 +28,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void restIfUnseen();
-    void goOn();
     void release();
     [[nodiscard]] bool isSeen() const;
     [[nodiscard]] static bool makeRoom(qint64 pixels);

@@ -80,6 +80,7 @@ void RecommendBox::addHeading(const QString &text, const QRect &place, const QSt
     auto *label = new QLabel(text, this);
     label->setStyleSheet(style);
     label->setGeometry(place);
+    m_headings.append(label);
 }
 
 void RecommendBox::addFoot(const Layout &layout)
@@ -90,15 +91,34 @@ void RecommendBox::addFoot(const Layout &layout)
     auto *hint = new QLabel(tr("没有您想了解的问题？"), this);
     hint->setStyleSheet(footText);
     hint->setGeometry(layout.hint);
-    auto *button = new QPushButton(tr("换一换"), this);
-    button->setStyleSheet(switchButton);
-    button->setCursor(Qt::PointingHandCursor);
-    button->setGeometry(layout.button);
-    connect(button, &QPushButton::clicked, this, &RecommendBox::nextPageRequested);
+    m_next = new QPushButton(tr("换一换"), this);
+    m_next->setStyleSheet(switchButton);
+    m_next->setCursor(Qt::PointingHandCursor);
+    m_next->setGeometry(layout.button);
+    connect(m_next, &QPushButton::clicked, this, &RecommendBox::nextPageRequested);
+    m_foot = {hint, m_next};
 }
 
 void RecommendBox::addPage(RecommendPage *page)
 {
     page->setGeometry(layoutOf(m_kind).page);
     connect(page, &RecommendPage::recommendClicked, this, &RecommendBox::recommendClicked);
+    if (m_page != nullptr) {
+        cover(m_page);
+    }
+    m_page = page;
+}
+
+/// The page stays below the next one, where neither key nor reader may find it.
+void RecommendBox::cover(RecommendPage *page)
+{
+    if (page->isAncestorOf(window()->focusWidget())) {
+        m_next->setFocus();
+    }
+    page->setEnabled(false);
+}
+
+QVector<QWidget *> RecommendBox::parts() const
+{
+    return m_headings + m_page->questions() + m_foot;
 }

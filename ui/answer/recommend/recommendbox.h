@@ -1,16 +1,18 @@
 #pragma once
 
 #include "service/reply/listedquestion.h"
+#include "ui/text/reader/readgroup.h"
 
 #include <QRect>
 #include <QVector>
 #include <QWidget>
 
 class QLabel;
+class QPushButton;
 class RecommendPage;
 
 /// A bubble with recommended questions, five to a page, and a button that shows the next page.
-class RecommendBox : public QWidget
+class RecommendBox : public QWidget, public ReadGroup
 {
     Q_OBJECT
     Q_DISABLE_COPY(RecommendBox)
@@ -29,6 +31,13 @@ public:
     /// Shows the next page in place of the present one.
     void showNextPage();
 
+    [[nodiscard]] QAccessible::Role readRole() const override { return QAccessible::Grouping; }
+    [[nodiscard]] QString readName() const override { return tr("推荐问题"); }
+
+    /// Headings, the questions of the page that is seen, hint and button.
+    [[nodiscard]] int partCount() override { return parts().size(); }
+    [[nodiscard]] QWidget *part(int number) override { return parts().value(number); }
+
 signals:
     void recommendClicked(const QString &question, qint64 questionId);
     void nextPageRequested();
@@ -40,9 +49,15 @@ private:
     void addHeading(const QString &text, const QRect &place, const QString &style);
     void addFoot(const Layout &layout);
     void addPage(RecommendPage *page);
+    void cover(RecommendPage *page);
+    [[nodiscard]] QVector<QWidget *> parts() const;
 
     Kind m_kind;
     QVector<ListedQuestion> m_recommends;
     QLabel *m_measure;
     int recommendCursor = 0;
+    RecommendPage *m_page = nullptr; ///< the one that is seen
+    QPushButton *m_next = nullptr;
+    QVector<QWidget *> m_headings;
+    QVector<QWidget *> m_foot; ///< the hint and the button
 };

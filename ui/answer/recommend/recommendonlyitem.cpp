@@ -16,3 +16,9 @@ RecommendOnlyItem::RecommendOnlyItem(const QVector<ListedQuestion> &recommends, 
     m_box->setGeometry(boxPlace);
     setItemHeight(itemHeight);
 }
+
+QWidget *RecommendOnlyItem::readPart(int number) const
+{
+    Q_UNUSED(number)
+    return m_box;
+}

@@ -14,6 +14,10 @@ public:
 
     [[nodiscard]] RecommendBox *box() const { return m_box; }
 
+protected:
+    [[nodiscard]] int readCount() const override { return 1; }
+    [[nodiscard]] QWidget *readPart(int number) const override;
+
 private:
     RecommendBox *m_box;
 };

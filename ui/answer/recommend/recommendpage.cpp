@@ -89,6 +89,8 @@ void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLa
     button->setAccessibleName(recommend.text);
     if (recommend.text.isEmpty()) {
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
+    } else {
+        m_questions.append(button);
     }
     if (elision == Elision::Later && shown != recommend.text) {
         button->setToolTip(asShown(rowPart(recommend.text)));

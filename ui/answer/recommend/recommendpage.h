@@ -26,10 +26,15 @@ public:
     RecommendPage(const QVector<ListedQuestion> &recommends, int start, Elision elision,
                   QLabel *measure, QWidget *parent);
 
+    /// The buttons of the rows that have a question.
+    [[nodiscard]] const QVector<QWidget *> &questions() const { return m_questions; }
+
 signals:
     /// The row of \a question was clicked.
     void recommendClicked(const QString &question, qint64 questionId);
 
 private:
     void addRow(const ListedQuestion &recommend, Elision elision, QLabel *measure);
+
+    QVector<QWidget *> m_questions;
 };

@@ -23,6 +23,7 @@ QPushButton *makeButton(int left, const QString &style, const QString &name, QWi
     button->setGeometry(left, buttonTop, buttonSize, buttonSize);
     button->setStyleSheet(style);
     button->setCursor(Qt::PointingHandCursor);
+    button->setFocusPolicy(Qt::TabFocus); // the mouse leaves the focus where it was
     button->setAccessibleName(name);
     button->setToolTip(name);
     return button;

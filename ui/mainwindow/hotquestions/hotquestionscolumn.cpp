@@ -82,6 +82,7 @@ QPushButton *makeNextPageButton(QWidget *parent)
     button->setGeometry(nextPagePlace);
     button->setStyleSheet(nextPageStyle);
     button->setCursor(Qt::PointingHandCursor);
+    button->setFocusPolicy(Qt::TabFocus); // the mouse leaves the focus where it was
     return button;
 }
 
@@ -162,13 +163,46 @@ void HotQuestionsColumn::showNextLocalPage()
 
 void HotQuestionsColumn::showPage()
 {
+    m_nextPage->show();
+    const int row = focusedRow();
+    if (row >= 0) {
+        m_nextPage->setFocus(); // or it is passed on from a row that is no more
+    }
     m_list->clear();
     if (m_showsLocal) {
         fillLocalPage();
     } else {
         fillServicePage();
     }
-    m_nextPage->show();
+    if (row >= 0) {
+        focusRow(row);
+    }
+}
+
+QPushButton *HotQuestionsColumn::rowButton(int row) const
+{
+    const QWidget *widget = m_list->itemWidget(m_list->item(row));
+    return widget == nullptr ? nullptr : widget->findChild<QPushButton *>();
+}
+
+/// The row whose button has the window's focus, or -1.
+int HotQuestionsColumn::focusedRow() const
+{
+    const QWidget *focus = window()->focusWidget();
+    for (int row = 0; focus != nullptr && row < m_list->count(); ++row) {
+        if (rowButton(row) == focus) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+void HotQuestionsColumn::focusRow(int row)
+{
+    QPushButton *button = rowButton(row);
+    if (button != nullptr && button->focusPolicy() != Qt::NoFocus) {
+        button->setFocus();
+    }
 }
 
 void HotQuestionsColumn::fillServicePage()

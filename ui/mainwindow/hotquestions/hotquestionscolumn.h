@@ -24,7 +24,8 @@ public:
     void showServiceQuestions(const QVector<ListedQuestion> &questions);
 
     /// Shows the first page of the local library's \a entries, the first of which is no question.
-    /// On the last page the row after the last question is left empty.
+    /// On the last page the row after the last question is left empty. As with every new page, a
+    /// row with the focus hands it to the one in its place, or to the button when that is empty.
     void showLocalQuestions(const QStringList &entries);
 
     /// Shows the next page of the local questions; after the last the first comes again. The button
@@ -41,6 +42,9 @@ private:
     void turnPage();
     void showNextServicePage();
     void showPage();
+    [[nodiscard]] QPushButton *rowButton(int row) const;
+    [[nodiscard]] int focusedRow() const;
+    void focusRow(int row);
     void fillServicePage();
     void fillLocalPage();
     QWidget *addRow(const QString &accessibleName);

@@ -1,6 +1,7 @@
 #include "ui/mainwindow/hotquestions/loadingoverlay.h"
 
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
+#include "ui/style/movierest.h"
 #include "ui/style/surfaceshadow.h"
 
 #include <QLabel>
@@ -36,6 +37,7 @@ QWidget *makeVeil(QWidget *window)
                              movieSize));
     auto *movie = new QMovie(QStringLiteral(":/Images/waiting.gif"), QByteArray(), label);
     label->setMovie(movie);
+    new MovieRest(movie, label); // which the movie owns
     movie->start();
     return veil;
 }

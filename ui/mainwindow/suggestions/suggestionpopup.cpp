@@ -6,6 +6,7 @@
 #include "ui/text/plaintooltip.h"
 
 #include <QGraphicsDropShadowEffect>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -130,10 +131,44 @@ void SuggestionPopup::addRow(const ListedQuestion &suggestion, SuggestionHighlig
     }
     connect(button, &QPushButton::clicked, this,
             [this, suggestion] { emit suggestionClicked(suggestion.text, suggestion.id); });
+    button->installEventFilter(this);
+    m_buttons.append(button);
 
     auto item = std::make_unique<QListWidgetItem>();
     item->setSizeHint(rowSize);
     item->setData(Qt::AccessibleTextRole, suggestion.text);
     m_list->addItem(item.get());
     m_list->setItemWidget(item.release(), row); // owned by the list since addItem()
+}
+
+void SuggestionPopup::focusFirstRow()
+{
+    m_buttons.first()->setFocus(Qt::TabFocusReason);
+}
+
+bool SuggestionPopup::eventFilter(QObject *watched, QEvent *event)
+{
+    // A button would take Up and Down for the way to any neighbour, the one that closes too.
+    auto *button = qobject_cast<QPushButton *>(watched);
+    if (button != nullptr && event->type() == QEvent::KeyPress) {
+        return takeKey(button, static_cast<QKeyEvent *>(event)->key());
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+/// Returns whether \a key has done what it does for the row of \a button.
+bool SuggestionPopup::takeKey(QPushButton *button, int key)
+{
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        button->click();
+        return true;
+    }
+    if (key != Qt::Key_Up && key != Qt::Key_Down) {
+        return false;
+    }
+    const int row = m_buttons.indexOf(button) + (key == Qt::Key_Down ? 1 : -1);
+    if (row >= 0 && row < m_buttons.size()) {
+        m_buttons.at(row)->setFocus(Qt::TabFocusReason);
+    }
+    return true;
 }

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class QListWidget;
+class QPushButton;
 class SuggestionHighlight;
 struct ListedQuestion;
 
@@ -23,6 +24,11 @@ public:
     SuggestionPopup(const QVector<ListedQuestion> &suggestions, const QString &typed,
                     QWidget *parent);
 
+    /// Gives the first suggestion the focus. Up and Down move it from there, Return asks.
+    void focusFirstRow();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 signals:
     void suggestionClicked(const QString &question, qint64 id);
     void closeClicked();
@@ -31,5 +37,8 @@ private:
     void addCloseButton();
     void addRow(const ListedQuestion &suggestion, SuggestionHighlight &highlight);
 
+    [[nodiscard]] bool takeKey(QPushButton *button, int key);
+
     QListWidget *m_list;
+    QVector<QPushButton *> m_buttons; ///< of the rows, which own them
 };

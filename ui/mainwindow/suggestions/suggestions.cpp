@@ -3,11 +3,11 @@
 #include "app/base/logstream.h"
 #include "service/reply/listedquestion.h"
 #include "ui/answer/qaregion.h"
+#include "ui/answer/questioncycle.h"
 #include "ui/mainwindow/input/heldtext.h"
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
 
 #include <QJsonArray>
-#include <QTextDocument>
 #include <QTextEdit>
 
 Suggestions::Suggestions(QTextEdit *input, QARegion *region, QWidget *place)
@@ -15,6 +15,7 @@ Suggestions::Suggestions(QTextEdit *input, QARegion *region, QWidget *place)
     , m_region(region)
     , m_place(place)
 {
+    connect(&region->cycle(), &QuestionCycle::asking, this, &Suggestions::questionAsked);
 }
 
 bool Suggestions::textHasChanged()
@@ -30,17 +31,38 @@ bool Suggestions::textHasChanged()
 
 void Suggestions::fetch()
 {
-    const QString text = wholeText(*m_input->document());
-    const QJsonArray suggestions = m_region->suggestionsFor(text);
-    LOG_INFO() << "nSize_association: " << suggestions.size();
-    close();
-    if (suggestions.isEmpty() || m_input->document()->isEmpty()) {
-        return; // nothing to show, or what was typed has been sent meanwhile
+    if (m_isStopped) {
+        return;
     }
+    const QString text = wholeText(*m_input->document());
+    ++m_fetches;
+    const QJsonArray suggestions = m_region->suggestionsFor(text);
+    --m_fetches;
+    LOG_INFO() << "nSize_association: " << suggestions.size();
+    // Meanwhile the user may have typed on or sent the text, and a later fetch may have ended.
+    const QString typedNow = wholeText(*m_input->document());
+    if (text == typedNow || m_shownText != typedNow) {
+        close();
+    }
+    if (text == typedNow && !suggestions.isEmpty() && !m_isStopped) {
+        show(suggestions, text);
+    }
+}
+
+void Suggestions::show(const QJsonArray &suggestions, const QString &text)
+{
     m_popup = new SuggestionPopup(readListedQuestions(suggestions), text, m_place);
     connect(m_popup, &SuggestionPopup::suggestionClicked, this, &Suggestions::questionClicked);
     connect(m_popup, &SuggestionPopup::closeClicked, this, &Suggestions::closeClicked);
+    m_shownText = text;
     ++nSize_association;
+}
+
+void Suggestions::questionAsked()
+{
+    if (m_fetches > 0) {
+        close(); // nothing renews or closes it until the fetch ends, which is after the answer
+    }
 }
 
 void Suggestions::close()
@@ -59,6 +81,12 @@ void Suggestions::close()
 void Suggestions::closeForQuestion()
 {
     nSize_association = 0;
+    close();
+}
+
+void Suggestions::stop()
+{
+    m_isStopped = true;
     close();
 }
 

@@ -4,6 +4,7 @@
 #include <QPointer>
 
 class QARegion;
+class QJsonArray;
 class QTextEdit;
 class SuggestionPopup;
 
@@ -23,8 +24,9 @@ public:
     /// whether it is another than the last time.
     [[nodiscard]] bool textHasChanged();
 
-    /// Fetches suggestions and shows them in place of those before. Takes at most 0.4 s, in which
-    /// the window stays responsive.
+    /// Fetches suggestions and shows them in place of those before, if the text that they are for
+    /// is still typed then. Takes at most 0.4 s, in which the window stays responsive, and as much
+    /// longer as a question takes that is asked meanwhile.
     void fetch();
 
     /// Closes the popup.
@@ -32,6 +34,9 @@ public:
 
     /// Closes it because one of its suggestions is asked.
     void closeForQuestion();
+
+    /// Closes the popup and shows none any more, not even one that is being fetched.
+    void stop();
 
     /// The open popup; null when there is none.
     [[nodiscard]] QWidget *popup() const;
@@ -41,10 +46,16 @@ signals:
     void closeClicked();
 
 private:
+    void questionAsked();
+    void show(const QJsonArray &suggestions, const QString &text);
+
     QTextEdit *m_input;
     QARegion *m_region;
     QWidget *m_place;
     QPointer<SuggestionPopup> m_popup;
+    QString m_shownText; ///< what the popup was fetched for
+    int m_fetches = 0;   ///< under way, inside each other
+    bool m_isStopped = false;
     QString lastInputText;
     int nSize_association = 0; ///< popups made since a suggestion was asked; 0: none is open
 };

@@ -1,8 +1,10 @@
 #include "ui/answer/list/conversationitem.h"
 #include "ui/answer/list/conversationlist.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <vector>
@@ -59,6 +61,7 @@ private slots:
     void indexAt_findsTheItem();
     void scrollToItem_hints();
     void wheelAndKeys_scroll();
+    void clickBesideATallEntry_doesNotScroll();
     void entries_paintWhatTheyShow();
     void farDown_itemsAreStillInPlace();
 
@@ -266,6 +269,22 @@ void TestConversationList::wheelAndKeys_scroll()
                       Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(m_list->viewport(), &wheel);
     QVERIFY(bar()->value() > 0);
+}
+
+void TestConversationList::clickBesideATallEntry_doesNotScroll()
+{
+    append(100);
+    append(3 * height);
+    append(100);
+    bar()->setValue(150);
+    // Qt scrolls 100 ms after the click can no longer become a double click.
+    QApplication::setDoubleClickInterval(1);
+    QSignalSpy scrolled(bar(), &QScrollBar::valueChanged);
+    for (const auto click : {QTest::MouseClick, QTest::MouseDClick}) {
+        QTest::mouseEvent(click, m_list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          {5, height - 5});
+        QVERIFY(!scrolled.wait(300));
+    }
 }
 
 void TestConversationList::entries_paintWhatTheyShow()

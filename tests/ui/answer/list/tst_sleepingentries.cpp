@@ -35,6 +35,7 @@ private slots:
     void entryWithASelection_staysAwake_andIsCopiedByItsNumber();
     void wokenText_isCopiedByItsNumber();
     void entryWithTheFocus_staysAwake();
+    void entryWithTheFocus_staysAwake_whileAnotherWindowIsActive();
     void answersWithPicturesOrBoxes_stayAwake();
     void veryLongAnswer_staysAwake();
     void neverScrolledTo_sleepsToo();
@@ -158,6 +159,7 @@ void TestSleepingEntries::wokenAnswer_keepsItsFold()
     QTest::mouseClick(answers().first()->findChildren<QPushButton *>().first(), Qt::LeftButton);
     const int opened = answers().first()->height();
     QVERIFY(opened > 400);
+    m_list->setFocus(); // an entry with the focus stays awake
     addExchanges(many);
     QVERIFY(!answers().first()->isAwake());
     QCOMPARE(answers().first()->height(), opened);
@@ -215,6 +217,22 @@ void TestSleepingEntries::entryWithTheFocus_staysAwake()
     QTRY_VERIFY(questions().at(0)->label()->hasFocus());
     addExchanges(many);
     QVERIFY(questions().at(0)->isAwake());
+    QVERIFY(!questions().at(1)->isAwake());
+}
+
+void TestSleepingEntries::entryWithTheFocus_staysAwake_whileAnotherWindowIsActive()
+{
+    addExchanges(2);
+    m_region->activateWindow();
+    questions().at(0)->label()->setFocus();
+    QTRY_VERIFY(questions().at(0)->label()->hasFocus());
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QTRY_VERIFY(QApplication::activeWindow() == &other);
+    addExchanges(many);
+    QVERIFY(questions().at(0)->isAwake());
+    QCOMPARE(m_region->focusWidget(), questions().at(0)->label());
     QVERIFY(!questions().at(1)->isAwake());
 }
 

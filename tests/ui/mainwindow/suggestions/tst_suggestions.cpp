@@ -1,9 +1,11 @@
+#include "service/reply/listedquestion.h"
 #include "service/request/idpinterface.h"
 #include "tests/support/logcapture.h"
 #include "tests/ui/support/windowbench.h"
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
 
+#include <QHash>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -15,6 +17,11 @@ namespace {
 // Time limits of the call for suggestions.
 constexpr int shortMs = 100;    // for one that is not answered
 constexpr int amplyMs = 30'000; // for one that is
+
+const QByteArray oneSuggestion
+    = R"({"errorCode":"0","result":[{"question":"late","id":1}]})"; // a reply with it
+const QByteArray noResult
+    = R"({"errorCode":"0","result":{"resultType":"NO_RESULT","reply":"x"}})"; // to a question
 
 } // namespace
 
@@ -44,6 +51,12 @@ private slots:
     void esc_closes_fromBoxAndRow();
     void runawayPattern_doesNotFreeze();
     void questionSentWhileSuggestionsAreFetched_showsNoPopup();
+    void questionAskedDuringTheNextFetch_closesTheOpenPopupAtOnce_data();
+    void questionAskedDuringTheNextFetch_closesTheOpenPopupAtOnce();
+    void sending_closesThePopupAtOnce();
+    void textTypedOnDuringTheFetch_showsNoPopup_untilTheNextTick();
+    void answerBetweenCallAndReply_showsNoPopupForTheTextSent();
+    void laterFetchInsideAnEarlierOne_keepsItsPopup();
     void questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds_data();
     void questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds();
     void clickWhileAnAnswerIsAwaited_getsItsOwnAnswer();
@@ -274,6 +287,114 @@ void TestSuggestions::questionSentWhileSuggestionsAreFetched_showsNoPopup()
     tick(QStringLiteral("a"));
     QVERIFY(m_bench->popup() == nullptr);
     QCOMPARE(m_bench->questions(), QStringList{QStringLiteral("a")});
+}
+
+void TestSuggestions::questionAskedDuringTheNextFetch_closesTheOpenPopupAtOnce_data()
+{
+    QTest::addColumn<QString>("question");
+    QTest::newRow("what is typed") << QStringLiteral("ab");
+    QTest::newRow("a hot question") << QStringLiteral("问3");
+    QTest::newRow("a recommendation") << QStringLiteral("荐");
+    QTest::newRow("the guard tool's") << QStringLiteral("警");
+}
+
+void TestSuggestions::questionAskedDuringTheNextFetch_closesTheOpenPopupAtOnce()
+{
+    QFETCH(QString, question);
+    m_bench->window().findChild<QARegion *>()->showRecommendOnly({{QStringLiteral("荐"), 7}},
+                                                                 QStringLiteral("问"));
+    const QHash<QString, std::function<void()>> ways{
+        {QStringLiteral("ab"),
+         [this] {
+             m_bench->window().send_messages();
+         }},
+        {QStringLiteral("问3"),
+         [this] {
+             m_bench->hotRow(3)->click();
+         }},
+        {QStringLiteral("荐"),
+         [this] {
+             m_bench->button(QStringLiteral("荐"))->click();
+         }},
+        {QStringLiteral("警"),
+         [this] {
+             m_bench->window().sendSysguardQuest(
+                 {{QStringLiteral("question"), QStringLiteral("警")}});
+         }},
+    };
+    tick(QStringLiteral("a"));
+    QVERIFY(m_bench->popup() != nullptr);
+    m_bench->server().setReplyFor(WindowBench::suggestPath, held(httpReply("{}")));
+    m_bench->server().setReplyFor(WindowBench::askPath, held(httpReply(noResult)));
+    m_bench->onceRequested(WindowBench::suggestPath, 2, ways.value(question));
+    bool closed = false;
+    m_bench->onceRequested(WindowBench::askPath, 1, [this, &closed] {
+        closed = m_bench->popup() == nullptr;
+        m_bench->server().release();
+    });
+    tick(QStringLiteral("ab"));
+    QVERIFY(closed);
+    QCOMPARE(m_bench->questions(), QStringList{question});
+    QVERIFY(m_bench->popup() == nullptr);
+}
+
+void TestSuggestions::sending_closesThePopupAtOnce()
+{
+    tick(QStringLiteral("a"));
+    QVERIFY(m_bench->popup() != nullptr);
+    bool closed = false;
+    m_bench->server().setReplyFor(WindowBench::askPath, held(httpReply(noResult)));
+    m_bench->onceRequested(WindowBench::askPath, 1, [this, &closed] {
+        closed = m_bench->popup() == nullptr;
+        m_bench->server().release();
+    });
+    QTest::keyClick(m_bench->input(), Qt::Key_Return);
+    QVERIFY(closed);
+    QCOMPARE(m_bench->questions(), QStringList{QStringLiteral("a")});
+}
+
+void TestSuggestions::textTypedOnDuringTheFetch_showsNoPopup_untilTheNextTick()
+{
+    tick(QStringLiteral("a"));
+    m_bench->server().setReplyFor(WindowBench::suggestPath, held(httpReply(oneSuggestion)));
+    m_bench->onceRequested(WindowBench::suggestPath, 2, [this] {
+        m_bench->input()->setPlainText(QStringLiteral("abc"));
+        m_bench->server().release();
+    });
+    const LogCapture log;
+    tick(QStringLiteral("ab"));
+    QVERIFY(m_bench->popup() == nullptr);
+    QCOMPARE(log.linesWith(QStringLiteral("info: nSize")),
+             QStringList{QStringLiteral("info: nSize_association: 1")});
+    m_bench->serveSuggestions(3);
+    m_bench->window().showAssociation();
+    QVERIFY(m_bench->popup() != nullptr);
+}
+
+void TestSuggestions::answerBetweenCallAndReply_showsNoPopupForTheTextSent()
+{
+    m_bench->server().setReplyFor(WindowBench::suggestPath, held(httpReply(oneSuggestion)));
+    m_bench->onceRequested(WindowBench::suggestPath, 1, [this] {
+        m_bench->window().send_messages(); // answered at once
+        m_bench->input()->setPlainText(QStringLiteral("b"));
+        m_bench->server().release();
+    });
+    tick(QStringLiteral("a"));
+    QCOMPARE(m_bench->questions(), QStringList{QStringLiteral("a")});
+    QVERIFY(m_bench->popup() == nullptr);
+}
+
+void TestSuggestions::laterFetchInsideAnEarlierOne_keepsItsPopup()
+{
+    m_bench->server().setReplyFor(WindowBench::suggestPath, held(httpReply(oneSuggestion)));
+    m_bench->onceRequested(WindowBench::suggestPath, 1, [this] {
+        m_bench->serveSuggestions(3);
+        tick(QStringLiteral("ab"));
+        m_bench->server().release();
+    });
+    tick(QStringLiteral("a"));
+    QVERIFY(m_bench->popup() != nullptr);
+    QCOMPARE(m_bench->suggestion(1)->accessibleName(), QStringLiteral("建议1"));
 }
 
 void TestSuggestions::questionThatHangsInsideATick_stopsTheTicks_untilItsWaitEnds_data()
