@@ -52,6 +52,12 @@ void colourLinks()
     QApplication::setPalette(palette);
 }
 
+QString noNetworkText()
+{
+    return QARegion::tr("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
+                        "您可在“热门问答”区域查看常见问题。");
+}
+
 } // namespace
 
 QARegion::QARegion(QWidget *parent)
@@ -102,6 +108,10 @@ void QARegion::connectPieces()
     connect(m_cycle, &QuestionCycle::normalResult, this, &QARegion::QA_NORMAL_RESULT);
     connect(m_cycle, &QuestionCycle::multiResult, this, &QARegion::showMultiResult);
     connect(m_cycle, &QuestionCycle::noResult, this, &QARegion::showNoResult);
+    connect(m_cycle, &QuestionCycle::notSent, this, [this] {
+        addRobotMessage(noNetworkText());
+        scrollToBottom();
+    });
     connect(m_cycle, &QuestionCycle::replied, this, &QARegion::checkEmptyReply);
 }
 
@@ -180,8 +190,7 @@ void QARegion::isGetResponse()
 {
     if (!m_cycle->isServiceFound()) {
         LOG_WARNING() << "Network problem! No reply.";
-        addRobotMessage(tr("您好，我是Miravel，由于网络连接失败，暂时无法提供智能服务。"
-                           "您可在“热门问答”区域查看常见问题。"));
+        addRobotMessage(noNetworkText());
         emit netproblem();
     } else {
         LOG_WARNING() << "The network is connected, but the reply is empty.";

@@ -17,10 +17,17 @@ QuestionCycle::QuestionCycle(QObject *parent)
 void QuestionCycle::ask(const QString &question, const QString &source,
                         const QString &originalQuestion, qint64 questionId)
 {
+    if (m_underWay >= mostUnderWay) {
+        LOG_WARNING() << "question is not sent, so many wait: " << m_underWay;
+        emit notSent();
+        return;
+    }
+    ++m_underWay;
     emit asking();
     const QJsonDocument reply
         = m_service.Ask_And_Answer(question, userName, source, originalQuestion, questionId);
     emit waitEnded();
+    --m_underWay;
     const Answer answer = readAnswer(reply);
     tellResult(question, answer);
     emit replied(answer.text);

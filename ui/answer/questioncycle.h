@@ -34,7 +34,14 @@ public:
     /// Whether an address of the service was found. False means that the network is in the way.
     [[nodiscard]] bool isServiceFound() const;
 
+    /// So many questions may wait at a time; each takes a thread and some descriptors, of which a
+    /// process has about a thousand.
+    static constexpr int mostUnderWay = 160;
+
 signals:
+    /// A question was not sent because mostUnderWay others wait.
+    void notSent();
+
     /// A question is about to be sent; waitEnded() tells when its reply has come or its time is
     /// over, before the signals below. Questions that are asked meanwhile do both in between.
     void asking();
@@ -55,6 +62,7 @@ signals:
 private:
     void tellResult(const QString &question, const Answer &answer);
 
+    int m_underWay = 0; ///< questions that wait, inside each other
     IdpInterface m_service;
     httpsRequest m_endpoint;
     QString userName; ///< of the desktop, by which questions are asked

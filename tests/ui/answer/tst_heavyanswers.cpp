@@ -5,9 +5,13 @@
 #include "tests/ui/support/guicost.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/content/answercontent.h"
+#include "ui/answer/picture/picturerow.h"
 #include "ui/answer/qaregion.h"
 
+#include <QBuffer>
 #include <QDir>
+#include <QImage>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollBar>
@@ -27,6 +31,8 @@ private slots:
 
     void reply_data();
     void reply();
+    void pictures_data();
+    void pictures();
     void title_data();
     void title();
     void recommendation_data();
@@ -57,6 +63,42 @@ QString nested(const char *opening, const char *closing, int depth)
 {
     return QString::fromUtf8(opening).repeated(depth) + QStringLiteral("里")
          + QString::fromUtf8(closing).repeated(depth);
+}
+
+QString tag(const char *format, const QByteArray &data)
+{
+    return QStringLiteral("<p><img src=\"data:image/%1;base64,%2\" style=\"\"/></p>")
+        .arg(QLatin1String(format), QLatin1String(data.toBase64()));
+}
+
+QByteArray png(int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+QByteArray number(int value)
+{
+    return QByteArray(1, char(value & 0xff)) + char(value >> 8);
+}
+
+/// Four frames on a canvas (GIF89a), 20 ms each, of one pixel in its far corner.
+QByteArray gif(int width, int height)
+{
+    QByteArray bytes = "GIF89a" + number(width) + number(height)
+                     + QByteArray::fromHex("800000ff0000ffffff")
+                     + QByteArray::fromHex("21ff0b4e45545343415045322e300301000000");
+    for (int frame = 0; frame < 4; ++frame) {
+        bytes += QByteArray::fromHex("21f9040002000000") + ',' + number(0) + number(0)
+               + QByteArray::fromHex("0100010000") + QByteArray::fromHex("02024401")
+               + QByteArray(1, '\0');
+    }
+    return bytes + ';';
 }
 
 /// Texts of \a characters that give much to measure.
@@ -184,6 +226,45 @@ void TestHeavyAnswers::reply()
     look("next answer",
          [this] { m_region->showAnswer(QStringLiteral("标题"), QStringLiteral("<p>下一个</p>")); });
     look("scrolled back", [bar] { bar->setValue(0); });
+    checkMemory();
+}
+
+void TestHeavyAnswers::pictures_data()
+{
+    QTest::addColumn<QString>("tag");
+    QTest::addColumn<int>("count");
+    QTest::newRow("GIFs of 4000 x 4000") << tag("gif", gif(4000, 4000)) << 20;
+    QTest::newRow("GIFs of 2000 x 2000") << tag("gif", gif(2000, 2000)) << 20;
+    QTest::newRow("GIFs of 10 x 10") << tag("gif", gif(10, 10)) << 300;
+    QTest::newRow("PNGs of 256 MiB") << tag("png", png(8191, 8191)) << 60;
+    QTest::newRow("PNGs of 8 MiB") << tag("png", png(1920, 1080)) << 200;
+    QTest::newRow("a thousand tiny PNGs") << tag("png", png(20, 20)) << 3000;
+}
+
+void TestHeavyAnswers::pictures()
+{
+    QFETCH(QString, tag);
+    QFETCH(int, count);
+    look("shown", [&] { m_region->showAnswer(QStringLiteral("标题"), tag.repeated(count)); });
+    look("opened", [this] { m_region->FoldToOpen_answer(0); });
+    auto *bar = m_region->findChild<QListWidget *>()->verticalScrollBar();
+    for (const int part : {0, 1, 2, 3}) {
+        look("scrolled", [bar, part] { bar->setValue(bar->maximum() * part / 3); });
+    }
+    look("next answer",
+         [this] { m_region->showAnswer(QStringLiteral("标题"), QStringLiteral("<p>下一个</p>")); });
+    look("copied", [this] {
+        QMetaObject::invokeMethod(m_region.get(), "qaRightHitMenu_copySlots", Q_ARG(int, 0),
+                                  Q_ARG(int, 1));
+    });
+    const auto labels = m_region->findChildren<PictureRow *>();
+    const auto isThere = [&labels](int row) {
+        const QLabel *label = labels.at(row)->label();
+        return label->movie() != nullptr || label->pixmap(Qt::ReturnByValue).width() > 0;
+    };
+    // Those that are decoded elsewhere come one after another.
+    QVERIFY(longestStallMs([] {}, [&] { return isThere(0) && isThere(3); }) < mostStallMs);
+    QVERIFY(isThere(3));
     checkMemory();
 }
 

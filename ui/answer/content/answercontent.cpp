@@ -93,13 +93,25 @@ void AnswerContent::addPicture(const QString &source, const QString &title,
                                QVector<ConversationPicture> &pictures)
 {
     const QStringRef base64Data = inlinePictureText(source);
-    const QPixmap pixmap = decodePicture(bytesOfBase64(base64Data));
+    QByteArray bytes = bytesOfBase64(base64Data);
+    const QSize size = pictureSize(bytes);
+    const bool isDear = isDecodable(size) && pixelsOf(size) > m_pixelsLeft;
+    const QPixmap pixmap = isDear ? QPixmap() : decodePicture(bytes);
+    m_pixelsLeft -= pixelsOf(pixmap.size());
+    if (!isDear && pixmap.isNull()) {
+        bytes.clear();
+    }
     const QString file = animationFile(pictures.size());
-    auto *row = new PictureRow(pixmap.size(), viewport());
-    pictures.append({pixmap, title, isAnimatedPicture(source), row});
+    auto *row = new PictureRow(isDear ? size : pixmap.size(), viewport());
+    pictures.append({pixmap, bytes, title, isAnimatedPicture(source), row});
+    keepNewestDecoded(pictures);
     m_pictureRows.append(row);
     saveAnimation(source, base64Data, file);
-    row->showPicture(source, pixmap, file);
+    if (isDear) {
+        row->showLater(source, bytes, size, file);
+    } else {
+        row->showPicture(source, pixmap, file);
+    }
     row->fitToPicture(source, row->label()->width());
     row->joinListAs(addRow(row));
 }

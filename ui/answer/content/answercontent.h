@@ -13,6 +13,10 @@ class QLabel;
 class AnswerContent : public QListWidget
 {
 public:
+    /// The pixels of an answer that are decoded before it is shown. Pictures beyond them come when
+    /// another thread has decoded them.
+    static constexpr qint64 mostPixelsAtOnce = 32'000'000;
+
     /// Builds the rows of \a reply, the rich text of the service, inside \a bubble. The pictures in
     /// it are appended to \a pictures, those of the whole conversation, under \a title.
     AnswerContent(const QString &reply, const QString &title,
@@ -39,4 +43,5 @@ private:
     QVector<QLabel *> m_paragraphs;
     QVector<PictureRow *> m_pictureRows;
     int m_contentHeight = 0;
+    qint64 m_pixelsLeft = mostPixelsAtOnce; ///< that may still be decoded at once
 };

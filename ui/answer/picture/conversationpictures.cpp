@@ -19,7 +19,7 @@ ImageDisplay *ConversationPictures::openPreview(int number)
     }
     previewOpened = true;
     imagePreview = std::make_unique<ImageDisplay>();
-    imagePreview->PreviewWin(picture.pixmap, picture.title, picture.animated, number);
+    imagePreview->PreviewWin(picture.decoded(), picture.title, picture.animated, number);
     tellPreview();
     imagePreview->show();
     imagePreview->setAttribute(Qt::WA_QuitOnClose, false);
@@ -36,7 +36,7 @@ void ConversationPictures::tellPreview()
 void ConversationPictures::showInPreview(int number)
 {
     const ConversationPicture &picture = m_pictures.at(number);
-    imagePreview->changeImage(picture.pixmap, picture.title, picture.animated, number);
+    imagePreview->changeImage(picture.decoded(), picture.title, picture.animated, number);
 }
 
 void ConversationPictures::showNextInPreview(int number)
@@ -54,9 +54,9 @@ void ConversationPictures::copy(int number) const
         return;
     }
     const ConversationPicture &picture = m_pictures.at(number);
-    if (picture.animated && !picture.pixmap.isNull()) {
+    if (picture.animated && !picture.data.isEmpty()) {
         QApplication::clipboard()->setImage(QImage(animationFile(number)));
     } else {
-        QApplication::clipboard()->setPixmap(picture.pixmap);
+        QApplication::clipboard()->setPixmap(picture.decoded());
     }
 }

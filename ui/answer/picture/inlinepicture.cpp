@@ -16,11 +16,12 @@ constexpr int pictureMaxHeight = 110;
 constexpr int pictureMaxWidth = 430;
 
 constexpr qint64 bytesPerPixel = 4;
+constexpr qint64 mostKeptBytes = qint64(128) * 1024 * 1024;
 constexpr qint64 maxDecodedBytes = qint64(256) * 1024 * 1024;
 
 bool isAbsurd(const QSize &size)
 {
-    return size.isValid() && qint64(size.width()) * size.height() > maxDecodedBytes / bytesPerPixel;
+    return pixelsOf(size) > maxDecodedBytes / bytesPerPixel;
 }
 
 /// The size in px of the canvas of the GIF \a data (GIF89a, logical screen descriptor), which each
@@ -65,7 +66,44 @@ bool isAnimatedPicture(const QString &piece)
     return false;
 }
 
+QPixmap ConversationPicture::decoded() const
+{
+    return pixmap.isNull() && !data.isEmpty() ? decodePicture(data) : pixmap;
+}
+
+void keepNewestDecoded(QVector<ConversationPicture> &pictures)
+{
+    qint64 bytes = 0;
+    for (int i = pictures.size() - 1; i >= 0; --i) {
+        ConversationPicture &picture = pictures[i];
+        bytes += pixelsOf(picture.pixmap.size()) * bytesPerPixel;
+        if (bytes > mostKeptBytes) {
+            picture.pixmap = QPixmap();
+        }
+    }
+}
+
+bool isDecodable(const QSize &size)
+{
+    return !size.isEmpty() && !isAbsurd(size);
+}
+
+QSize pictureSize(const QByteArray &data)
+{
+    QBuffer buffer;
+    buffer.setData(data);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    return reader.size().expandedTo(gifCanvas(data));
+}
+
 QPixmap decodePicture(const QByteArray &data)
+{
+    return QPixmap::fromImage(decodeImage(data));
+}
+
+QImage decodeImage(const QByteArray &data)
 {
     QBuffer buffer;
     buffer.setData(data);
@@ -82,7 +120,7 @@ QPixmap decodePicture(const QByteArray &data)
         LOG_WARNING() << "picture cannot be read: " << reader.errorString();
         return {};
     }
-    return QPixmap::fromImage(image);
+    return image;
 }
 
 QSize pictureLabelSize(const QSize &size)

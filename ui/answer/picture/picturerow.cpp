@@ -1,13 +1,13 @@
 #include "ui/answer/picture/picturerow.h"
 
+#include "ui/answer/picture/animationplay.h"
 #include "ui/answer/picture/inlinepicture.h"
-#include "ui/style/movierest.h"
+#include "ui/answer/picture/picturedecoder.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
 
 #include <QLabel>
 #include <QListWidgetItem>
-#include <QMovie>
 #include <QPushButton>
 
 namespace {
@@ -44,11 +44,10 @@ void PictureRow::showPicture(const QString &part, const QPixmap &pixmap, const Q
         if (pixmap.isNull()) {
             return; // no picture, or one too large to be decoded
         }
-        auto *movie = new QMovie(gifPath, QByteArray(), m_label);
-        m_label->setScaledContents(true);
-        m_label->setMovie(movie);
-        new MovieRest(movie, m_label); // which the movie owns
-        movie->start();
+        if (!play(gifPath, pixmap.size())) {
+            m_label->setPixmap(
+                pixmap.scaled(m_label->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        }
         return;
     }
     lastPictureHeight = 0;
@@ -58,6 +57,34 @@ void PictureRow::showPicture(const QString &part, const QPixmap &pixmap, const Q
         lastPictureHeight = qMin(scaled.height(), m_label->height());
         m_label->setPixmap(scaled);
     }
+}
+
+void PictureRow::showLater(const QString &part, const QByteArray &bytes, const QSize &size,
+                           const QString &gifPath)
+{
+    const QSize shown = size.scaled(m_label->size(), Qt::KeepAspectRatio).expandedTo({1, 1});
+    if (!isAnimatedPicture(part)) {
+        lastPictureHeight = qMin(shown.height(), m_label->height());
+    } else if (play(gifPath, size)) {
+        return;
+    }
+    PictureDecoder *decoder = PictureDecoder::instance();
+    connect(decoder, &PictureDecoder::decoded, this, &PictureRow::takeDecoded);
+    m_awaited = decoder->decodeLater(bytes, shown);
+}
+
+void PictureRow::takeDecoded(int number, const QImage &image)
+{
+    if (number == m_awaited) {
+        disconnect(PictureDecoder::instance(), nullptr, this, nullptr);
+        m_label->setPixmap(QPixmap::fromImage(image));
+    }
+}
+
+bool PictureRow::play(const QString &file, const QSize &canvas)
+{
+    auto *animation = new AnimationPlay(m_label, file, canvas);
+    return animation->start();
 }
 
 void PictureRow::fitToPicture(const QString &part, int width)

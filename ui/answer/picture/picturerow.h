@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QImage;
 class QLabel;
 class QListWidgetItem;
 class QPixmap;
@@ -22,6 +23,11 @@ public:
     /// still one, else the animation in the file \a gifPath.
     void showPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath);
 
+    /// The same for a picture \a bytes of \a size px that is not decoded yet: the row has its place
+    /// at once and shows the picture when it has been decoded elsewhere.
+    void showLater(const QString &part, const QByteArray &bytes, const QSize &size,
+                   const QString &gifPath);
+
     /// Makes the row of a still picture as low as the picture in it, which takes \a width px.
     void fitToPicture(const QString &part, int width);
 
@@ -33,9 +39,12 @@ public:
 
 private:
     void setPictureSize(const QSize &size);
+    [[nodiscard]] bool play(const QString &file, const QSize &canvas);
+    void takeDecoded(int number, const QImage &image);
 
     QLabel *m_label;
     QPushButton *m_button;
     QListWidgetItem *m_item = nullptr; ///< once it is in a list
+    int m_awaited = 0;                 ///< the number of what is being decoded for it
     int lastPictureHeight = 0;         ///< px
 };
