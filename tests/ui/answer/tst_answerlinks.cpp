@@ -206,8 +206,8 @@ void TestAnswerLinks::hoveredLink_saysWhereItLeads()
     QLabel *label = show(Place::Paragraph, QStringLiteral("https://help.example/&#8238;gpj.exe"));
     // Sent as it is: on a real screen another window may lie under the pointer.
     const QPoint place(20, 8);
-    QMouseEvent move(QEvent::MouseMove, place, label->mapToGlobal(place), Qt::NoButton, Qt::NoButton,
-                     Qt::NoModifier);
+    QMouseEvent move(QEvent::MouseMove, place, label->mapToGlobal(place), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
     QCoreApplication::sendEvent(label, &move);
     QCOMPARE(label->toolTip(), QStringLiteral("https://help.example/\\u{202E}gpj.exe"));
 }

@@ -30,7 +30,7 @@ void TestConversationPictures::fill(ConversationPictures &pictures, int count)
     for (int i = 0; i < count; ++i) {
         QPixmap pixmap(10 + i, 20);
         pixmap.fill(Qt::red);
-        pictures.all().append({pixmap, QString::number(i), false, nullptr});
+        pictures.all().append({pixmap, {}, QString::number(i), false, nullptr});
     }
 }
 

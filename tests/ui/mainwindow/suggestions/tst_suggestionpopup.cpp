@@ -1,6 +1,7 @@
 #include "resources/resources.h"
 #include "service/reply/listedquestion.h"
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
+#include "ui/text/textwrap.h"
 
 #include <QGraphicsDropShadowEffect>
 #include <QLabel>
@@ -214,7 +215,7 @@ void TestSuggestionPopup::endlessText_isElidedAtOnce()
     QVERIFY(label(1)->text().size() < 10'000);
     QVERIFY(label(1)->text().contains(QStringLiteral("<font style='font-size:12px;")));
     QVERIFY(label(1)->text().endsWith(QChar(u'…')));
-    QCOMPARE(button(1)->toolTip(), endless);
+    QCOMPARE(button(1)->toolTip(), rowPart(endless)); // a tip of a megabyte takes seconds
 }
 
 void TestSuggestionPopup::suggestionWithoutText_makesARowToo()
