@@ -191,9 +191,8 @@ class Assistant:
         return self.process.wait()
 
     def _corner(self) -> tuple[int, int]:
-        windows = self.person.windows(TITLE)
-        if not windows:
-            raise RuntimeError(self._ended("the window is not on the screen"))
+        # The search for windows fails while one of them is just going away.
+        windows = self._until(lambda: self.person.windows(TITLE), "the window on the screen")
         return self.person.position(windows[0])
 
     def _until(self, condition: Callable[[], object], what: str):
