@@ -50,7 +50,7 @@ void AsynTcpSocket::acceptClient()
 
 void AsynTcpSocket::noticeDepartures(const QTcpSocket *newcomer)
 {
-    // On Windows the toolkit may tell of the newcomer's message before it tells that an earlier
+    // On Windows Qt may tell of the newcomer's message before it tells that an earlier
     // client has left, which would then take the newcomer along.
     const auto sockets
         = tcpServer->findChildren<QTcpSocket *>(QString(), Qt::FindDirectChildrenOnly);

@@ -10,7 +10,7 @@
 
 qint32 logLevelThreshold = 0;
 
-// Never destroyed: the toolkit's own static objects still log after ours are gone.
+// Never destroyed: Qt's own static objects still log after ours are gone.
 QString &logBasePath = *new QString;
 
 namespace {

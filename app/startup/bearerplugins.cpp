@@ -6,7 +6,7 @@
 
 void leaveOutBearerPlugins()
 {
-    // The toolkit looks for these plugins once, when it makes the first such object.
+    // Qt looks for these plugins once, when it makes the first such object.
     const QStringList paths = QCoreApplication::libraryPaths();
     QCoreApplication::setLibraryPaths({});
     {

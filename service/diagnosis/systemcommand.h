@@ -7,7 +7,7 @@
 
 /// A console command of the system, started with this object, waited for in place and killed with
 /// it: whatever the command does, no process, zombie or open pipe is left behind, and no wait is
-/// longer than asked for. (On Windows the toolkit's reader may take some seconds more to turn away
+/// longer than asked for. (On Windows Qt's reader may take some seconds more to turn away
 /// from a command that prints faster than it reads.) Its error output is discarded. Made, used and
 /// destroyed on one thread, which needs no event loop.
 class SystemCommand final

@@ -33,7 +33,7 @@ constexpr int connectTimeoutMs = 1000;
 
 const QLatin1String successMarker("\"errorCode\":\"0\"");
 
-/// The toolkit registers these types with a thread's first request, and warns when the first
+/// Qt registers these types with a thread's first request, and warns when the first
 /// requests of two threads meet there.
 void registerReplyTypes()
 {

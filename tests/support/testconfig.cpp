@@ -105,7 +105,7 @@ QString TestConfig::path() const
 
 void TestConfig::write()
 {
-    // The toolkit takes a file of the same size and time for unchanged: each one is longer.
+    // Qt takes a file of the same size and time for unchanged: each one is longer.
     QByteArray bytes = ";" + QByteArray(1000 * ++m_writes, '.') + '\n';
     QString group;
     for (auto value = m_values.cbegin(); value != m_values.cend(); ++value) {

@@ -20,7 +20,7 @@ void setLook(QGraphicsDropShadowEffect &shadow)
     shadow.setBlurRadius(blur);
 }
 
-/// A square with the toolkit's shadow around it.
+/// A square with Qt's shadow around it.
 QPixmap shadowedTile()
 {
     QWidget ground;

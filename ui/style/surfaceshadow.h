@@ -6,7 +6,7 @@
 /// The soft grey shadow of the window's surfaces: no offset, "#DCDCDC", blur radius 8 px. For
 /// widgets that are opaque rectangles only.
 ///
-/// It looks as the toolkit's own, which paints the widget into a picture of its own and blurs all
+/// It looks as Qt's own, which paints the widget into a picture of its own and blurs all
 /// of that whenever a pixel of the widget changes. Here the widget is painted straight to where it
 /// is seen, and its shadow is put together from that of a small tile, blurred once. GUI thread
 /// only.
@@ -22,7 +22,7 @@ protected:
     void draw(QPainter *painter) override;
 
 private:
-    /// False when a picture of the window is made: there the toolkit would paint the widget itself
+    /// False when a picture of the window is made: there Qt would paint the widget itself
     /// to a wrong place.
     [[nodiscard]] bool paintsWindow(const QPainter &painter) const;
     void drawAround(QPainter &painter, const QRect &surface);

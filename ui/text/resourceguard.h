@@ -6,7 +6,7 @@
 class QLabel;
 class QUrl;
 
-/// Keeps the rich text of answers from reading anything but itself. The toolkit's documents would
+/// Keeps the rich text of answers from reading anything but itself. Qt's documents would
 /// load the pictures and style sheets that a text names, from files and, on Windows, from any
 /// machine's shares; a document whose parent has a loadResource() asks that first.
 class ResourceGuard : public QObject

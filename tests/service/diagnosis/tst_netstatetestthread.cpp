@@ -100,7 +100,7 @@ void TestNetStateTestThread::init()
 
 void TestNetStateTestThread::cleanup()
 {
-    QCOMPARE(m_log->foreignLines(), QStringList()); // the toolkit complains of abandoned processes
+    QCOMPARE(m_log->foreignLines(), QStringList()); // Qt complains of abandoned processes
     QVERIFY(!m_folder->isAnyAlive());
     m_log.reset();
     m_folder.reset();

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int amplyMs = 20'000;
 constexpr int shortMs = 200;
-constexpr qint64 atOnceMs = 20'000; // below any patience of the toolkit, above a slow machine
+constexpr qint64 atOnceMs = 20'000; // below any patience of Qt, above a slow machine
 constexpr int endless = 1'000'000;  // MiB
 
 const QString command = QStringLiteral("standin");
@@ -54,7 +54,7 @@ void TestSystemCommand::init()
 
 void TestSystemCommand::cleanup()
 {
-    QCOMPARE(m_log->foreignLines(), QStringList()); // the toolkit complains of abandoned processes
+    QCOMPARE(m_log->foreignLines(), QStringList()); // Qt complains of abandoned processes
     QVERIFY(!m_folder->isAnyAlive());
     m_log.reset();
     m_folder.reset();

@@ -158,7 +158,7 @@ void TestEndpointResolution::connectionTest_ignoresProxies()
     const LogCapture log;
     QNetworkProxy::setApplicationProxy(
         QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), proxy.port()));
-    // This machine, too, but by an address that the toolkit does not exempt from proxies.
+    // This machine, too, but by an address that Qt does not exempt from proxies.
     const bool connected = request.NetSocketConnect(QStringLiteral("0.0.0.0"), server.port());
     QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::NoProxy));
     QVERIFY(connected);

@@ -260,7 +260,7 @@ void TestHttpsRequest::proxyOfTheEnvironment_isIgnored()
     TestServer proxy;
     RequestBench bench;
     bench.server.setReply(httpReply(goodBody));
-    // This machine, too, but by an address that the toolkit does not exempt from proxies.
+    // This machine, too, but by an address that Qt does not exempt from proxies.
     bench.config.set(QStringLiteral("IpAndPort/mserverip"), QStringLiteral("0.0.0.0"));
     qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(proxy.port()));
     QNetworkProxyFactory::setUseSystemConfiguration(true);

@@ -34,7 +34,7 @@ protected:
     const QString cannotOpen = QStringLiteral("warning: Couldn't open json file.");
 
     static void writeFile(const QString &path, const QByteArray &bytes);
-    /// What the toolkit complained about, but for what its platform without a screen cannot do.
+    /// What Qt complained about, but for what its platform without a screen cannot do.
     [[nodiscard]] static QStringList complaints(const LogCapture &log);
 
     void openAbout(const QString &callerType = QStringLiteral("vdi"));

@@ -92,7 +92,7 @@ int largestDifference(const QImage &one, const QImage &other)
 
 } // namespace
 
-/// The shadow of the window's surfaces against the toolkit's own.
+/// The shadow of the window's surfaces against Qt's own.
 class TestSurfaceShadow : public QObject
 {
     Q_OBJECT
@@ -120,7 +120,7 @@ void TestSurfaceShadow::shadow_looksAsTheToolkitsOwn()
     const QImage toolkits = Window(size, makeToolkitShadow).shown();
     QVERIFY(!own.isNull());
     QCOMPARE(own.size(), toolkits.size());
-    // The toolkit blurs at half the size, so its own result differs a little from edge to edge.
+    // Qt blurs at half the size, so its own result differs a little from edge to edge.
     constexpr int invisible = 4;
     const int difference = largestDifference(own, toolkits);
     QVERIFY2(difference <= invisible, qPrintable(QString::number(difference)));

@@ -146,7 +146,7 @@ void WindowBench::setLoginState(int state)
     if (!settings.open(QIODevice::WriteOnly)) {
         qFatal("The settings file cannot be written");
     }
-    // Of a different length each time, so that the toolkit's cache sees the change.
+    // Of a different length each time, so that Qt's cache sees the change.
     settings.write("[RemLastUser]\nlastuser=user" + QByteArray(++m_writes, 'x')
                    + "\n[LoginMode]\nloginstate=" + QByteArray::number(state) + "\n");
 }

@@ -16,7 +16,7 @@ class EntryDelegate;
 /// A conversation only grows, and may grow for weeks. The stock list lays out and moves every item
 /// with each new one; this one keeps a table of its own of where items begin, and all item widgets
 /// on one sheet that moves as a whole, so that an entry costs the same however many are there. The
-/// sheet has sections of some entries each: the toolkit goes through all children of a widget when
+/// sheet has sections of some entries each: Qt goes through all children of a widget when
 /// it paints one of them. No widget can measure more than QWIDGETSIZE_MAX, so the sheet shows only
 /// a part of a conversation of millions of px, around what is seen; what lies outside of that is
 /// cut off.

@@ -144,5 +144,5 @@ void saveAnimation(const QString &part, const QStringRef &base64Data, const QStr
     if (!file.open(QIODevice::WriteOnly)) {
         LOG_WARNING() << "open file fail";
     }
-    file.write(bytesOfBase64(base64Data)); // to no avail then, as the toolkit says in the log
+    file.write(bytesOfBase64(base64Data)); // to no avail then, as Qt says in the log
 }

@@ -33,7 +33,7 @@ void keepNewestDecoded(QVector<ConversationPicture> &pictures);
 /// Whether the image tag \a piece holds an animation.
 [[nodiscard]] bool isAnimatedPicture(const QString &piece);
 
-/// Reads \a data in any format that the toolkit knows. Null, with a warning in the log, when they
+/// Reads \a data in any format that Qt knows. Null, with a warning in the log, when they
 /// are no picture, or one that would take more than 256 MiB: that is known before it is decoded.
 [[nodiscard]] QPixmap decodePicture(const QByteArray &data);
 

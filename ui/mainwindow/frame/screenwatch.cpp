@@ -9,7 +9,7 @@ ScreenWatch::ScreenWatch(QObject *parent)
 {
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &ScreenWatch::screensChanged);
     QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED // no other class of the toolkit tells of every screen at once
+    QT_WARNING_DISABLE_DEPRECATED // no other class of Qt tells of every screen at once
         const QDesktopWidget *desktop
         = QApplication::desktop();
     connect(desktop, &QDesktopWidget::resized, this, &ScreenWatch::screensChanged);

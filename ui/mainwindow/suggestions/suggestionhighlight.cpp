@@ -40,7 +40,7 @@ QString SuggestionHighlight::apply(const QString &text)
         copied = match.capturedEnd();
         emptyAtEnd = match.capturedStart() == text.size();
     }
-    // Behind an empty match at the end the toolkit finds no place to go on from, which is no error.
+    // Behind an empty match at the end Qt finds no place to go on from, which is no error.
     if (!matches.isValid() && !emptyAtEnd) {
         m_givenUp = true; // it ran away
         return {};

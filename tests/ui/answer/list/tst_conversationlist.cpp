@@ -1,58 +1,21 @@
+#include "tests/ui/answer/list/listtest.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/foldbar.h"
-#include "ui/answer/list/conversationitem.h"
-#include "ui/answer/list/conversationlist.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <vector>
 
-namespace {
-
-constexpr int width = 648;
-constexpr int height = 400;
-
-/// An entry of any height. Counts how often it got another parent.
-class Entry : public ConversationItem
-{
-public:
-    Entry(int entryHeight, QWidget *parent)
-        : ConversationItem(Speaker::User, parent)
-    {
-        setItemHeight(entryHeight);
-    }
-
-    using ConversationItem::setItemHeight;
-
-    int parentChanges = 0;
-
-protected:
-    bool event(QEvent *event) override
-    {
-        parentChanges += event->type() == QEvent::ParentChange ? 1 : 0;
-        return ConversationItem::event(event);
-    }
-
-    int readCount() const override { return 0; }
-    QWidget *readPart(int) const override { return nullptr; }
-};
-
-} // namespace
-
 /// The list of the conversation lays out its items itself: where they are, and what moves.
-class TestConversationList : public QObject
+class TestConversationList : public ListTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
     void scrollBar_isThin();
     void items_lieBelowEachOther();
     void itemWidgets_areThoseOfTheirItems();
@@ -70,49 +33,7 @@ private slots:
     void clickBesideATallEntry_doesNotScroll();
     void entries_paintWhatTheyShow();
     void farDown_itemsAreStillInPlace();
-    void furtherThanAWidgetReaches_entriesAreSeen();
-    void furtherThanAWidgetReaches_changedHeightMovesWhatFollows();
-    void furtherThanAWidgetReaches_answersFold();
-    void furtherThanAWidgetReaches_focusIsRevealed();
-    void moreThanAScrollBarCounts_isCutOff();
-
-private:
-    Entry *append(int height);
-    [[nodiscard]] QRect placeOf(const QWidget *widget) const;
-    [[nodiscard]] QString mistakeAt(int row) const;
-    [[nodiscard]] QScrollBar *bar() const { return m_list->verticalScrollBar(); }
-
-    std::unique_ptr<QWidget> m_window;
-    ConversationList *m_list = nullptr;
 };
-
-void TestConversationList::init()
-{
-    m_window = std::make_unique<QWidget>();
-    m_window->resize(width, height);
-    m_list = new ConversationList(m_window.get());
-    m_list->setFrameShape(QFrame::NoFrame);
-    m_list->setGeometry(0, 0, width, height);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-}
-
-void TestConversationList::cleanup()
-{
-    m_window.reset();
-}
-
-Entry *TestConversationList::append(int itemHeight)
-{
-    auto *entry = new Entry(itemHeight, m_list->nextParent());
-    m_list->append(entry);
-    return entry;
-}
-
-QRect TestConversationList::placeOf(const QWidget *widget) const
-{
-    return {widget->mapTo(m_list, QPoint()), widget->size()};
-}
 
 void TestConversationList::scrollBar_isThin()
 {
@@ -324,119 +245,5 @@ void TestConversationList::farDown_itemsAreStillInPlace()
 }
 
 /// What is wrong with entry \a row, which begins where the view does; empty when nothing is.
-QString TestConversationList::mistakeAt(int row) const
-{
-    const QWidget *entry = m_list->itemWidget(m_list->item(row));
-    const QLabel *icon = entry->findChild<QLabel *>();
-    if (placeOf(entry).topLeft() != QPoint(0, 0)) {
-        return QStringLiteral("entry %1 begins at %2").arg(row).arg(placeOf(entry).y());
-    }
-    if (m_list->indexAt({5, 5}).row() != row) {
-        return QStringLiteral("%1 is where %2 is seen").arg(m_list->indexAt({5, 5}).row()).arg(row);
-    }
-    if (icon == nullptr || icon->visibleRegion() != QRegion(icon->rect())) {
-        return QStringLiteral("the icon of entry %1 is not seen whole").arg(row);
-    }
-    return {};
-}
-
-void TestConversationList::furtherThanAWidgetReaches_entriesAreSeen()
-{
-    // More than QWIDGETSIZE_MAX, also in one section.
-    constexpr int count = 120;
-    constexpr int tall = 1'000'000;
-    for (int i = 0; i < count; ++i) {
-        append(tall);
-    }
-    append(height);
-    QVERIFY(bar()->maximum() == count * tall);
-    m_list->scrollToBottom();
-    QCOMPARE(mistakeAt(count), QString());
-    for (const int row : {0, 16, 17, 49, 50, 100, 3, 119, 60}) {
-        bar()->setValue(row * tall);
-        QCOMPARE(mistakeAt(row), QString());
-        bar()->setValue(row * tall + tall / 2);
-        const QWidget *entry = m_list->itemWidget(m_list->item(row));
-        QCOMPARE(placeOf(entry), QRect(0, -tall / 2, width, tall));
-        QCOMPARE(entry->visibleRegion(), QRegion(0, tall / 2, m_list->viewport()->width(), height));
-    }
-}
-
-void TestConversationList::furtherThanAWidgetReaches_changedHeightMovesWhatFollows()
-{
-    constexpr int tall = 9'000'000;
-    QList<Entry *> entries;
-    for (int i = 0; i < 100; ++i) {
-        entries.append(append(height));
-    }
-    entries.first()->setItemHeight(tall);
-    entries.at(1)->setItemHeight(tall);
-    m_list->scrollToBottom();
-    QCOMPARE(mistakeAt(99), QString());
-    bar()->setValue(2 * tall);
-    QCOMPARE(mistakeAt(2), QString());
-    entries.at(1)->setItemHeight(height);
-    entries.first()->setItemHeight(height);
-    bar()->setValue(height);
-    QCOMPARE(mistakeAt(1), QString());
-    QCOMPARE(placeOf(entries.at(2)), QRect(0, height, width, height));
-    m_list->scrollToBottom();
-    QCOMPARE(mistakeAt(99), QString());
-}
-
-void TestConversationList::furtherThanAWidgetReaches_answersFold()
-{
-    append(9'000'000);
-    append(9'000'000);
-    QVector<ConversationPicture> pictures;
-    auto *answer = new AnswerItem(QStringLiteral("标题"), m_list->nextParent());
-    answer->setReply(QStringLiteral("<p>一行文字</p>").repeated(30), QString(), pictures);
-    answer->setFoldState(FoldState::Folded);
-    m_list->append(answer);
-    connect(answer, &AnswerItem::foldRequested, answer, &AnswerItem::setFoldState);
-    const int folded = answer->height();
-    for (const int bar : {0, 1, 0}) { // that which opens, and that which retracts
-        auto *const button = answer->findChildren<FoldBar *>().at(bar)->findChild<QPushButton *>();
-        m_list->reveal(button);
-        QCOMPARE(button->visibleRegion(), QRegion(button->rect()));
-        QTest::mouseClick(button, Qt::LeftButton);
-        QCOMPARE(answer->height() > folded, bar == 0);
-    }
-}
-
-void TestConversationList::furtherThanAWidgetReaches_focusIsRevealed()
-{
-    constexpr int tall = 9'000'000;
-    append(height);
-    append(tall);
-    append(tall);
-    Entry *last = append(height);
-    m_list->reveal(last->findChild<QLabel *>());
-    QVERIFY(m_list->rect().contains(placeOf(last->findChild<QLabel *>())));
-    bar()->setValue(0);
-    auto *icon = last->findChild<QLabel *>();
-    icon->setFocusPolicy(Qt::StrongFocus);
-    m_window->activateWindow();
-    m_list->setFocus();
-    QTRY_VERIFY(m_list->hasFocus());
-    QTest::keyClick(m_list, Qt::Key_Tab);
-    QVERIFY(icon->hasFocus());
-    QVERIFY(m_list->rect().contains(placeOf(icon)));
-}
-
-void TestConversationList::moreThanAScrollBarCounts_isCutOff()
-{
-    // All entries together: more than 2^31 px.
-    constexpr int tall = 16'000'000;
-    for (int i = 0; i < 140; ++i) {
-        append(tall);
-    }
-    m_list->scrollToBottom();
-    QVERIFY(bar()->value() > 130 * tall);
-    bar()->setValue(130 * tall);
-    QCOMPARE(mistakeAt(130), QString());
-    QCOMPARE(m_list->visualRect(m_list->model()->index(139, 0)).height(), 0);
-}
-
 QTEST_MAIN(TestConversationList)
 #include "tst_conversationlist.moc"
