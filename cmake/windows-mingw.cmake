@@ -30,9 +30,10 @@ set(LIB_EAY "${MIRAVEL_WINDOWS_LIBRARIES}/openssl/lib64/libcrypto.dll.a"
 set(SSL_EAY "${MIRAVEL_WINDOWS_LIBRARIES}/openssl/lib64/libssl.dll.a" CACHE FILEPATH "")
 
 # The same bytes wherever the checkout lies and whenever it is built. Symbols are kept apart from
-# what is shipped; see MiravelWindows.cmake.
+# what is shipped; see MiravelWindows.cmake. Not -ffile-prefix-map: it would win over the maps that
+# make the file names of log lines bare.
 get_filename_component(MIRAVEL_CHECKOUT "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
-set(CMAKE_CXX_FLAGS_RELEASE_INIT "-g1 -gno-record-gcc-switches -ffile-prefix-map=${MIRAVEL_CHECKOUT}/=")
+set(CMAKE_CXX_FLAGS_RELEASE_INIT "-g1 -gno-record-gcc-switches -fdebug-prefix-map=${MIRAVEL_CHECKOUT}/=")
 set(CMAKE_EXE_LINKER_FLAGS_RELEASE_INIT "-Wl,--no-insert-timestamp")
 set(CMAKE_MODULE_LINKER_FLAGS_RELEASE_INIT "-Wl,--no-insert-timestamp")
 
