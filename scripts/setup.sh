@@ -13,6 +13,7 @@ packages=(
     qtbase5-dev          # the toolkit, with its readers for PNG, JPEG, GIF and ICO
     libqt5x11extras5-dev # tells whether the screen has a compositor
     libssl-dev           # the demo service's TLS and signatures; the toolkit loads its libraries too
+    zlib1g-dev           # undoes the compression of replies
     libcpp-httplib-dev   # the demo service's HTTP
     nlohmann-json3-dev   # the demo service's JSON
     pkgconf              # tells the build where the HTTP library is

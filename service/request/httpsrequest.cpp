@@ -6,6 +6,7 @@
 #include "app/base/texttools.h"
 #include "service/request/deadlinewait.h"
 #include "service/request/gatewayquery.h"
+#include "service/request/replybody.h"
 #include "service/request/requestsettings.h"
 #include "service/request/requesttarget.h"
 #include "service/request/signedrequest.h"
@@ -136,6 +137,7 @@ int httpsRequest::SendHttpsRequest(const QString &urlPath, int httpMode, int tim
     const QNetworkRequest request = prepareRequest(urlPath, httpMode, configFallback);
     manager.setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
     const std::unique_ptr<QNetworkReply> reply(manager.post(request, body));
+    ReplyBody content(*reply);
     const DeadlineWait::End end = waitForReply(*reply, timeoutMs);
     if (end != DeadlineWait::End::InTime) {
         reply->abort();
@@ -146,9 +148,9 @@ int httpsRequest::SendHttpsRequest(const QString &urlPath, int httpMode, int tim
         }
         return noReply;
     }
-    *replyBuffer = reply->readAll();
+    *replyBuffer = content.take();
     httpsError_Log(utf8UpToNul(*replyBuffer));
-    logNetworkError(reply->error());
+    logNetworkError(content.error());
     return repliedInTime;
 }
 
@@ -169,6 +171,7 @@ QNetworkRequest httpsRequest::prepareRequest(const QString &urlPath, int httpMod
     LOG_INFO() << "url:" << url;
     request.setUrl(QUrl(url));
     setSignedHeaders(request, freshCredentials(settings), settings.server);
+    doNothingByItself(request);
     LOG_DEBUG() << "mServerIP:" << settings.server.strAddr
                 << "mServerHttpsPort:" << settings.server.strPort;
     return request;

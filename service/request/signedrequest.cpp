@@ -43,3 +43,15 @@ void setTlsConfiguration(QNetworkRequest &request)
     configuration.setProtocol(QSsl::TlsV1_2);
     request.setSslConfiguration(configuration);
 }
+
+void doNothingByItself(QNetworkRequest &request)
+{
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    // Qt would prove to any service that asks who is logged in to Windows.
+    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    // As Qt itself sends it; but then Qt would inflate without any bound.
+    request.setRawHeader("Accept-Encoding", "gzip, deflate");
+}

@@ -16,3 +16,7 @@ void setSignedHeaders(QNetworkRequest &request, const RequestCredentials &creden
 
 /// Makes \a request use TLS 1.2 exactly and not check the server's certificate.
 void setTlsConfiguration(QNetworkRequest &request);
+
+/// Keeps Qt from doing more for \a request than to post it: no redirect is followed, nobody is
+/// logged in anywhere, no cookie is kept, and a compressed reply comes as it is sent.
+void doNothingByItself(QNetworkRequest &request);

@@ -5,9 +5,10 @@
 /// What the test server does with a request.
 struct ServedReply
 {
-    QByteArray bytes;      ///< sent as they are, then the connection is closed
-    bool hold = false;     ///< sent only after TestServer::release()
-    QByteArray early = {}; ///< sent at once, before those
+    QByteArray bytes;        ///< sent as they are, then the connection is closed
+    bool hold = false;       ///< sent only after TestServer::release()
+    QByteArray early = {};   ///< sent at once, before those
+    QByteArray endless = {}; ///< sent over and over after those, until the client leaves
 };
 
 /// A well-formed HTTP reply (RFC 9112) with \a body as JSON.

@@ -113,6 +113,9 @@ void TestServer::serve(qintptr descriptor)
     socket.write(reply.early);
     socket.flush();
     if (!reply.hold || waitForRelease(socket)) {
+        if (!reply.endless.isEmpty()) {
+            return sendWithoutEnd(socket, reply);
+        }
         sendAndClose(socket, reply.bytes);
     }
 }
@@ -148,6 +151,18 @@ ServedReply TestServer::take(const ReceivedRequest &request)
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_requests.append(request);
     return m_replies.value(request.target, m_reply);
+}
+
+void TestServer::sendWithoutEnd(QSslSocket &socket, const ServedReply &reply) const
+{
+    socket.write(reply.bytes);
+    while (!m_stopping && socket.state() == QAbstractSocket::ConnectedState) {
+        socket.write(reply.endless);
+        while (socket.bytesToWrite() > 0 && !m_stopping
+               && socket.state() == QAbstractSocket::ConnectedState) {
+            socket.waitForBytesWritten(pollMs);
+        }
+    }
 }
 
 bool TestServer::waitForRelease(QSslSocket &socket)

@@ -59,6 +59,7 @@ private:
     [[nodiscard]] bool encrypt(QSslSocket &socket) const;
     [[nodiscard]] bool receive(QSslSocket &socket, ReceivedRequest &request) const;
     [[nodiscard]] ServedReply take(const ReceivedRequest &request);
+    void sendWithoutEnd(QSslSocket &socket, const ServedReply &reply) const;
     [[nodiscard]] bool waitForRelease(QSslSocket &socket);
 
     const std::optional<QSslConfiguration> m_tls;
