@@ -7,6 +7,13 @@
 #include <QHostAddress>
 #include <QTcpServer>
 #include <QThread>
+#include <QTimer>
+
+namespace {
+
+constexpr int acceptAgainMs = 1000;
+
+} // namespace
 
 AsynTcpSocket::AsynTcpSocket(QObject *parent)
     : QObject(parent)
@@ -25,6 +32,14 @@ void AsynTcpSocket::CreateServerSocket(unsigned short port)
     LOG_INFO() << QStringLiteral("Tcp listen the port %1 is success.").arg(port)
                << ", time: " << timeOfDay();
     connect(tcpServer, &QTcpServer::newConnection, this, [this] { acceptClient(); });
+    connect(tcpServer, &QTcpServer::acceptError, this, [this] { acceptLater(); });
+}
+
+void AsynTcpSocket::acceptLater()
+{
+    // Qt stops accepting for good when the system has no room for one more connection.
+    LOG_WARNING() << "connection cannot be accepted: " << tcpServer->errorString();
+    QTimer::singleShot(acceptAgainMs, tcpServer, &QTcpServer::resumeAccepting);
 }
 
 quint16 AsynTcpSocket::serverPort() const

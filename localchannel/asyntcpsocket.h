@@ -54,6 +54,7 @@ private slots:
 
 private:
     void acceptClient();
+    void acceptLater();
     void noticeDepartures(const QTcpSocket *newcomer);
     void setClient(QTcpSocket *socket);
     void write(const QByteArray &data);
