@@ -11,6 +11,10 @@ TRIPLET = "x86_64-w64-mingw32"
 
 # Address space layout randomisation over the whole 64 bits, and no code in data.
 _HARDENING = ("HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT")
+# Written in the manifest: an ordinary user's rights, paths over 260 characters, Windows 10 and 11.
+_MANIFEST = {b'level="asInvoker"': "asks for other rights than its user's",
+             b">true</longPathAware>": "cannot open long paths",
+             b"{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}": "is not made for Windows 10"}
 # Only administrators may write there.
 _SAFE_PLACE = re.compile(r"C:[/\\]Program Files[/\\]", re.IGNORECASE)
 _NAMED_FOLDER = re.compile(rb'(?:OPENSSLDIR|ENGINESDIR|MODULESDIR): "([^"\0]*)"')
@@ -35,6 +39,14 @@ def hardening_problems(binary: Path) -> Iterator[str]:
     for wanted in _HARDENING:
         if wanted not in text:
             yield f"{binary.name} does not have {wanted}"
+
+
+def manifest_problems(program: Path) -> Iterator[str]:
+    """One line for each thing that the program's manifest does not tell the system."""
+    data = program.read_bytes()
+    for wanted, problem in _MANIFEST.items():
+        if wanted not in data:
+            yield f"{program.name} {problem}"
 
 
 def openssl_problems(library: Path) -> Iterator[str]:

@@ -17,7 +17,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-from binary import TRIPLET, hardening_problems, header, imports, openssl_problems
+from binary import TRIPLET, hardening_problems, header, imports, manifest_problems, openssl_problems
 
 PROJECT = Path(__file__).resolve().parents[2]
 SDK = PROJECT / "build" / "windows-sdk"
@@ -143,16 +143,17 @@ def problems(folder):
     if CRYPTO in files:
         yield from openssl_problems(files[CRYPTO])
     if PROGRAM in files:
+        yield from manifest_problems(files[PROGRAM])
         text = header(files[PROGRAM])
         if "(Windows GUI)" not in text:
             yield f"{PROGRAM} would open a console"
         stack = re.search(r"SizeOfStackReserve\s+([0-9a-f]+)", text)
         if not stack or int(stack[1], 16) < 8 << 20:
             yield f"{PROGRAM} reserves less than 8 MiB of stack"
-        for section in (".rsrc",):
-            if section not in subprocess.run([f"{TRIPLET}-objdump", "-h", str(files[PROGRAM])],
-                                             check=True, capture_output=True, text=True).stdout:
-                yield f"{PROGRAM} has no icon and version"
+        sections = subprocess.run([f"{TRIPLET}-objdump", "-h", str(files[PROGRAM])], check=True,
+                                  capture_output=True, text=True).stdout
+        if ".rsrc" not in sections:
+            yield f"{PROGRAM} has no icon and version"
 
 
 def refuse(found):

@@ -10,6 +10,7 @@
 #include "service/request/requestsettings.h"
 #include "service/request/requesttarget.h"
 #include "service/request/signedrequest.h"
+#include "service/request/tlslibrary.h"
 
 #include <QList>
 #include <QMetaEnum>
@@ -162,10 +163,12 @@ QNetworkRequest httpsRequest::prepareRequest(const QString &urlPath, int httpMod
     const QString url = requestUrl(httpMode, target, urlPath);
     QNetworkRequest request;
     if (isHttps(httpMode)) {
+        ignoreTlsConfiguration();
         setTlsConfiguration(request);
         LOG_DEBUG() << "version:" << QSslSocket::sslLibraryBuildVersionString();
     }
     if (isLogged(QtDebugMsg)) { // asking loads the TLS libraries, which plain HTTP does without
+        ignoreTlsConfiguration();
         LOG_DEBUG() << "OpenSSL is supported:" << QSslSocket::supportsSsl();
     }
     LOG_INFO() << "url:" << url;

@@ -1,0 +1,5 @@
+#include "service/request/tlslibrary.h"
+
+void ignoreTlsConfiguration()
+{
+}
