@@ -10,7 +10,6 @@
 #include "ui/answer/list/conversationlist.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/answer/questioncycle.h"
-#include "ui/answer/recommend/recommendbox.h"
 #include "ui/answer/recommend/recommendonlyitem.h"
 #include "ui/answer/waitingdots.h"
 #include "ui/preview/imagedisplay.h"
@@ -229,16 +228,19 @@ void QARegion::showAnswerWithRecommends(QString title, QString reply,
 {
     AnswerItem *answer = addAnswer(title, reply);
     const int index = m_answers.size() - 1;
-    const int box = m_answerBoxes.size();
+    const int box = m_answersWithBox.size();
     answer->setRecommends(recommends, measureLabel);
-    m_answerBoxes.append(answer->box());
+    m_answersWithBox.append(answer);
     connect(answer, &AnswerItem::foldRequested, this, [this, index, box](FoldState fold) {
         fold == FoldState::Opened ? FoldToOpen_AnswerRecom(index, box, index)
                                   : OpenToFold_AnswerRecom(index, box, index);
     });
-    connect(answer->box(), &RecommendBox::nextPageRequested, this,
+    connect(answer, &AnswerItem::nextPageRequested, this,
             [this, box, question] { switchAnswerRecommends(box, question); });
-    connectRows(answer->box(), question);
+    connect(answer, &AnswerItem::recommendClicked, this,
+            [this, question](const QString &recommended, qint64 questionId) {
+                askRecommended(recommended, question, questionId);
+            });
     showAnswerItem(answer);
 }
 
@@ -293,23 +295,24 @@ void QARegion::showRecommendOnly(QVector<ListedQuestion> recommends, QString que
 {
     auto *item = new RecommendOnlyItem(recommends, measureLabel, m_list->nextParent());
     const int box = m_boxes.size();
-    m_boxes.append(item->box());
-    connect(item->box(), &RecommendBox::nextPageRequested, this,
+    m_boxes.append(item);
+    connect(item, &RecommendOnlyItem::nextPageRequested, this,
             [this, box, question] { switchRecommendOnly(box, question); });
-    connectRows(item->box(), question);
+    connect(item, &RecommendOnlyItem::recommendClicked, this,
+            [this, question](const QString &recommended, qint64 questionId) {
+                askRecommended(recommended, question, questionId);
+            });
     m_list->append(item);
     scrollToBottom();
 }
 
-void QARegion::connectRows(RecommendBox *box, const QString &question)
+void QARegion::askRecommended(const QString &recommended, const QString &question,
+                              qint64 questionId)
 {
-    connect(box, &RecommendBox::recommendClicked, this,
-            [this, question](const QString &recommended, qint64 questionId) {
-                if (m_typingPlace != nullptr) {
-                    m_typingPlace->setFocus();
-                }
-                Miss_RecomSend(recommended, QStringLiteral("recommend"), question, questionId);
-            });
+    if (m_typingPlace != nullptr) {
+        m_typingPlace->setFocus();
+    }
+    Miss_RecomSend(recommended, QStringLiteral("recommend"), question, questionId);
 }
 
 void QARegion::setTypingPlace(QWidget *place)
@@ -326,7 +329,7 @@ void QARegion::switchRecommendOnly(int box, QString question)
 void QARegion::switchAnswerRecommends(int box, QString question)
 {
     Q_UNUSED(question)
-    m_answerBoxes.at(box)->showNextPage();
+    m_answersWithBox.at(box)->showNextPage();
 }
 
 void QARegion::FoldToOpen_AnswerRecom(int answer, int box, int line)

@@ -15,7 +15,7 @@ class IdpInterface;
 class QFontMetrics;
 class QLabel;
 class QuestionCycle;
-class RecommendBox;
+class RecommendOnlyItem;
 class WaitingDots;
 struct Answer;
 struct ListedQuestion;
@@ -164,7 +164,7 @@ private:
     AnswerItem *addAnswer(const QString &title, const QString &reply);
     void showAnswerItem(AnswerItem *answer);
     void connectPictures(const AnswerItem &answer);
-    void connectRows(RecommendBox *box, const QString &question);
+    void askRecommended(const QString &recommended, const QString &question, qint64 questionId);
 
     ConversationList *m_list = nullptr;
     WaitingDots *m_waitingDots = nullptr;
@@ -175,6 +175,6 @@ private:
     QPointer<QWidget> m_typingPlace;
     // In the order shown; owned by the list.
     QVector<AnswerItem *> m_answers;
-    QVector<RecommendBox *> m_answerBoxes; ///< below answers
-    QVector<RecommendBox *> m_boxes;       ///< in place of answers
+    QVector<AnswerItem *> m_answersWithBox;
+    QVector<RecommendOnlyItem *> m_boxes; ///< in place of answers
 };

@@ -2,7 +2,6 @@
 
 #include "ui/answer/bubble/foldbar.h"
 #include "ui/answer/content/answercontent.h"
-#include "ui/answer/recommend/recommendbox.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
 #include "ui/text/richtext.h"
@@ -86,7 +85,7 @@ QLabel *AnswerItem::text(int number) const
 
 bool AnswerItem::canSleep() const
 {
-    return !m_reply.isEmpty() && m_box == nullptr;
+    return !m_reply.isEmpty();
 }
 
 void AnswerItem::forget()
@@ -97,6 +96,10 @@ void AnswerItem::forget()
     m_content = nullptr;
     m_openBar = nullptr;
     m_retractBar = nullptr;
+    if (m_box != nullptr) {
+        m_place = m_box->place();
+        m_box = nullptr;
+    }
 }
 
 void AnswerItem::rebuild()
@@ -104,6 +107,9 @@ void AnswerItem::rebuild()
     QVector<ConversationPicture> none; // an answer with pictures does not sleep
     makeFrame();
     makeContent(m_reply, m_titleText, none);
+    if (m_measure != nullptr) {
+        makeBox();
+    }
     setFoldState(m_fold);
 }
 
@@ -136,7 +142,23 @@ QVector<QWidget *> AnswerItem::partsBelowContent() const
 
 void AnswerItem::setRecommends(const QVector<ListedQuestion> &recommends, QLabel *measure)
 {
-    m_box = new RecommendBox(RecommendBox::Kind::BelowAnswer, recommends, measure, this);
+    m_recommends = recommends;
+    m_measure = measure;
+    makeBox();
+}
+
+void AnswerItem::makeBox()
+{
+    m_box
+        = new RecommendBox(RecommendBox::Kind::BelowAnswer, m_recommends, m_measure, this, m_place);
+    connect(m_box, &RecommendBox::recommendClicked, this, &AnswerItem::recommendClicked);
+    connect(m_box, &RecommendBox::nextPageRequested, this, &AnswerItem::nextPageRequested);
+}
+
+void AnswerItem::showNextPage()
+{
+    wake();
+    m_box->showNextPage();
 }
 
 void AnswerItem::makeBars()

@@ -3,13 +3,12 @@
 #include "ui/answer/bubble/answergeometry.h"
 #include "ui/answer/list/conversationitem.h"
 #include "ui/answer/picture/inlinepicture.h"
+#include "ui/answer/recommend/recommendbox.h"
 
 #include <QVector>
 
 class AnswerContent;
 class FoldBar;
-class RecommendBox;
-struct ListedQuestion;
 
 /// An answer: its bold title, a line, the rows of the reply, and, when they are tall, the bars that
 /// fold and unfold them.
@@ -37,8 +36,11 @@ public:
     /// The rows of the reply; null before setReply() and while the entry sleeps.
     [[nodiscard]] AnswerContent *content() const { return m_content; }
 
-    /// The recommendations; null for an answer without.
+    /// The recommendations; null for an answer without, and while the entry sleeps.
     [[nodiscard]] RecommendBox *box() const { return m_box; }
+
+    /// Wakes the entry and shows the next page of its recommendations.
+    void showNextPage();
 
     /// Number 0 is the title, the paragraphs follow.
     [[nodiscard]] QLabel *text(int number) const override;
@@ -51,6 +53,9 @@ signals:
     /// again.
     void foldRequested(FoldState fold);
 
+    void recommendClicked(const QString &question, qint64 questionId);
+    void nextPageRequested();
+
 protected:
     [[nodiscard]] bool canSleep() const override;
     void forget() override;
@@ -62,6 +67,7 @@ protected:
 
 private:
     void makeFrame();
+    void makeBox();
     void makeContent(const QString &reply, const QString &title,
                      QVector<ConversationPicture> &pictures);
     [[nodiscard]] QVector<QWidget *> partsBelowContent() const;
@@ -77,6 +83,9 @@ private:
     AnswerContent *m_content = nullptr;
     FoldBar *m_openBar = nullptr; ///< this and the next only once the answer is folded
     FoldBar *m_retractBar = nullptr;
+    QVector<ListedQuestion> m_recommends;
+    QLabel *m_measure = nullptr; ///< null for an answer without recommendations
+    RecommendBox::Place m_place; ///< of the box while the entry sleeps
     RecommendBox *m_box = nullptr;
     int m_titleTerm = 0; ///< px that the title takes in the places of all that lies below it
 };

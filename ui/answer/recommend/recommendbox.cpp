@@ -1,6 +1,5 @@
 #include "ui/answer/recommend/recommendbox.h"
 
-#include "ui/answer/recommend/recommendpage.h"
 #include "ui/answer/recommend/recommendpaging.h"
 #include "ui/style/styles.h"
 
@@ -45,11 +44,13 @@ const RecommendBox::Layout &RecommendBox::layoutOf(Kind kind)
 }
 
 RecommendBox::RecommendBox(Kind kind, const QVector<ListedQuestion> &recommends, QLabel *measure,
-                           QWidget *parent)
+                           QWidget *parent, const Place &place)
     : QWidget(parent)
     , m_kind(kind)
     , m_recommends(recommends)
     , m_measure(measure)
+    , recommendCursor(place.isLater ? place.cursor : recommendRowsPerPage)
+    , m_isLater(place.isLater)
 {
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(styles::assistantBubble);
@@ -61,18 +62,19 @@ RecommendBox::RecommendBox(Kind kind, const QVector<ListedQuestion> &recommends,
         addHeading(tr("大家都在问："), {11, 43, 84, 19}, subHeading);
         elision = RecommendPage::Elision::FirstOfBox;
     }
-    addPage(new RecommendPage(m_recommends, recommendCursor, elision, m_measure, this));
-    recommendCursor += recommendRowsPerPage;
+    addPage(0, elision);
+    if (place.isLater) {
+        addPage(place.cursor, RecommendPage::Elision::Later); // covers the first as before
+    }
     addFoot(layoutOf(kind));
 }
 
 void RecommendBox::showNextPage()
 {
     recommendCursor = nextRecommendCursor(recommendCursor, m_recommends.size());
-    auto *page = new RecommendPage(m_recommends, recommendCursor, RecommendPage::Elision::Later,
-                                   m_measure, this);
-    addPage(page);
-    page->show(); // covers the earlier page, which stays below it
+    m_isLater = true;
+    addPage(recommendCursor, RecommendPage::Elision::Later);
+    m_page->show(); // covers the earlier page, which stays below it
 }
 
 void RecommendBox::addHeading(const QString &text, const QRect &place, const QString &style)
@@ -99,8 +101,9 @@ void RecommendBox::addFoot(const Layout &layout)
     m_foot = {hint, m_next};
 }
 
-void RecommendBox::addPage(RecommendPage *page)
+void RecommendBox::addPage(int start, RecommendPage::Elision elision)
 {
+    auto *page = new RecommendPage(m_recommends, start, elision, m_measure, this);
     page->setGeometry(layoutOf(m_kind).page);
     connect(page, &RecommendPage::recommendClicked, this, &RecommendBox::recommendClicked);
     if (m_page != nullptr) {

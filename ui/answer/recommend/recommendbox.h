@@ -1,6 +1,7 @@
 #pragma once
 
 #include "service/reply/listedquestion.h"
+#include "ui/answer/recommend/recommendpage.h"
 #include "ui/text/reader/readgroup.h"
 
 #include <QRect>
@@ -9,7 +10,6 @@
 
 class QLabel;
 class QPushButton;
-class RecommendPage;
 
 /// A bubble with recommended questions, five to a page, and a button that shows the next page.
 class RecommendBox : public QWidget, public ReadGroup
@@ -24,12 +24,29 @@ public:
         OnItsOwn,    ///< in place of an answer
     };
 
-    /// A box of \a recommends. \a measure is the label that texts are measured in.
+    /// The page that is seen: the first one, or one that came later, which cuts its texts
+    /// differently.
+    struct Place
+    {
+        int cursor = 0;
+        bool isLater = false;
+    };
+
+    /// A box of \a recommends that shows the page \a place, by default the first. \a measure is the
+    /// label that texts are measured in.
     RecommendBox(Kind kind, const QVector<ListedQuestion> &recommends, QLabel *measure,
-                 QWidget *parent);
+                 QWidget *parent, const Place &place);
+    RecommendBox(Kind kind, const QVector<ListedQuestion> &recommends, QLabel *measure,
+                 QWidget *parent)
+        : RecommendBox(kind, recommends, measure, parent, Place())
+    {
+    }
 
     /// Shows the next page in place of the present one.
     void showNextPage();
+
+    /// The page that is seen, for a box that takes this one's place.
+    [[nodiscard]] Place place() const { return {recommendCursor, m_isLater}; }
 
     [[nodiscard]] QAccessible::Role readRole() const override { return QAccessible::Grouping; }
     [[nodiscard]] QString readName() const override { return tr("推荐问题"); }
@@ -48,7 +65,7 @@ private:
 
     void addHeading(const QString &text, const QRect &place, const QString &style);
     void addFoot(const Layout &layout);
-    void addPage(RecommendPage *page);
+    void addPage(int start, RecommendPage::Elision elision);
     void cover(RecommendPage *page);
     [[nodiscard]] QVector<QWidget *> parts() const;
 
@@ -56,6 +73,7 @@ private:
     QVector<ListedQuestion> m_recommends;
     QLabel *m_measure;
     int recommendCursor = 0;
+    bool m_isLater = false;          ///< the page that is seen is not the first that was
     RecommendPage *m_page = nullptr; ///< the one that is seen
     QPushButton *m_next = nullptr;
     QVector<QWidget *> m_headings;

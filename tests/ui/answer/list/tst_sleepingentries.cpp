@@ -1,22 +1,31 @@
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
 #include "service/reply/listedquestion.h"
+#include "service/request/idpinterface.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
 #include "ui/answer/conversationcopier.h"
 #include "ui/answer/list/conversationlist.h"
 #include "ui/answer/qaregion.h"
+#include "ui/answer/recommend/recommendbox.h"
+#include "ui/answer/recommend/recommendonlyitem.h"
+#include "ui/answer/recommend/recommendpage.h"
 
 #include <QBuffer>
 #include <QClipboard>
 #include <QCursor>
 #include <QEventLoop>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 /// Entries far from what is seen have no widgets; nobody may notice.
 class TestSleepingEntries : public QObject
@@ -36,7 +45,13 @@ private slots:
     void wokenText_isCopiedByItsNumber();
     void entryWithTheFocus_staysAwake();
     void entryWithTheFocus_staysAwake_whileAnotherWindowIsActive();
-    void answersWithPicturesOrBoxes_stayAwake();
+    void answersWithPictures_stayAwake();
+    void boxes_sleepToo();
+    void wokenBoxes_lookAsBefore_onTheirPage();
+    void wokenBox_isAskedFromAndPaged();
+    void switchingASleepingBox_wakesIt();
+    void boxThatIsAskedFrom_maySleepMeanwhile();
+    void sleepingBox_takesLittleMemory();
     void veryLongAnswer_staysAwake();
     void neverScrolledTo_sleepsToo();
     void tabKey_bringsWhatItReachesIntoView();
@@ -44,6 +59,8 @@ private slots:
 
 private:
     void addExchanges(int count);
+    void addBoxes(int count = 1);
+    [[nodiscard]] RecommendOnlyItem *box() const;
     static void letSleep();
     [[nodiscard]] QList<QuestionBubble *> questions() const;
     [[nodiscard]] QList<AnswerItem *> answers() const;
@@ -60,6 +77,11 @@ constexpr int many = 35;
 QString question(int number)
 {
     return QStringLiteral("第%1个问题").arg(number);
+}
+
+QString recommendation(int number)
+{
+    return QStringLiteral("推荐的第%1个问题").arg(number);
 }
 
 } // namespace
@@ -93,6 +115,26 @@ void TestSleepingEntries::addExchanges(int count)
         m_region->showAnswer(QStringLiteral("标题"), QStringLiteral("<p>段落<b>粗</b></p>"));
     }
     letSleep();
+}
+
+/// Answers with recommendations, and boxes in place of answers, in turn.
+void TestSleepingEntries::addBoxes(int count)
+{
+    QVector<ListedQuestion> recommends;
+    for (int number = 0; number < 15; ++number) {
+        recommends.append({recommendation(number), number});
+    }
+    for (int i = 0; i < count; ++i) {
+        m_region->showAnswerWithRecommends(QStringLiteral("荐"), QStringLiteral("<p>段</p>"),
+                                           recommends, QString());
+        m_region->showRecommendOnly(recommends, QString());
+    }
+    QCoreApplication::processEvents();
+}
+
+RecommendOnlyItem *TestSleepingEntries::box() const
+{
+    return m_region->findChild<RecommendOnlyItem *>();
 }
 
 /// Lets happen what waits for its turn: the list's timer of no length began before this one.
@@ -236,7 +278,7 @@ void TestSleepingEntries::entryWithTheFocus_staysAwake_whileAnotherWindowIsActiv
     QVERIFY(!questions().at(1)->isAwake());
 }
 
-void TestSleepingEntries::answersWithPicturesOrBoxes_stayAwake()
+void TestSleepingEntries::answersWithPictures_stayAwake()
 {
     QImage image(20, 20, QImage::Format_RGB32);
     image.fill(Qt::red);
@@ -247,12 +289,109 @@ void TestSleepingEntries::answersWithPicturesOrBoxes_stayAwake()
     m_region->showAnswer(QStringLiteral("图"),
                          QStringLiteral("<p><img src=\"data:image/png;base64,%1\" style=\"\"/></p>")
                              .arg(QLatin1String(bytes.toBase64())));
-    m_region->showAnswerWithRecommends(QStringLiteral("荐"), QStringLiteral("<p>段</p>"), {},
-                                       QString());
     addExchanges(many);
     QVERIFY(answers().at(0)->isAwake());
-    QVERIFY(answers().at(1)->isAwake());
-    QVERIFY(!answers().at(2)->isAwake());
+    QVERIFY(!answers().at(1)->isAwake());
+}
+
+void TestSleepingEntries::boxes_sleepToo()
+{
+    addBoxes();
+    addExchanges(many);
+    QVERIFY(!answers().at(0)->isAwake());
+    QVERIFY(answers().at(0)->box() == nullptr);
+    QVERIFY(!box()->isAwake());
+    QVERIFY(box()->box() == nullptr);
+    QVERIFY(m_region->findChildren<RecommendBox *>().isEmpty());
+}
+
+void TestSleepingEntries::wokenBoxes_lookAsBefore_onTheirPage()
+{
+    addBoxes();
+    m_region->switchAnswerRecommends(0, QString());
+    m_region->switchRecommendOnly(0, QString());
+    const QImage answer = answers().first()->grab().toImage();
+    const QImage only = box()->grab().toImage();
+    addExchanges(many);
+    QVERIFY(!answers().first()->isAwake());
+    bar()->setValue(0);
+    letSleep();
+    QVERIFY(answers().first()->isAwake());
+    QCOMPARE(answers().first()->grab().toImage(), answer);
+    QCOMPARE(box()->grab().toImage(), only);
+}
+
+void TestSleepingEntries::wokenBox_isAskedFromAndPaged()
+{
+    addBoxes();
+    addExchanges(many);
+    bar()->setValue(0);
+    const auto clickThirdRow = [](RecommendBox *clicked) {
+        clicked->findChildren<RecommendPage *>().last()->questions().at(2)->setFocus();
+        QTest::keyClick(clicked->window()->focusWidget(), Qt::Key_Space);
+    };
+    const int before = questions().size();
+    m_region->service().askTimeoutMs = 1; // nobody answers
+    clickThirdRow(answers().first()->box());
+    QCOMPARE(questions().size(), before + 1);
+    QCOMPARE(questions().last()->label()->text(), recommendation(2));
+    m_region->switchRecommendOnly(0, QString());
+    clickThirdRow(box()->box());
+    QCOMPARE(questions().last()->label()->text(), recommendation(12));
+}
+
+void TestSleepingEntries::switchingASleepingBox_wakesIt()
+{
+    addBoxes();
+    addExchanges(many);
+    m_region->switchAnswerRecommends(0, QString());
+    m_region->switchRecommendOnly(0, QString());
+    QVERIFY(answers().first()->isAwake());
+    QCOMPARE(answers().first()->box()->place().cursor, 10);
+    QCOMPARE(box()->box()->place().cursor, 10);
+}
+
+void TestSleepingEntries::boxThatIsAskedFrom_maySleepMeanwhile()
+{
+    addBoxes();
+    connect(answers().first(), &AnswerItem::recommendClicked, this, [this] {
+        m_list->setFocus();
+        addExchanges(many); // as others may while the question waits
+    });
+    m_region->service().askTimeoutMs = 1; // nobody answers
+    auto *button = qobject_cast<QPushButton *>(answers().first()->box()->part(1));
+    QVERIFY(button != nullptr);
+    const QPointer<QPushButton> clicked = button;
+    button->click();
+    QVERIFY(clicked.isNull());
+    QVERIFY(!answers().first()->isAwake());
+}
+
+void TestSleepingEntries::sleepingBox_takesLittleMemory()
+{
+#ifdef __GLIBC__
+    constexpr int more = 40;
+    addBoxes(5); // what the first ones need for all
+    addExchanges(many);
+    const auto allocated = [] {
+        const struct mallinfo2 info = mallinfo2();
+        return static_cast<double>(info.uordblks + info.hblkhd);
+    };
+    const double before = allocated();
+    addBoxes(more);
+    addExchanges(many);
+    const double kib = (allocated() - before) / 1024;
+    m_region.reset();
+    init();
+    addExchanges(many);
+    const double around = allocated();
+    addExchanges(many);
+    const double each = (kib - (allocated() - around) / 1024) / (2 * more);
+    qInfo("a sleeping box: %.1f KiB", each);
+    QVERIFY(each < 24);
+#else
+    QSKIP("only the C library of Linux tells what is allocated");
+#endif
 }
 
 void TestSleepingEntries::veryLongAnswer_staysAwake()
