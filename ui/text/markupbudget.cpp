@@ -4,6 +4,7 @@
 #include "ui/text/fontsizes.h"
 #include "ui/text/markupscan.h"
 #include "ui/text/tabledepth.h"
+#include "ui/text/tablesizes.h"
 
 QString MarkupBudget::affordable(const QString &html)
 {
@@ -15,6 +16,10 @@ QString MarkupBudget::affordable(const QString &html)
     m_left -= cost;
     if (hasHugeFonts(html)) {
         LOG_WARNING() << "fonts are too large to be shown, only the text is";
+        return QLatin1String("<p>") + bareText(html) + QLatin1String("</p>");
+    }
+    if (hasHugeTables(html)) {
+        LOG_WARNING() << "tables are too large to be shown, only their text is";
         return QLatin1String("<p>") + bareText(html) + QLatin1String("</p>");
     }
     return withoutDeepTables(html);

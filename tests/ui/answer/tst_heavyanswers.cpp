@@ -210,6 +210,28 @@ void TestHeavyAnswers::reply_data()
     row("100,000 paragraphs", repeated("<p>段</p>", 800'000));
     row("20,000 attributes",
         QLatin1String("<div ") + repeated("a=b ", 190'000) + QLatin1String(">x</div>"));
+    for (const char *length : {"2147483647", "-2147483648", "99999999999", "1e30", "100000000%"}) {
+        const QString value = QString::fromLatin1(length);
+        QTest::newRow(length)
+            << QStringLiteral("<table width=%1 height=%1 border=%1 cellspacing=%1 cellpadding=%1>"
+                              "<tr><td colspan=%1 rowspan=%1 width=%1>a<td>b</table><ol start=%1>"
+                              "<li value=%1>c</ol><font size=%1>d</font><hr width=%1>")
+                       .arg(value)
+                   + QStringLiteral(
+                         "<p style='margin:%1px;text-indent:%1px;line-height:%1;padding:%1px;"
+                         "-qt-block-indent:%1;font-weight:%1;letter-spacing:%1px'>e</p>"
+                         "<span style='font-size:%1px;word-spacing:%1px'>f</span>")
+                         .arg(value);
+    }
+    for (const char *size : {"30000000", "1e30", "-1e30", "nan"}) {
+        const QString value = QString::fromLatin1(size);
+        row(qPrintable(QStringLiteral("table spacing ") + value),
+            QStringLiteral("<table cellspacing=%1><tr><td>a<td>b</table>").arg(value));
+        row(qPrintable(QStringLiteral("table padding ") + value),
+            QStringLiteral("<table cellpadding=%1><tr><td>a<td>b</table>").arg(value));
+        row(qPrintable(QStringLiteral("table margin ") + value),
+            QStringLiteral("<table style='margin:%1px'><tr><td>a<td>b</table>").arg(value));
+    }
     row("preformatted", QLatin1String("<pre>") + repeated("x", 190'000));
     row("entities", repeated("&amp;", 190'000));
     row("opened brackets", repeated("<", 190'000));

@@ -36,6 +36,8 @@ void TestMarkupBudget::ordinaryMarkup_isKept_data()
                              + QStringLiteral("</ul>"));
     row("twenty levels", QStringLiteral("<div>").repeated(20) + QStringLiteral("x"));
     row("a large heading", QStringLiteral("<b style=\"font-size:120px\">x</b>"));
+    row("a wide table", QStringLiteral("<table border=1 cellspacing=0 cellpadding=1000 "
+                                       "style='margin:1000px'><tr><td>x</td></tr></table>"));
     row("a wide margin", QStringLiteral("<b style=\"font-weight:bold;margin:1000px\">x</b>"));
 }
 
@@ -50,8 +52,8 @@ void TestMarkupBudget::ordinaryMarkup_isKept()
 void TestMarkupBudget::dearMarkup_givesItsText_data()
 {
     QTest::addColumn<QString>("html");
-    const auto row = [](const char *name, const QString &html) {
-        QTest::newRow(name) << html + QStringLiteral("里");
+    const auto row = [](const QByteArray &name, const QString &html) {
+        QTest::newRow(name.constData()) << html + QStringLiteral("里");
     };
     row("blocks", QStringLiteral("<div>").repeated(10'000));
     row("unknown elements", QStringLiteral("<x>").repeated(10'000));
@@ -66,6 +68,19 @@ void TestMarkupBudget::dearMarkup_givesItsText_data()
     row("style rules at the end",
         QStringLiteral("<b></b>").repeated(5000) + QStringLiteral("<style>")
             + QStringLiteral("b{}").repeated(5000) + QStringLiteral("</style>"));
+    for (const char *size : {"1001", "-1001", "30000000", "1e30", "-1e30", "inf", "nan"}) {
+        const QByteArray name(size);
+        row("spacing " + name,
+            QStringLiteral("<TABLE cellspacing=%1><tr><td>").arg(QLatin1String(name)));
+        row("padding " + name,
+            QStringLiteral("<table cellpadding='%1'><tr><td>").arg(QLatin1String(name)));
+    }
+    row("a table's margin", QStringLiteral("<table style='margin:30000000px'><tr><td>"));
+    row("a margin of a table's left", QStringLiteral("<table style='margin-left:1001px'><tr><td>"));
+    row("a cell's padding", QStringLiteral("<table><tr><td style='padding:99999px'>"));
+    row("by a style sheet", QStringLiteral("<style>table{margin:99999px}</style><table><tr><td>"));
+    row("a table around a table",
+        QStringLiteral("<table><tr><td><table cellpadding=99999><tr><td>"));
     row("a huge font", QStringLiteral("<b style='FONT-SIZE: 2000PX'>"));
     row("a huge font by its short name", QStringLiteral("<b style='font:2000.5pt serif'>"));
 }
