@@ -1,12 +1,23 @@
 #!/usr/bin/env bash
-# Builds one preset and runs its tests: test.sh PRESET [CTEST-ARGUMENT...].
+# Builds one preset and runs its tests: test.sh PRESET [CTEST-ARGUMENT...], or, when only some of the
+# targets are to be built, test.sh --only PRESET TARGET... -- [CTEST-ARGUMENT...].
 # A test that is disabled or did not run counts as a failure; skipped parts are listed with reasons.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-preset=$1
+targets=()
+if [[ $1 == --only ]]; then
+    preset=$2
+    shift 2
+    while [[ $1 != -- ]]; do
+        targets+=("$1")
+        shift
+    done
+else
+    preset=$1
+fi
 shift
-scripts/build.sh "$preset"
+scripts/build.sh "$preset" "${targets[@]}"
 
 run=()
 # The thread sanitizer of this compiler cannot live with a fully randomised address space.
