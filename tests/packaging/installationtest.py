@@ -15,12 +15,23 @@ from desktop.display import Display
 from desktop.installation import KEY, SECRET, TENANT, encoded, free_port
 from desktop.programlog import ProgramLog
 from desktop.project import BUILD, LOG_ENCODING, SOURCE
+from desktop.waiting import wait_until
 from packages import make_packages, package_in, rows
-from windowsmachine import WindowsMachine, windows_path
+from startedcopy import StartedCopy, running_copies
+from windowsmachine import Registry, WindowsMachine, changes, windows_path
 
 # Its answer has a moving picture.
 QUESTION = "如何更新桌面客户端？"
 STANDALONE = r"C:\Program Files\Miravel"
+CLIENT = r"C:\云桌面 client"
+# How long running copies are waited for.
+PATIENCE_MS = 10000
+# What using any program changes under Wine, the empty key that reading the user's name makes, and the
+# installer's own lists, which stay when they are empty.
+NOT_THE_PACKAGES = ("Classes\\Installer\\", "Installer\\UpgradeCodes", "Control\\Class\\{4D36E968",
+                    "Installer\\UserData", "Installer\\Folders", "Explorer\\User Shell Folders",
+                    "Explorer\\Shell Folders", "user\\Software\\Wine",
+                    "SystemCertificates", "VDAgent\\LogonInfo")
 # What the packages' own actions have to say.
 _SAID = re.compile(r"^(Miravel: .*|.*(?:只能是|必须是|无法|中没有).*)$", re.MULTILINE)
 
@@ -99,6 +110,24 @@ class InstallationTest(unittest.TestCase):
         return self.enterContext(Assistant(installed, self.display, arguments=arguments,
                                            runner=self.machine))
 
+    def running(self, folder: str) -> list[StartedCopy]:
+        """The copies of the installed program that run."""
+        return running_copies(folder + r"\Miravel.exe", self.folder)
+
+    def copy_started_again(self, assistant: Assistant, folder: str) -> StartedCopy:
+        """The copy that an installer has started when the assistant's own had closed; the assistant
+        goes on with it."""
+        self.assertEqual(0, assistant.process.wait())
+        [copy] = wait_until(lambda: self.running(folder), "the program again after the installation")
+        assistant.go_on_with(copy)
+        return copy
+
+    def waited_for(self, closed: int, log: str) -> int:
+        """How long an installation has waited until so many copies had closed, in ms."""
+        waited = re.search(rf"Miravel: {closed} closed after (\d+) ms", log)
+        self.assertIsNotNone(waited, log[-3000:])
+        return int(waited[1])
+
     def question_is_answered(self, assistant: Assistant, program_folder: str) -> None:
         """Over https, with the log and a moving picture written by the installed copy."""
         assistant.wait_for_greeting()
@@ -127,3 +156,9 @@ class InstallationTest(unittest.TestCase):
                  for path in (BUILD / "bin").rglob("*") if path.is_file()}
         library = {f"LocalQA/{path.name}" for path in (SOURCE / "resources/LocalQA").glob("*.txt")}
         return built | library
+
+
+def keys_left(before: Registry, after: Registry) -> list[str]:
+    """The keys that a removed package has changed."""
+    return [key for key in changes(before, after)
+            if not any(other in key for other in NOT_THE_PACKAGES)]

@@ -15,14 +15,20 @@ GONE_SINCE = "bin/imageformats/qold.dll"
 _TOOL_S = 300.0
 
 
+class PackageError(Exception):
+    """No packages could be made; the text is what the maker has to say."""
+
+
 def make_packages(build: Path, target: Path, version: str | None = None,
                   environment: Mapping[str, str] | None = None) -> None:
     """Makes every file of a release from a finished build."""
     command = ["/usr/bin/python3", "-B", str(SOURCE / "packaging/windows/package"), str(build), str(target)]
     if version:
         command += ["--version", version]
-    subprocess.run(command, env={**os.environ, **(environment or {})}, check=True,
-                   capture_output=True, timeout=_TOOL_S)
+    done = subprocess.run(command, env={**os.environ, **(environment or {})}, check=False,
+                          capture_output=True, text=True, timeout=_TOOL_S)
+    if done.returncode != 0:
+        raise PackageError(done.stderr)
 
 
 def package_in(folder: Path) -> Path:

@@ -5,24 +5,11 @@ from __future__ import annotations
 import unittest
 
 from desktop.project import SOURCE
-from installationtest import STANDALONE, InstallationTest
-from windowsmachine import Registry, changes, windows_path
+from installationtest import CLIENT, PATIENCE_MS, STANDALONE, InstallationTest, keys_left
+from windowsmachine import windows_path
 
-CLIENT = r"C:\云桌面 client"
 DUMPS = r"LocalDumps\Miravel.exe"
 CONFIG = {"config/Miravel.ini", "config/Miravel.sample.ini", "config/OpenSourceLicense.txt"}
-# What using any program changes under Wine, the empty key that reading the user's name makes, and the
-# installer's own lists, which stay when they are empty.
-NOT_THE_PACKAGES = ("Classes\\Installer\\", "Installer\\UpgradeCodes", "Control\\Class\\{4D36E968",
-                    "Installer\\UserData", "Installer\\Folders", "Explorer\\User Shell Folders",
-                    "Explorer\\Shell Folders", "user\\Software\\Wine",
-                    "SystemCertificates", "VDAgent\\LogonInfo")
-
-
-def keys_left(before: Registry, after: Registry) -> list[str]:
-    """The keys that a removed package has changed."""
-    return [key for key in changes(before, after)
-            if not any(other in key for other in NOT_THE_PACKAGES)]
 
 
 class StandaloneTest(InstallationTest):
@@ -42,13 +29,16 @@ class StandaloneTest(InstallationTest):
         self.assertEqual(1, len(self.shortcuts()))
         assistant = self.assistant(STANDALONE, STANDALONE + r"\log")
         self.question_is_answered(assistant, STANDALONE)
-        self.assertEqual(0, assistant.close())
+        self.assertEqual(0, self.machine.run(STANDALONE + r"\doctor.exe", STANDALONE, "--shortcut"))
 
         own = folder / "LocalQA/3.txt"
         own.write_text("own answer", encoding="ascii")
         settings = folder / "config/Miravel.ini"
         settings.write_text(settings.read_text("ascii") + "; mine\n", encoding="ascii")
-        self.install("SERVICEADDRESS=other.example")
+        text = self.install("SERVICEADDRESS=other.example")
+        self.assertLess(self.waited_for(1, text), PATIENCE_MS)
+        copy = self.copy_started_again(assistant, STANDALONE)
+        assistant.wait_for_window()
         self.assertTrue(settings.read_text("ascii").endswith("; mine\n"))
         self.assertNotIn("other.example", settings.read_text("ascii"))
         self.assertEqual("own answer", own.read_text("ascii"))
@@ -56,7 +46,9 @@ class StandaloneTest(InstallationTest):
                          {name for name in self.program_files(STANDALONE)
                           if not name.startswith(("log/", "gif/"))})
 
-        self.remove()
+        text = self.remove()
+        self.assertLess(self.waited_for(1, text), PATIENCE_MS)
+        copy.wait()
         self.machine.stop()
         left = self.machine.files() - files_before
         place = "Program Files/Miravel"

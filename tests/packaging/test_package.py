@@ -14,7 +14,7 @@ import zipfile
 from pathlib import Path
 
 from desktop.project import BUILD, SOURCE
-from packages import make_packages, package_in, rows
+from packages import PackageError, make_packages, package_in, rows
 
 PACKAGING = SOURCE / "packaging/windows"
 CERTIFICATE_DAYS = "2"
@@ -109,10 +109,24 @@ class PackageTest(unittest.TestCase):
         self.assertEqual({"LOGFOLDER": SHARED_RIGHTS, "GIFFOLDER": SHARED_RIGHTS}, rights)
         self.assertLessEqual({"LOGFOLDER", "GIFFOLDER"}, {row[0] for row in self.table("CreateFolder")})
 
+    def test_library_that_the_package_runs_is_hardened_and_needs_only_the_system(self) -> None:
+        text = subprocess.run(["x86_64-w64-mingw32-objdump", "-p", BUILD / "setup/miravelsetup.dll"],
+                              check=True, capture_output=True, text=True).stdout
+        for protection in ("HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT"):
+            self.assertIn(protection, text)
+        needed = {name.lower() for name in re.findall(r"DLL Name: (\S+)", text)}
+        self.assertLessEqual(needed, {"advapi32.dll", "kernel32.dll", "msi.dll", "msvcrt.dll", "user32.dll",
+                                      "userenv.dll", "wtsapi32.dll"})
+
     def test_nothing_restarts_the_machine_or_ends_a_program_by_force(self) -> None:
         properties = dict(self.table("Property"))
         self.assertEqual("ReallySuppress", properties["REBOOT"])
         self.assertEqual("Disable", properties["MSIRESTARTMANAGERCONTROL"])
+
+    def test_copies_are_asked_to_close_once(self) -> None:
+        """By the old version where there is one: it goes first."""
+        conditions = {row[0]: row[1] for row in self.table("InstallExecuteSequence")}
+        self.assertEqual("NOT WIX_UPGRADE_DETECTED", conditions["CloseRunning"])
 
     def test_settings_and_logs_are_no_files_of_the_package(self) -> None:
         names = {row[2].split("|")[-1] for row in self.table("File")}
@@ -207,9 +221,14 @@ class SigningTest(unittest.TestCase):
         programs = list(inside.rglob("Miravel.exe"))
         self.assertEqual(1, len(programs))
         self.assert_signed(programs[0])
+        # Windows asks for the signature of what the package itself runs, too.
+        library = self.folder / "miravelsetup.dll"
+        library.write_bytes(subprocess.run(["msiinfo", "extract", package, "Binary.setup"], check=True,
+                                           capture_output=True).stdout)
+        self.assert_signed(library)
 
     def test_command_that_fails_ends_the_making(self) -> None:
-        with self.assertRaises(subprocess.CalledProcessError):
+        with self.assertRaisesRegex(PackageError, "the command in MIRAVEL_SIGN_COMMAND could not sign"):
             make_packages(BUILD, self.folder / "release",
                           environment={"MIRAVEL_SIGN_COMMAND": "false"})
 

@@ -85,6 +85,12 @@ class Assistant:
         """Starts another copy, which is not waited for; a context manager that stops it."""
         return Child(self._command, env=self._env, output=None)
 
+    def go_on_with(self, process: Child) -> None:
+        """The program has ended, and this is the process of another start, whose window is a new one."""
+        self.process.stop()
+        self.process = process
+        self._before = None
+
     def ask_to_close(self) -> None:
         """Clicks the window's close button, and does not wait for the program's end."""
         self.click(*CLOSE_BUTTON)

@@ -106,7 +106,8 @@ def _calls() -> list[Action]:
         _call(110, "CheckProperties", "checkProperties", "", 0),
         _call(1405, "NoteRunning", "noteRunning", f"NOT {_REMOVING}", 0),
         _call(1650, "RestartAfterFailure", "startAgain", "", later + _ON_ROLLBACK),
-        _call(1660, "CloseRunning", "closeRunning", "", later),
+        # An old version has asked and waited while it went.
+        _call(1660, "CloseRunning", "closeRunning", "NOT WIX_UPGRADE_DETECTED", later),
         _call(3450, "PutBackAfterFailure", "putAnswersBack", keeping, later + _ON_ROLLBACK),
         _call(3460, "SetAnswersAside", "setAnswersAside", keeping, later),
         _call(3470, "DropPictures", "dropPictures", _REMOVING, later),

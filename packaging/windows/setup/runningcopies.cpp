@@ -243,9 +243,13 @@ void askToClose(const std::vector<DWORD> &processes)
 std::size_t closeCopies(const std::vector<RunningCopy> &copies, const std::wstring &helper,
                         DWORD milliseconds)
 {
-    for (DWORD waited = 0; waited < milliseconds && anyRuns(copies); waited += pollMs) {
-        if (waited % askAgainMs == 0) {
+    const ULONGLONG begun = GetTickCount64();
+    ULONGLONG nextAsking = 0;
+    for (ULONGLONG waited = 0; waited < milliseconds && anyRuns(copies);
+         waited = GetTickCount64() - begun) {
+        if (waited >= nextAsking) {
             ask(copies, helper);
+            nextAsking = waited + askAgainMs;
         }
         Sleep(pollMs);
     }
