@@ -12,6 +12,7 @@ packages=(
     ccache               # makes a rebuild cheap
     qtbase5-dev          # the toolkit, with its readers for PNG, JPEG, GIF and ICO
     libqt5x11extras5-dev # tells whether the screen has a compositor
+    qttools5-dev-tools   # collects the texts to translate and compiles translations
     libssl-dev           # the demo service's TLS and signatures; the toolkit loads its libraries too
     zlib1g-dev           # undoes the compression of replies
     libcpp-httplib-dev   # the demo service's HTTP

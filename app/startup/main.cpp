@@ -7,6 +7,7 @@
 #include "app/startup/qtenvironment.h"
 #include "app/startup/singleapplication.h"
 #include "app/startup/systemidentity.h"
+#include "app/startup/translation.h"
 #include "resources/resources.h"
 #include "ui/mainwindow/miravel.h"
 
@@ -62,6 +63,7 @@ int main(int argc, char *argv[])
 
     introduceToSystem();
     leaveOutBearerPlugins();
+    installTranslation(app, QStringLiteral("."));
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app,
                      &SingleApplication::makeRoomForNext);
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);

@@ -21,7 +21,9 @@ QString text(const char *source)
 CopyMenu::CopyMenu(bool enabled, QWidget *parent)
     : ShortcutMenu(menuSize, parent)
 {
-    const QAction *copy = addRow(
-        {text("复制"), text("Ctrl+C"), rowSize, topMargin, bottomMargin, shortcutPlace}, enabled);
+    const QAction *copy = addRow({text(QT_TRANSLATE_NOOP("QARegion", "复制")),
+                                  text(QT_TRANSLATE_NOOP("QARegion", "Ctrl+C")), rowSize, topMargin,
+                                  bottomMargin, shortcutPlace},
+                                 enabled);
     connect(copy, &QAction::triggered, this, &CopyMenu::copyRequested);
 }
