@@ -1,4 +1,5 @@
 #include "app/base/apppaths.h"
+#include "app/base/librarysearch.h"
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
 #include "app/base/settingskeys.h"
@@ -26,6 +27,7 @@ const QLatin1String launcher("ombra");
 
 int main(int argc, char *argv[])
 {
+    narrowLibrarySearch();
     giveLargeBlocksBack();
     clearQtEnvironment();
     SingleApplication app(argc, argv);
