@@ -4,6 +4,7 @@
 #include "app/base/logstream.h"
 #include "app/base/settingskeys.h"
 #include "app/startup/bearerplugins.h"
+#include "app/startup/closerequests.h"
 #include "app/startup/heap.h"
 #include "app/startup/qtenvironment.h"
 #include "app/startup/singleapplication.h"
@@ -74,6 +75,7 @@ int main(int argc, char *argv[])
         window.startForVdiClient();
     }
     app.w = &window;
+    const CloseRequests closeRequests(&window);
     window.show();
     return QApplication::exec();
 }

@@ -85,6 +85,10 @@ class Assistant:
         """Starts another copy, which is not waited for; a context manager that stops it."""
         return Child(self._command, env=self._env, output=None)
 
+    def start_beside(self, program: Path, *arguments: str, output: Path) -> Child:
+        """Starts another program of the build with the same system around it; the caller stops it."""
+        return Child(self._runner.command(program, arguments), env=self._env, output=output)
+
     def ask_to_close(self) -> None:
         """Clicks the window's close button, and does not wait for the program's end."""
         self.click(*CLOSE_BUTTON)
