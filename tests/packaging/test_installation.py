@@ -5,18 +5,19 @@ from __future__ import annotations
 import unittest
 
 from desktop.project import SOURCE
+from desktop.wineregistry import Registry, changes
 from installationtest import STANDALONE, InstallationTest
-from windowsmachine import Registry, changes, windows_path
+from windowsmachine import windows_path
 
 CLIENT = r"C:\云桌面 client"
 DUMPS = r"LocalDumps\Miravel.exe"
 CONFIG = {"config/Miravel.ini", "config/Miravel.sample.ini", "config/OpenSourceLicense.txt"}
-# What using any program changes under Wine, the empty key that reading the user's name makes, and the
-# installer's own lists, which stay when they are empty.
+# What using any program changes under Wine, and the installer's own lists, which stay when they are
+# empty.
 NOT_THE_PACKAGES = ("Classes\\Installer\\", "Installer\\UpgradeCodes", "Control\\Class\\{4D36E968",
                     "Installer\\UserData", "Installer\\Folders", "Explorer\\User Shell Folders",
                     "Explorer\\Shell Folders", "user\\Software\\Wine",
-                    "SystemCertificates", "VDAgent\\LogonInfo")
+                    "SystemCertificates")
 
 
 def keys_left(before: Registry, after: Registry) -> list[str]:
