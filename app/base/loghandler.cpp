@@ -1,5 +1,6 @@
 #include "app/base/loghandler.h"
 
+#include "app/base/fileappend.h"
 #include "app/base/texttools.h"
 
 #include <QDateTime>
@@ -47,14 +48,7 @@ QString liveLogPath()
 void appendToLiveLog(const QByteArray &line)
 {
     const QString path = liveLogPath();
-    QFile file(path);
-    // Unbuffered: a line reaches the system in one piece, so copies of the program share the file.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
-        return;
-    }
-    file.write(line);
-    file.close();
-    if (QFileInfo(path).size() > largestLogBytes) {
+    if (appendToFile(path, line) && QFileInfo(path).size() > largestLogBytes) {
         backupLogFile();
     }
 }

@@ -1,8 +1,10 @@
 #include "app/base/apppaths.h"
+#include "app/base/librarysearch.h"
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
 #include "app/base/settingskeys.h"
 #include "app/startup/bearerplugins.h"
+#include "app/startup/closerequests.h"
 #include "app/startup/heap.h"
 #include "app/startup/qtenvironment.h"
 #include "app/startup/singleapplication.h"
@@ -27,6 +29,7 @@ const QLatin1String launcher("ombra");
 
 int main(int argc, char *argv[])
 {
+    narrowLibrarySearch();
     giveLargeBlocksBack();
     clearQtEnvironment();
     SingleApplication app(argc, argv);
@@ -74,6 +77,7 @@ int main(int argc, char *argv[])
         window.startForVdiClient();
     }
     app.w = &window;
+    const CloseRequests closeRequests(&window);
     window.show();
     return QApplication::exec();
 }

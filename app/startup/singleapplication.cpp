@@ -1,5 +1,6 @@
 #include "app/startup/singleapplication.h"
 
+#include "app/startup/foreground.h"
 #include "app/startup/processend.h"
 #include "app/startup/servername.h"
 
@@ -20,6 +21,10 @@ SingleApplication::SingleApplication(int &argc, char **argv)
     : QApplication(argc, argv)
     , m_serverName(QFileInfo(applicationFilePath()).fileName())
 {
+    // Qt would close the windows when the end of the session is only asked about, and another
+    // program may still prevent it.
+    setFallbackSessionManagementEnabled(false);
+    connect(this, &QCoreApplication::aboutToQuit, this, &SingleApplication::makeRoomForNext);
     initLocalConnection();
 }
 
@@ -35,6 +40,7 @@ void SingleApplication::initLocalConnection()
     socket.connectToServer(m_serverName, QIODevice::ReadWrite);
     if (socket.waitForConnected(connectWaitMs)) {
         m_isRunning = true; // the connection alone is the message
+        letPeerComeToFront(socket.socketDescriptor());
         return;
     }
     becomeFirstCopy();
@@ -58,6 +64,10 @@ void SingleApplication::becomeFirstCopy()
 
 void SingleApplication::makeRoomForNext()
 {
+    if (m_isEnding) {
+        return;
+    }
+    m_isEnding = true;
     if (m_localServer != nullptr) {
         m_localServer->close();
     }

@@ -1,9 +1,7 @@
 #include "service/gateway/korvpntool.h"
 
 #include "app/base/logstream.h"
-
-#include <QCoreApplication>
-#include <QLibrary>
+#include "service/gateway/clientlibrary.h"
 
 #include <chrono>
 #include <mutex>
@@ -11,19 +9,32 @@
 namespace {
 
 // The fixed arguments of the query; what they mean only the library knows.
-constexpr char queryName[] = " ";
+constexpr char queryText[] = " ";
 constexpr int queryMode = 1;
 constexpr int queryIndex = -1;
 
 using InitFunction = int (*)(void *, void *, void *);
 using QueryFunction = const KorInfoBlock *(*)(const char *, int, int);
 
+constexpr char initName[] = "InitKorVpnTool";
+constexpr char queryName[] = "DoGetSelectedKorInfoBlock";
+
+struct Functions
+{
+    InitFunction init;
+    QueryFunction query;
+};
+
 struct KorVpnTool
 {
     std::timed_mutex mutex;
-    InitFunction init = nullptr; // this and the next are guarded by mutex
-    QueryFunction query = nullptr;
+    std::optional<Functions> functions; // guarded by mutex
 };
+
+QString libraryName()
+{
+    return QStringLiteral("KorVpnTool");
+}
 
 KorVpnTool &korVpnTool()
 {
@@ -32,26 +43,30 @@ KorVpnTool &korVpnTool()
     return *tool;
 }
 
-bool loadFrom(const QString &fileName, KorVpnTool &tool)
+std::optional<Functions> loadFrom(const QString &file)
 {
-    QLibrary library(fileName);
-    const auto init = reinterpret_cast<InitFunction>(library.resolve("InitKorVpnTool"));
-    const auto query
-        = reinterpret_cast<QueryFunction>(library.resolve("DoGetSelectedKorInfoBlock"));
-    if (!init || !query) {
-        library.unload(); // so that a whole one put in its place later is seen
-        return false;
+    ClientLibrary library(file);
+    if (!library.load()) {
+        library.warnOnce();
+        return std::nullopt;
     }
-    tool.init = init;
-    tool.query = query;
-    return true;
+    const Functions found{reinterpret_cast<InitFunction>(library.resolve(initName)),
+                          reinterpret_cast<QueryFunction>(library.resolve(queryName))};
+    if (!found.init || !found.query) {
+        library.unload(); // so that a whole one put in its place later is seen
+        return std::nullopt;
+    }
+    return found;
 }
 
-bool load(KorVpnTool &tool)
+std::optional<Functions> load()
 {
-    const QString name = QStringLiteral("KorVpnTool");
-    const QString besideProgram = QCoreApplication::applicationDirPath() + QLatin1Char('/') + name;
-    return loadFrom(besideProgram, tool) || loadFrom(name, tool);
+    for (const QString &file : ClientLibrary::places(libraryName())) {
+        if (const auto functions = loadFrom(file)) {
+            return functions;
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -65,11 +80,14 @@ std::optional<KorGateway> selectedKorGateway(int turnLimitMs)
         LOG_WARNING() << "KorVpnTool has not answered an earlier call, it is not asked again.";
         return std::nullopt;
     }
-    if (!tool.query && !load(tool)) {
+    if (!tool.functions) {
+        tool.functions = load();
+    }
+    if (!tool.functions) {
         return std::nullopt;
     }
-    tool.init(nullptr, nullptr, nullptr);
-    const KorInfoBlock *record = tool.query(queryName, queryMode, queryIndex);
+    tool.functions->init(nullptr, nullptr, nullptr);
+    const KorInfoBlock *record = tool.functions->query(queryText, queryMode, queryIndex);
     if (!record) {
         return std::nullopt;
     }
@@ -79,4 +97,9 @@ std::optional<KorGateway> selectedKorGateway(int turnLimitMs)
 KorGateway gatewayOf(const KorInfoBlock &record)
 {
     return {QString::fromUtf8(record.address), record.port};
+}
+
+LibraryReport examineKorVpnTool()
+{
+    return examineLibrary(ClientLibrary::places(libraryName()), {initName, queryName});
 }

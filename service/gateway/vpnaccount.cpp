@@ -1,16 +1,11 @@
 #include "service/gateway/vpnaccount.h"
 
 #include "app/base/logstream.h"
+#include "app/base/machineregistry.h"
 #include "app/base/texttools.h"
+#include "service/gateway/clientlibrary.h"
 
 #include <QByteArray>
-#include <QLibrary>
-#include <QSettings>
-
-#include <memory>
-#include <mutex>
-#include <utility>
-#include <vector>
 
 namespace {
 
@@ -18,24 +13,7 @@ constexpr int accountBytes = 64;
 
 using GetAccountFunction = int (*)(char *buffer, int *bufferBytes);
 
-struct Kept
-{
-    std::mutex mutex;
-    std::vector<std::unique_ptr<QObject>> objects; // guarded by mutex
-};
-
-/// Keeps \a object for the rest of the process. The client's library is never to be unloaded: it
-/// may run threads of its own.
-template <typename Object>
-Object &keep(std::unique_ptr<Object> object)
-{
-    // Never destroyed: nor is the library to go while the statics of the process do.
-    static auto *const kept = new Kept;
-    Object &reference = *object;
-    const std::lock_guard<std::mutex> lock(kept->mutex);
-    kept->objects.push_back(std::move(object));
-    return reference;
-}
+constexpr char functionName[] = "getAccount";
 
 QString libraryPath(const QString &iconPath)
 {
@@ -46,11 +24,9 @@ QString libraryPath(const QString &iconPath)
 
 QString vpnClientIconPath()
 {
-    const auto &settings = keep(std::make_unique<QSettings>(
-        QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\"
-                       "Uninstall\\Ostrel NORVIK VPN"),
-        QSettings::NativeFormat));
-    return settings.value(QStringLiteral("DisplayIcon")).toString();
+    return machineRegistryText(QStringLiteral("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\"
+                                              "Uninstall\\Ostrel NORVIK VPN"),
+                               QStringLiteral("DisplayIcon"));
 }
 
 int vpnAccountState(const QString &iconPath)
@@ -58,8 +34,13 @@ int vpnAccountState(const QString &iconPath)
     if (iconPath.isEmpty()) {
         return vpnLibraryMissing; // not installed; a library in the drive's root is none of its
     }
-    auto &library = keep(std::make_unique<QLibrary>(libraryPath(iconPath)));
-    const auto getAccount = reinterpret_cast<GetAccountFunction>(library.resolve("getAccount"));
+    // Never unloaded: it may run threads of its own.
+    ClientLibrary library(libraryPath(iconPath));
+    if (!library.load()) {
+        library.warnOnce();
+        return vpnLibraryMissing;
+    }
+    const auto getAccount = reinterpret_cast<GetAccountFunction>(library.resolve(functionName));
     if (!getAccount) {
         return vpnLibraryMissing;
     }
@@ -68,4 +49,10 @@ int vpnAccountState(const QString &iconPath)
     const int state = getAccount(account.data(), &size);
     LOG_DEBUG() << "account" << utf8UpToNul(account);
     return state;
+}
+
+LibraryReport examineVpnAccountLibrary(const QString &iconPath)
+{
+    return iconPath.isEmpty() ? LibraryReport()
+                              : examineLibrary({libraryPath(iconPath)}, {functionName});
 }

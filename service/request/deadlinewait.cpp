@@ -2,11 +2,16 @@
 
 #include <QtGlobal>
 
+namespace {
+
+constexpr int longWaitMs = 2000;
+
+} // namespace
+
 DeadlineWait::DeadlineWait(int timeoutMs)
+    : m_timeoutMs(qMax(0, timeoutMs))
 {
     m_timer.setSingleShot(true);
-    m_timer.setTimerType(Qt::PreciseTimer); // a coarse one may fire before its time
-    m_timer.setInterval(qMax(0, timeoutMs));
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { expire(); });
 }
 
@@ -18,8 +23,8 @@ DeadlineWait::~DeadlineWait()
 DeadlineWait::End DeadlineWait::exec()
 {
     if (!m_ended) {
-        m_deadline.setRemainingTime(m_timer.interval(), Qt::PreciseTimer);
-        m_timer.start();
+        m_deadline.setRemainingTime(m_timeoutMs, Qt::PreciseTimer);
+        startTimer(m_timeoutMs);
         m_loop.exec();
         m_timer.stop();
     }
@@ -28,6 +33,16 @@ DeadlineWait::End DeadlineWait::exec()
         return End::TooLate;
     }
     return m_ended ? End::InTime : End::GivenUp;
+}
+
+void DeadlineWait::startTimer(qint64 leftMs)
+{
+    // A precise timer makes Windows run its clock at 1 ms, which costs power, so only the last
+    // moments have one. A coarse one is a twentieth early or late, so it gets nine tenths of what
+    // is left.
+    const bool isLong = leftMs >= longWaitMs;
+    m_timer.setTimerType(isLong ? Qt::CoarseTimer : Qt::PreciseTimer);
+    m_timer.start(static_cast<int>(isLong ? leftMs - leftMs / 10 : leftMs));
 }
 
 void DeadlineWait::end()
@@ -42,7 +57,7 @@ void DeadlineWait::expire()
     // The system's timers may fire a moment before their time.
     const qint64 left = m_deadline.remainingTime();
     if (left > 0) {
-        m_timer.start(static_cast<int>(left));
+        startTimer(left);
         return;
     }
     m_expired = true;

@@ -39,9 +39,11 @@ public:
     [[nodiscard]] End exec();
 
 private:
+    void startTimer(qint64 leftMs);
     void end();
     void expire();
 
+    int m_timeoutMs;
     QEventLoop m_loop;
     QTimer m_timer;
     QDeadlineTimer m_deadline; ///< of the wait that goes on

@@ -16,9 +16,10 @@ from desktop.installation import KEY, SECRET, TENANT, encoded, free_port
 from desktop.programlog import ProgramLog
 from desktop.project import BUILD, LOG_ENCODING, SOURCE
 from desktop.waiting import wait_until
+from desktop.wineregistry import Registry, changes
 from packages import make_packages, package_in, rows
 from startedcopy import StartedCopy, running_copies
-from windowsmachine import Registry, WindowsMachine, changes, windows_path
+from windowsmachine import WindowsMachine, windows_path
 
 # Its answer has a moving picture.
 QUESTION = "如何更新桌面客户端？"
@@ -26,12 +27,12 @@ STANDALONE = r"C:\Program Files\Miravel"
 CLIENT = r"C:\云桌面 client"
 # How long running copies are waited for.
 PATIENCE_MS = 10000
-# What using any program changes under Wine, the empty key that reading the user's name makes, and the
-# installer's own lists, which stay when they are empty.
+# What using any program changes under Wine, and the installer's own lists, which stay when they are
+# empty.
 NOT_THE_PACKAGES = ("Classes\\Installer\\", "Installer\\UpgradeCodes", "Control\\Class\\{4D36E968",
                     "Installer\\UserData", "Installer\\Folders", "Explorer\\User Shell Folders",
                     "Explorer\\Shell Folders", "user\\Software\\Wine",
-                    "SystemCertificates", "VDAgent\\LogonInfo")
+                    "SystemCertificates")
 # What the packages' own actions have to say.
 _SAID = re.compile(r"^(Miravel: .*|.*(?:只能是|必须是|无法|中没有).*)$", re.MULTILINE)
 

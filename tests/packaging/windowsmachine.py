@@ -4,13 +4,13 @@ registry."""
 from __future__ import annotations
 
 import os
-import re
 import shutil
 import subprocess
 from pathlib import Path, PureWindowsPath
 from typing import Mapping, Sequence
 
 from desktop.wine import TEMPLATE, wine_environment
+from desktop.wineregistry import Registry, read_registry
 
 # Only against hanging: long enough for a busy machine.
 INSTALL_S = 300.0
@@ -19,9 +19,6 @@ _REMOVALS = 20
 _PLACES = ("TMPDIR", "XDG_RUNTIME_DIR")
 # The template is a Windows 7.
 _SYSTEM_VERSION = ("reg", "add", r"HKCU\Software\Wine", "/v", "Version", "/d", "win10", "/f")
-_REGISTRY_FILES = ("system.reg", "user.reg")
-
-Registry = dict[str, frozenset[str]]
 
 
 def windows_path(path: Path) -> str:
@@ -90,19 +87,4 @@ class WindowsMachine:
 
     def registry(self) -> Registry:
         """Every key of the stopped machine with its values."""
-        keys: dict[str, set[str]] = {}
-        for name in _REGISTRY_FILES:
-            current: set[str] = set()
-            text = (self._prefix / name).read_text(encoding="latin-1").replace("\\\n  ", "")
-            for line in text.splitlines():
-                key = re.match(r"\[(.*)\]", line)
-                if key:
-                    current = keys.setdefault(f"{name[:-4]}\\{key[1]}".replace("\\\\", "\\"), set())
-                elif line.startswith(('"', "@")):
-                    current.add(line)
-        return {key: frozenset(values) for key, values in keys.items()}
-
-
-def changes(before: Registry, after: Registry) -> list[str]:
-    """The keys that are not the same in both."""
-    return sorted(key for key in before.keys() | after.keys() if before.get(key) != after.get(key))
+        return read_registry(self._prefix)

@@ -1,8 +1,9 @@
 #include "tests/standins/standinvpnclient.h"
 
+#include "tests/standins/standinregistry.h"
+
 #include <QDir>
 #include <QFile>
-#include <QSettings>
 
 QString installVpnClient(const QString &folder, const QString &library)
 {
@@ -14,20 +15,9 @@ QString installVpnClient(const QString &folder, const QString &library)
     return client + QStringLiteral("\\client.ico");
 }
 
-bool canRegisterVpnClient()
+void registerVpnClient(StandInRegistry &registry, const QString &iconPath)
 {
-#ifdef Q_OS_WIN
-    return false;
-#else
-    return true;
-#endif
-}
-
-void registerVpnClient(const QString &iconPath)
-{
-    QSettings registry(
-        QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\"
-                       "Uninstall\\Ostrel NORVIK VPN"),
-        QSettings::NativeFormat);
-    registry.setValue(QStringLiteral("DisplayIcon"), iconPath);
+    registry.setText(QStringLiteral("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\"
+                                    "Uninstall\\Ostrel NORVIK VPN"),
+                     QStringLiteral("DisplayIcon"), iconPath);
 }

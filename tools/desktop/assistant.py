@@ -91,6 +91,10 @@ class Assistant:
         self.process = process
         self._before = None
 
+    def start_beside(self, program: Path, *arguments: str, output: Path) -> Child:
+        """Starts another program of the build with the same system around it; the caller stops it."""
+        return Child(self._runner.command(program, arguments), env=self._env, output=output)
+
     def ask_to_close(self) -> None:
         """Clicks the window's close button, and does not wait for the program's end."""
         self.click(*CLOSE_BUTTON)

@@ -9,6 +9,7 @@ from pathlib import Path
 from typing import Mapping, Sequence
 
 from .project import SOURCE
+from .wineregistry import Registry, read_registry
 
 _TOOL_S = 60.0
 
@@ -68,6 +69,10 @@ class WinePrefix:
     def set_registry_number(self, key: str, name: str, value: int) -> None:
         """Sets a 32-bit number in the registry."""
         self.run("reg", "add", key, "/v", name, "/t", "REG_DWORD", "/d", str(value), "/f")
+
+    def registry(self) -> Registry:
+        """Every key of the stopped prefix with its values."""
+        return read_registry(self._path)
 
     def start(self, environment: Mapping[str, str]) -> None:
         """Starts Wine's own services: begun by the program they would write into its output."""

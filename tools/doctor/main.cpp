@@ -1,4 +1,5 @@
 #include "app/base/apppaths.h"
+#include "app/base/librarysearch.h"
 #include "service/request/httpsrequest.h"
 #include "tools/doctor/callcheck.h"
 #include "tools/doctor/endpointcheck.h"
@@ -6,6 +7,8 @@
 #include "tools/doctor/report.h"
 #include "tools/doctor/servicelog.h"
 #include "tools/doctor/settingscheck.h"
+#include "tools/doctor/surroundings.h"
+#include "tools/doctor/vpncheck.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -84,6 +87,7 @@ bool examine(const Options &options)
     httpsRequest request;
     report.begin(QStringLiteral("The way to the service"));
     report.add(checkEndpoint(request));
+    report.add(checkVpnLibraries());
     if (resolvedEndpoint().isComplete()) {
         report.begin(QStringLiteral("The service"));
         report.add(checkCalls(request, log, options.limitMs, options.question));
@@ -95,9 +99,8 @@ bool examine(const Options &options)
 
 int main(int argc, char *argv[])
 {
-#ifndef Q_OS_WIN
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // nothing is shown
-#endif
+    narrowLibrarySearch();
+    showNoWindow();
     const QApplication app(argc, argv);
     const Options options = readCommandLine(app);
     if (!QDir::setCurrent(options.folder)) {

@@ -1,6 +1,7 @@
 #include "ui/answer/desktopuser.h"
 
 #include "app/base/apppaths.h"
+#include "app/base/machineregistry.h"
 #include "app/base/settingskeys.h"
 
 #include <QSettings>
@@ -13,9 +14,8 @@ QString desktopUserName()
         return settings.value(settingsName(SettingsKey::LastUser)).toString();
     }
     if (layout == InstallationLayout::Shortcut) {
-        const QSettings registry(QStringLiteral("HKEY_LOCAL_MACHINE\\Software\\VDAgent\\LogonInfo"),
-                                 QSettings::NativeFormat);
-        return registry.value(QStringLiteral("iRAIUser"), QString()).toString();
+        return machineRegistryText(QStringLiteral("Software\\VDAgent\\LogonInfo"),
+                                   QStringLiteral("iRAIUser"));
     }
     return {};
 }

@@ -1,10 +1,12 @@
 #include "service/diagnosis/netstatetestthread.h"
 #include "service/gateway/vpnaccount.h"
 #include "tests/standins/standinfolder.h"
+#include "tests/standins/standinregistry.h"
 #include "tests/standins/standinvpnclient.h"
 #include "tests/support/logcapture.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTest>
 
 #include <memory>
@@ -17,6 +19,26 @@ constexpr char stateVariable[] = "STANDIN_STATE";
 
 const QString completeLibrary = QStringLiteral(STANDIN_TOOLSDK);
 const QString emptyLibrary = QStringLiteral(STANDIN_EMPTYSDK);
+const QString needyLibrary = QStringLiteral(STANDIN_NEEDYSDK);
+const QString part = QStringLiteral(STANDIN_PART);
+
+/// \a library as if it had been made for a 32-bit processor.
+QByteArray forOtherProcessor(QByteArray library)
+{
+    // The processor's number: in the header whose place is told at 0x3c, or at 18 on other systems.
+    const bool isForWindows = library.startsWith("MZ");
+    const int place = isForWindows ? static_cast<uchar>(library.at(0x3c))
+                                         + 256 * static_cast<uchar>(library.at(0x3d)) + 4
+                                   : 18;
+    library[place] = isForWindows ? 0x4c : 3;
+    library[place + 1] = isForWindows ? 1 : 0;
+    return library;
+}
+
+QString libraryOf(const QString &iconPath)
+{
+    return iconPath.left(iconPath.lastIndexOf(u'\\')) + QStringLiteral("\\toolSDK.dll");
+}
 
 } // namespace
 
@@ -35,7 +57,13 @@ private slots:
     void missingLibrary_isMinusOne_data();
     void missingLibrary_isMinusOne();
     void libraryWithoutTheFunction_isMinusOne();
-    void fileThatIsNoLibrary_isMinusOne();
+    void libraryThatCannotBeLoaded_isMinusOneWithOneWarning_data();
+    void libraryThatCannotBeLoaded_isMinusOneWithOneWarning();
+    // What a library needs stays loaded too, so the test that has it comes after those that lack
+    // it.
+    void libraryWithoutWhatItNeeds_isMinusOneWithOneWarning();
+    void report_tellsAbsentUnusableAndUsableApart();
+    void libraryThatNeedsOthersOfItsFolder_isAsked();
     void libraryInstalledLater_isFound();
     void library_staysLoadedBetweenRuns();
     void iconPath_comesFromTheRegistry();
@@ -121,24 +149,77 @@ void TestVpnAccount::libraryWithoutTheFunction_isMinusOne()
     QCOMPARE(m_log->lines(), QStringList());
 }
 
-void TestVpnAccount::fileThatIsNoLibrary_isMinusOne()
+void TestVpnAccount::libraryThatCannotBeLoaded_isMinusOneWithOneWarning_data()
 {
-    QFile text(m_folder->path() + QStringLiteral("/text"));
-    QVERIFY(text.open(QIODevice::WriteOnly));
-    text.write("This is no library.");
-    text.close();
-    QCOMPARE(vpnAccountState(installVpnClient(m_folder->path(), text.fileName())), missing);
+    QTest::addColumn<QByteArray>("content");
+    QFile file(completeLibrary);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray whole = file.readAll();
+    QTest::newRow("no library") << QByteArray("This is no library.");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("cut off") << whole.left(300);
+    QTest::newRow("for another processor") << forOtherProcessor(whole);
+}
+
+void TestVpnAccount::libraryThatCannotBeLoaded_isMinusOneWithOneWarning()
+{
+    QFETCH(QByteArray, content);
+    QFile file(m_folder->path() + QStringLiteral("/damaged"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+    file.close();
+    const QString iconPath = installVpnClient(m_folder->path(), file.fileName());
+    QCOMPARE(vpnAccountState(iconPath), missing);
+    QCOMPARE(vpnAccountState(iconPath), missing);
+    const QString start = QStringLiteral("warning: A library of the VPN client cannot be loaded. ")
+                        + libraryOf(iconPath) + QStringLiteral(": ");
+    QCOMPARE(m_log->lines().size(), 1);
+    QVERIFY2(m_log->lines().first().startsWith(start), qPrintable(m_log->lines().first()));
+    QVERIFY(m_log->lines().first().size() > start.size() + 5);
+}
+
+void TestVpnAccount::libraryWithoutWhatItNeeds_isMinusOneWithOneWarning()
+{
+    const QString iconPath = installVpnClient(m_folder->path(), needyLibrary);
+    QCOMPARE(vpnAccountState(iconPath), missing);
+    QCOMPARE(vpnAccountState(iconPath), missing);
+    QCOMPARE(m_log->lines().size(), 1);
+    QVERIFY(m_log->lines().first().startsWith(QStringLiteral("warning: ")));
+}
+
+void TestVpnAccount::report_tellsAbsentUnusableAndUsableApart()
+{
+    using State = LibraryReport::State;
+    QCOMPARE(int(examineVpnAccountLibrary(QString()).state), int(State::Absent));
+    const auto reportOf = [this](const char *folder, const QString &library) {
+        return examineVpnAccountLibrary(
+            installVpnClient(m_folder->path() + QLatin1Char('/') + QLatin1String(folder), library));
+    };
+    const LibraryReport needy = reportOf("needy", needyLibrary);
+    QCOMPARE(int(needy.state), int(State::Unusable));
+    QVERIFY2(needy.reason.contains(QStringLiteral("toolSDK.dll: ")), qPrintable(needy.reason));
+    const LibraryReport empty = reportOf("empty", emptyLibrary);
+    QCOMPARE(int(empty.state), int(State::Unusable));
+    QVERIFY2(empty.reason.contains(QStringLiteral("getAccount")), qPrintable(empty.reason));
+    QCOMPARE(int(reportOf("complete", completeLibrary).state), int(State::Usable));
+    QCOMPARE(m_log->lines(), QStringList());
+}
+
+void TestVpnAccount::libraryThatNeedsOthersOfItsFolder_isAsked()
+{
+    const QString iconPath = installVpnClient(m_folder->path(), needyLibrary);
+    QVERIFY(QFile::copy(part, QFileInfo(libraryOf(iconPath)).path() + QLatin1Char('/')
+                                  + QFileInfo(part).fileName()));
+    QCOMPARE(vpnAccountState(iconPath), 7);
 }
 
 void TestVpnAccount::libraryInstalledLater_isFound()
 {
     qputenv(stateVariable, "5");
     const QString iconPath = installVpnClient(m_folder->path(), completeLibrary);
-    const QString library
-        = iconPath.left(iconPath.lastIndexOf(u'\\')) + QStringLiteral("\\toolSDK.dll");
-    QVERIFY(QFile::remove(library));
+    QVERIFY(QFile::remove(libraryOf(iconPath)));
     QCOMPARE(vpnAccountState(iconPath), missing);
-    QVERIFY(QFile::copy(completeLibrary, library));
+    QVERIFY(QFile::copy(completeLibrary, libraryOf(iconPath)));
     QCOMPARE(vpnAccountState(iconPath), 5);
 }
 
@@ -151,11 +232,12 @@ void TestVpnAccount::library_staysLoadedBetweenRuns()
 
 void TestVpnAccount::iconPath_comesFromTheRegistry()
 {
-    if (!canRegisterVpnClient()) {
-        QSKIP("would change this machine's registry");
+    if (StandInRegistry::whyNot() != nullptr) {
+        QSKIP(StandInRegistry::whyNot());
     }
+    StandInRegistry registry;
     const QString iconPath = QStringLiteral("C:\\Program Files\\temp\\client.ico");
-    registerVpnClient(iconPath);
+    registerVpnClient(registry, iconPath);
     QCOMPARE(vpnClientIconPath(), iconPath);
 }
 
@@ -169,12 +251,13 @@ void TestVpnAccount::missingRegistryValue_isMinusOne()
 
 void TestVpnAccount::state_isFoundThroughTheRegistry()
 {
-    if (!canRegisterVpnClient()) {
-        QSKIP("would change this machine's registry");
+    if (StandInRegistry::whyNot() != nullptr) {
+        QSKIP(StandInRegistry::whyNot());
     }
+    StandInRegistry registry;
     qputenv(accountVariable, "lisi");
     qputenv(stateVariable, "3");
-    registerVpnClient(installVpnClient(m_folder->path(), completeLibrary));
+    registerVpnClient(registry, installVpnClient(m_folder->path(), completeLibrary));
     NetStateTestThread diagnosis;
     QCOMPARE(diagnosis.NORVIK_logState(), 3);
     QCOMPARE(m_log->lines(), QStringList(QStringLiteral("debug: accountlisi")));

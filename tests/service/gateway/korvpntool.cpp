@@ -1,8 +1,9 @@
 // Stands in for the VPN client's library in tests. The environment tells it what to answer:
 // MIRAVEL_TEST_GATEWAY_ADDRESS ("=" and the address; unset: no gateway is selected),
 // MIRAVEL_TEST_GATEWAY_PORT, and MIRAVEL_TEST_GATEWAY_CALLS, a file to which every call is
-// appended. While the file MIRAVEL_TEST_GATEWAY_HANGS exists it does not answer. Like the real one
-// it is not made for several threads at once; it reports when that happens.
+// appended. While the file MIRAVEL_TEST_GATEWAY_HANGS exists it does not answer. On Windows it asks
+// for the library MIRAVEL_TEST_GATEWAY_LOADS by that name. Like the real one it is not made for
+// several threads at once; it reports when that happens.
 
 #include <atomic>
 #include <chrono>
@@ -11,6 +12,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <thread>
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 namespace {
 
@@ -59,6 +64,11 @@ public:
 extern "C" int InitKorVpnTool(void *first, void *second, void *third)
 {
     const Call call;
+#ifdef _WIN32
+    if (const char *name = std::getenv("MIRAVEL_TEST_GATEWAY_LOADS")) {
+        LoadLibraryA(name);
+    }
+#endif
     note(!first && !second && !third ? "InitKorVpnTool(0, 0, 0)" : "InitKorVpnTool(other)");
     return -1; // nobody may care
 }

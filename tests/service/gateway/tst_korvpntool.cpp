@@ -27,6 +27,9 @@ private slots:
     void libraryThatComesLater_isFoundAtTheNextQuery();
     void wholeLibraryInPlaceOfAnIncompleteOne_isFoundAtTheNextQuery();
     void libraryOnceFound_isKept();
+    void damagedLibraryBesideTheProgram_isPassedOverWithOneWarning();
+    void damagedLibraryAlone_isAsNoGatewayWithOneWarning();
+    void folderWithTheLibrarysName_isAsNone();
 };
 
 namespace {
@@ -75,6 +78,19 @@ public:
         QVERIFY(QFile::copy(library, place));
     }
 
+    /// Puts something that is no library in its place.
+    void putDamaged() const
+    {
+        QFile file(m_folder.filePath(QFileInfo(completeLibrary).fileName()));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write("This is no library.") > 0);
+    }
+
+    void putFolder() const
+    {
+        QVERIFY(QDir(m_folder.path()).mkdir(QFileInfo(completeLibrary).fileName()));
+    }
+
     void take() const
     {
         QVERIFY(QFile::remove(m_folder.filePath(QFileInfo(completeLibrary).fileName())));
@@ -106,6 +122,13 @@ public:
             }
         }
         return m_process.readLine().trimmed();
+    }
+
+    /// What it has logged so far; after an answer this is whole.
+    QStringList warnings()
+    {
+        const QString text = QString::fromLocal8Bit(m_process.readAllStandardError());
+        return text.split(u'\n', Qt::SkipEmptyParts).filter(QStringLiteral("cannot be loaded"));
     }
 
 private:
@@ -149,6 +172,7 @@ void TestKorVpnTool::absentLibrary_isAsNoGateway()
     probe.start();
     QCOMPARE(probe.ask(), QByteArray("none"));
     QCOMPARE(probe.ask(), QByteArray("none"));
+    QCOMPARE(probe.warnings(), QStringList());
     QCOMPARE(gateway.calls(), QStringList());
 }
 
@@ -195,12 +219,7 @@ void TestKorVpnTool::incompleteLibraryBesideTheProgram_isPassedOver()
     Probe probe;
     probe.put(incompleteLibrary);
     probe.start(folderOf(completeLibrary));
-#ifdef Q_OS_WIN
-    // The system looks beside the program first, whoever asks.
-    QCOMPARE(probe.ask(), QByteArray("none"));
-#else
     QCOMPARE(probe.ask(), QByteArray("10.1.1.1:443"));
-#endif
 }
 
 void TestKorVpnTool::libraryThatComesLater_isFoundAtTheNextQuery()
@@ -237,6 +256,43 @@ void TestKorVpnTool::libraryOnceFound_isKept()
     probe.take();
     QCOMPARE(probe.ask(), QByteArray("10.1.1.1:443"));
     QCOMPARE(gateway.calls(), TestGateway::oneQuery() + TestGateway::oneQuery());
+}
+
+void TestKorVpnTool::damagedLibraryBesideTheProgram_isPassedOverWithOneWarning()
+{
+    const TestGateway gateway("10.1.1.1", 443);
+    Probe probe;
+    probe.putDamaged();
+    probe.start(folderOf(completeLibrary));
+    QCOMPARE(probe.ask(), QByteArray("10.1.1.1:443"));
+    QCOMPARE(probe.ask(), QByteArray("10.1.1.1:443"));
+    QCOMPARE(probe.warnings().size(), 1);
+}
+
+void TestKorVpnTool::damagedLibraryAlone_isAsNoGatewayWithOneWarning()
+{
+    const TestGateway gateway("10.1.1.1", 443);
+    Probe probe;
+    probe.putDamaged();
+    probe.start();
+    QCOMPARE(probe.ask(), QByteArray("none"));
+    QCOMPARE(probe.ask(), QByteArray("none"));
+    const QStringList warnings = probe.warnings();
+    QCOMPARE(warnings.size(), 1);
+    QVERIFY2(warnings.first().contains(QFileInfo(completeLibrary).fileName()),
+             qPrintable(warnings.first()));
+    probe.put(completeLibrary);
+    QCOMPARE(probe.ask(), QByteArray("10.1.1.1:443"));
+}
+
+void TestKorVpnTool::folderWithTheLibrarysName_isAsNone()
+{
+    const TestGateway gateway("10.1.1.1", 443);
+    Probe probe;
+    probe.putFolder();
+    probe.start();
+    QCOMPARE(probe.ask(), QByteArray("none"));
+    QCOMPARE(probe.warnings(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestKorVpnTool)

@@ -17,6 +17,7 @@ private slots:
     void signalInTime_endsTheWait();
     void signalBeforeTheWait_needsNoWait();
     void noSignal_expiresNotBeforeItsTime();
+    void longWaitOfSeveralTimers_expiresNotBeforeItsTime();
     void zeroAndNegativeTimes_expireAtOnce_data();
     void zeroAndNegativeTimes_expireAtOnce();
     void otherEvents_areHandledMeanwhile();
@@ -86,6 +87,16 @@ void TestDeadlineWait::noSignal_expiresNotBeforeItsTime()
     wait.endOn(this, &TestDeadlineWait::happened);
     QCOMPARE(wait.exec(), DeadlineWait::End::TooLate);
     QVERIFY(clock.elapsed() >= laterMs);
+}
+
+void TestDeadlineWait::longWaitOfSeveralTimers_expiresNotBeforeItsTime()
+{
+    constexpr int severalTimersMs = 3000;
+    QElapsedTimer clock;
+    clock.start();
+    DeadlineWait wait(severalTimersMs);
+    QCOMPARE(wait.exec(), DeadlineWait::End::TooLate);
+    QVERIFY(clock.elapsed() >= severalTimersMs);
 }
 
 void TestDeadlineWait::zeroAndNegativeTimes_expireAtOnce_data()

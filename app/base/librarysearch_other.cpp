@@ -1,0 +1,5 @@
+#include "app/base/librarysearch.h"
+
+void narrowLibrarySearch()
+{
+}

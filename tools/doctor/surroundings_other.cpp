@@ -1,0 +1,8 @@
+#include "tools/doctor/surroundings.h"
+
+#include <QtGlobal>
+
+void showNoWindow()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+}
