@@ -18,14 +18,13 @@ constexpr int licenceButtonPauseMs = 1000;
 constexpr int productTextSize = 24;
 constexpr int versionTextSize = 14;
 
-constexpr QLatin1String
-    blueTextStyle("QLabel{color:rgb(0,120,215); background-color:transparent;}");
-constexpr QLatin1String noticeStyle("color: gray; font: 12px \"Arail,Microsoft YaHei\";");
-constexpr QLatin1String linkStyle("QPushButton{background-color:transparent;color:rgb(0,120,215);"
-                                  "font:12px Microsoft YaHei;border:none;}");
-constexpr QLatin1String
+const QLatin1String blueTextStyle("QLabel{color:rgb(0,120,215); background-color:transparent;}");
+const QLatin1String noticeStyle("color: gray; font: 12px \"Arail,Microsoft YaHei\";");
+const QLatin1String linkStyle("QPushButton{background-color:transparent;color:rgb(0,120,215);"
+                              "font:12px Microsoft YaHei;border:none;}");
+const QLatin1String
     frameStyle("QFrame{border-width:0;border-style:outset;background-color:transparent;}");
-constexpr QLatin1String
+const QLatin1String
     dividerStyle("QLabel{border-width:0;border-style:outset;background-color: rgb(80, 80, 80);}");
 
 QString pictureStyle(QLatin1String image)

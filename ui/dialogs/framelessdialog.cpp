@@ -20,7 +20,7 @@ constexpr int cardRadius = 4; // as in the style of the forms' cards
 constexpr int outlineWidth = 1;
 constexpr QColor outlineColour(208, 210, 217);
 
-constexpr QLatin1String closeImage("btn-close.png");
+const QLatin1String closeImage("btn-close.png");
 constexpr int closeRowHeight = 16;
 constexpr int closeRows = 3;
 

@@ -5,13 +5,13 @@
 
 namespace {
 
-constexpr QLatin1String titleStyle("font:12px \"Arail,Microsoft YaHei\";color: black;");
-constexpr QLatin1String headingStyle("font:12px \"Arail,Microsoft YaHei\";color: rgb(0,120,215);");
-constexpr QLatin1String
+const QLatin1String titleStyle("font:12px \"Arail,Microsoft YaHei\";color: black;");
+const QLatin1String headingStyle("font:12px \"Arail,Microsoft YaHei\";color: rgb(0,120,215);");
+const QLatin1String
     scrollAreaStyle("QScrollBar:vertical{background:#FFFFFF;width:4px;}QScrollBar::handle:vertical{"
                     "background:#d9dee6;border-radius:2px;min-height:50px;}QScrollArea{border:2px;"
                     "color:blue;}");
-constexpr QLatin1String
+const QLatin1String
     viewStyle("QTextEdit{background-color:white;color:rgb(29,38,51);font:12px Microsoft YaHei;"
               "border:none;selection-color:white;selection-background-color:rgb(0,120,215);}"
               "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background:white;}"

@@ -3,7 +3,7 @@
 #include <QString>
 
 /// The folder, relative to the program's, of the files that animated pictures play from.
-inline constexpr QLatin1String animationFolder("gif/");
+inline const QLatin1String animationFolder("gif/");
 
 /// The file, relative to the program's folder, that animated picture number \a number of the
 /// conversation plays from.

@@ -17,16 +17,16 @@ constexpr int titleToPictureTitle = 16;
 constexpr int buttonSize = 16;
 constexpr int betweenButtons = 11;
 
-constexpr QLatin1String barStyle("QWidget#previewTitleBar{background-color:white;border:none;"
-                                 "border-bottom:1px solid rgb(230,231,235);}"
-                                 "QPushButton{background-color:transparent;}");
-constexpr QLatin1String
+const QLatin1String barStyle("QWidget#previewTitleBar{background-color:white;border:none;"
+                             "border-bottom:1px solid rgb(230,231,235);}"
+                             "QPushButton{background-color:transparent;}");
+const QLatin1String
     titleStyle("QLabel{background-color:transparent; color:rgb(29,38,51);font:16px Microsoft YaHei;"
                "text-align: left;border:none;}");
-constexpr QLatin1String positionStyle(
+const QLatin1String positionStyle(
     "QLabel{background-color:transparent;color:rgb(29,38,51);font:12px Microsoft YaHei;"
     "border:none;}");
-constexpr QLatin1String pictureTitleStyle(
+const QLatin1String pictureTitleStyle(
     "QLabel{background-color:transparent;color:rgb(143,155,182);font:12px Microsoft YaHei;"
     "border:none;}");
 

@@ -15,14 +15,14 @@ constexpr int betweenPages = 24;
 constexpr int toolsToPages = 32;
 constexpr int rowsOfStrip = 4;
 
-constexpr QLatin1String barStyle("QWidget#previewToolBar{background-color:white;border:none;"
-                                 "border-top:1px solid rgb(230,231,235);}"
-                                 "QPushButton{border:none;}");
+const QLatin1String barStyle("QWidget#previewToolBar{background-color:white;border:none;"
+                             "border-top:1px solid rgb(230,231,235);}"
+                             "QPushButton{border:none;}");
 
 /// Tool button \a number, counted from 0, in the order of the sprites.
 QLatin1String toolImage(std::size_t number)
 {
-    static constexpr std::array<QLatin1String, 4> images{
+    static const std::array<QLatin1String, 4> images{
         QLatin1String("btn-preview-1.png"), QLatin1String("btn-preview-2.png"),
         QLatin1String("btn-preview-3.png"), QLatin1String("btn-preview-4.png")};
     return images.at(number);

@@ -8,60 +8,60 @@
 namespace styles {
 
 /// A white background for a row or an item of a list.
-inline constexpr QLatin1String whiteItem("background-color:rgb(255, 255, 255);");
+inline const QLatin1String whiteItem("background-color:rgb(255, 255, 255);");
 
 /// A transparent background for a row inside a bubble.
-inline constexpr QLatin1String transparentItem("background-color:transparent;");
+inline const QLatin1String transparentItem("background-color:transparent;");
 
 /// The dark text of a bubble, selectable, in normal weight.
-inline constexpr QLatin1String bubbleText(
+inline const QLatin1String bubbleText(
     "QLabel{selection-color:white;selection-background-color:rgb(0,120,215);background-color:"
     "transparent;color:rgb(29,38,51);font:14px Microsoft YaHei;}");
 
 /// The dark text of a bubble, selectable, bold: assistant messages and answer titles.
-inline constexpr QLatin1String bubbleBoldText(
+inline const QLatin1String bubbleBoldText(
     "QLabel{selection-color:white;selection-background-color:rgb(0,120,215);background-color:"
     "transparent;color:rgb(29,38,51);font:bold 14px Microsoft YaHei;}");
 
 /// A paragraph of an answer.
-inline constexpr QLatin1String paragraph(
+inline const QLatin1String paragraph(
     "QLabel{selection-color:white;selection-background-color:rgb(0,120,215);background-color:rgb("
     "244, 245, 248);border:none;}");
 
 /// The bubble of the user and that of the assistant.
-inline constexpr QLatin1String
+inline const QLatin1String
     userBubble("QWidget{background-color:rgb(223, 237, 255);border-radius: 6px;border-width:1px;}");
-inline constexpr QLatin1String assistantBubble(
+inline const QLatin1String assistantBubble(
     "QWidget{background-color:rgb(244, 245, 248);border-radius: 6px;border-width:1px;}");
 
 /// A thin grey line below the label.
-inline constexpr QLatin1String separator("QLabel{border-bottom:1px solid rgb(208, 210, 217);}");
+inline const QLatin1String separator("QLabel{border-bottom:1px solid rgb(208, 210, 217);}");
 
 /// A list inside a bubble that shows nothing of its own.
-inline constexpr QLatin1String
+inline const QLatin1String
     plainList("QListWidget{border:none;background-color:transparent;}QListWidget::Item{border:none;"
               "background-color:transparent;}QListWidget::Item:hover{border:none;background-color:"
               "transparent;}QListWidget::Item:selected{border:none;background-color:transparent;}");
 
 /// The blue button of the program with white bold text of 12 px.
-inline constexpr QLatin1String blueButton(
+inline const QLatin1String blueButton(
     "QPushButton{background-color:rgb(42, 100, 244);color:white;font:bold 12px Microsoft YaHei;"
     "border:none;}QPushButton:hover{background-color:rgb(51, 109, 255);}QPushButton:pressed{"
     "background-color:rgb(38, 95, 237);}QPushButton:checked{background-color:rgb(143, 155, 182);}");
 
 /// A button that is seen only by its cursor.
-inline constexpr QLatin1String flatButton("QPushButton{background-color:transparent;border:none;}");
+inline const QLatin1String flatButton("QPushButton{background-color:transparent;border:none;}");
 
 /// A menu, and what its entries are when they have no widgets of their own.
-inline constexpr QLatin1String menu("QMenu{background-color: #ffffff;border:1px solid rgba(5, 34, "
-                                    "91, 0.2); border-radius: 6px;}");
-inline constexpr QLatin1String
+inline const QLatin1String menu("QMenu{background-color: #ffffff;border:1px solid rgba(5, 34, "
+                                "91, 0.2); border-radius: 6px;}");
+inline const QLatin1String
     menuEntries("QMenu{padding:6px 0px;}QMenu::item{height:27px;padding:0px 24px 0px 12px;"
                 "background-color:transparent;color:#1d2633;}QMenu::item:selected{"
                 "background-color:#f4f5f8;}");
 
 /// A tool tip, which looks as a menu does.
-inline constexpr QLatin1String
+inline const QLatin1String
     toolTip("QToolTip{background-color:#ffffff;border:1px solid rgba(5, 34, 91, 0.2);"
             "border-radius:6px;padding:4px 8px;color:#1d2633;font:12px Microsoft YaHei;}");
 

@@ -13,7 +13,7 @@
 
 /// How the text of a client's end begins, without its level. A client whose connection is deleted
 /// under it is no longer called QTcpSocket.
-constexpr QLatin1String clientLeft("Client is disconnected from Q");
+const QLatin1String clientLeft("Client is disconnected from Q");
 
 /// What the tests of the whole channel share: real clients, the server on its thread, the questions
 /// on this one. Qt has nothing to complain about at the end of any test.

@@ -1,3 +1,4 @@
+#include "tests/ui/text/plainwrap.h"
 #include "ui/text/textwrap.h"
 
 #include <QFontMetrics>
@@ -15,8 +16,8 @@ private slots:
     void textThatFits_isUnchanged();
     void textOfExactlyTheWidth_staysOnOneLine();
     void onePixelMore_breaks();
-    void result_isThatOfTheSimpleRecursion_data();
-    void result_isThatOfTheSimpleRecursion();
+    void result_isThatOfThePlainRule_data();
+    void result_isThatOfThePlainRule();
     void firstCharacterWiderThanTheLine_leavesAnEmptyLine();
     void surrogatePair_isNeverCut();
     void hundredThousandCharacters_wrapInLinearTime();
@@ -29,29 +30,6 @@ private:
 namespace {
 
 constexpr int lineWidth = 446;
-
-/// The rule as it is told: measure, cut one character before the one that reaches the width, go on
-/// with the rest.
-QString simpleRecursion(const QFontMetrics &metrics, const QString &text, int width)
-{
-    if (metrics.horizontalAdvance(text) <= width) {
-        return text;
-    }
-    int sum = 0;
-    int reached = 0;
-    for (int i = 0; i < text.size(); ++i) {
-        sum += metrics.horizontalAdvance(text.at(i));
-        if (sum >= width) {
-            reached = i;
-            break;
-        }
-    }
-    const int cut = qMax(reached, 1) - 1;
-    if (cut == 0) {
-        qFatal("The rule would not end for this text");
-    }
-    return text.left(cut) + QLatin1Char('\n') + simpleRecursion(metrics, text.mid(cut), width);
-}
 
 } // namespace
 
@@ -84,7 +62,7 @@ void TestTextWrap::onePixelMore_breaks()
     QCOMPARE(wrapped, QStringLiteral("虚拟桌面登录不上去怎\n么办"));
 }
 
-void TestTextWrap::result_isThatOfTheSimpleRecursion_data()
+void TestTextWrap::result_isThatOfThePlainRule_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("Chinese") << QStringLiteral("云桌面打印机无法使用怎么办").repeated(20);
@@ -95,11 +73,11 @@ void TestTextWrap::result_isThatOfTheSimpleRecursion_data()
     QTest::newRow("kerning") << QStringLiteral("AVAToWaVeLTYAV").repeated(40);
 }
 
-void TestTextWrap::result_isThatOfTheSimpleRecursion()
+void TestTextWrap::result_isThatOfThePlainRule()
 {
     QFETCH(QString, text);
     for (const int width : {40, 100, lineWidth}) {
-        QCOMPARE(brokenToWidth(metrics(), text, width), simpleRecursion(metrics(), text, width));
+        QCOMPARE(brokenToWidth(metrics(), text, width), plainlyBroken(metrics(), text, width));
     }
 }
 

@@ -19,11 +19,10 @@ struct SpeakerColumn
     QLatin1String bubbleStyle;
 };
 
-constexpr QLatin1String userIcon("QLabel{border-image: url(:/Images/icon-user.png);}");
-constexpr QLatin1String robotIcon("QLabel{border-image: url(:/Images/icon-robot.png);}");
-constexpr QLatin1String
-    rightTriangle("QLabel{border-image: url(:/Images/icon-triangle_right.png);}");
-constexpr QLatin1String leftTriangle("QLabel{border-image: url(:/Images/icon-triangle_left.png);}");
+const QLatin1String userIcon("QLabel{border-image: url(:/Images/icon-user.png);}");
+const QLatin1String robotIcon("QLabel{border-image: url(:/Images/icon-robot.png);}");
+const QLatin1String rightTriangle("QLabel{border-image: url(:/Images/icon-triangle_right.png);}");
+const QLatin1String leftTriangle("QLabel{border-image: url(:/Images/icon-triangle_left.png);}");
 
 SpeakerColumn columnOf(ConversationItem::Speaker speaker)
 {

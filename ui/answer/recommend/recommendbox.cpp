@@ -8,14 +8,14 @@
 
 namespace {
 
-constexpr QLatin1String boldHeading(
+const QLatin1String boldHeading(
     "QLabel{color:rgb(29,38,51);font:bold 14px Microsoft YaHei;text-align: left;border:none;}");
-constexpr QLatin1String
+const QLatin1String
     heading("QLabel{color:rgb(29,38,51);font:14px Microsoft YaHei;text-align: left;border:none;}");
-constexpr QLatin1String subHeading(
+const QLatin1String subHeading(
     "QLabel{color:rgb(117,117,117);font:14px Microsoft YaHei;text-align: left;border:none;}");
-constexpr QLatin1String footText("QLabel{color:rgb(117, 117, 117);font:14px Microsoft YaHei;}");
-constexpr QLatin1String switchButton(
+const QLatin1String footText("QLabel{color:rgb(117, 117, 117);font:14px Microsoft YaHei;}");
+const QLatin1String switchButton(
     "QPushButton{background:url(:/Images/btn-switch-association.png) no-repeat;margin-left: 0px;"
     "margin-top:0px;text-align: right bottom; padding-right: 0px;  padding-bottom: -1px;color:rgb("
     "117,117,117);}QPushButton:hover{background:url(:/Images/btn-switch-hover.png) no-repeat;color:"

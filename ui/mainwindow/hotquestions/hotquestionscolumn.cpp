@@ -37,9 +37,9 @@ constexpr int rowLimit = 190;
 constexpr int rowElidedWidth = 184;
 constexpr int mostMeasured = 4000; ///< characters; more never fit
 
-constexpr QLatin1String rowButtonStyle(
+const QLatin1String rowButtonStyle(
     "QPushButton{color:rgb(29,38,51);font:12px Microsoft YaHei;text-align: left;border:none;}");
-constexpr QLatin1String nextPageStyle(
+const QLatin1String nextPageStyle(
     "QPushButton{background:url(:/Images/btn-switch.png) no-repeat;margin-left: 0px;margin-top:0px;"
     "text-align: right bottom; padding-right: 0px;  padding-bottom: -1px;color:rgb(51,47,29);}"
     "QPushButton:hover{background:url(:/Images/btn-switch-hover.png) no-repeat;color:rgb(41,100,"

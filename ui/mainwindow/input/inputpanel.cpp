@@ -19,10 +19,10 @@ constexpr QRect sendPlace(538, 97, 86, 29);
 
 constexpr QColor placeholderColour(168, 178, 191);
 
-constexpr QLatin1String idleStyle(
+const QLatin1String idleStyle(
     "QTextEdit{selection-color:white;selection-background-color:rgb(0,120,215);color:rgb(168,178,"
     "191);font:bold 14px Microsoft YaHei;border:none;}");
-constexpr QLatin1String typingStyle(
+const QLatin1String typingStyle(
     "QTextEdit{selection-color:white;selection-background-color:rgb(0,120,215);color:rgb(29,38,51);"
     "font:14px Microsoft YaHei;border:none;}");
 
