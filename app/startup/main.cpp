@@ -4,6 +4,7 @@
 #include "app/base/settingskeys.h"
 #include "app/startup/bearerplugins.h"
 #include "app/startup/heap.h"
+#include "app/startup/lateplugins.h"
 #include "app/startup/qtenvironment.h"
 #include "app/startup/singleapplication.h"
 #include "app/startup/systemidentity.h"
@@ -30,6 +31,7 @@ int main(int argc, char *argv[])
     clearQtEnvironment();
     SingleApplication app(argc, argv);
     QDir::setCurrent(QCoreApplication::applicationDirPath());
+    LatePlugins latePlugins;
 
     initResources();
     const QIcon icon(QStringLiteral(":/Images/Miravel.png"));
@@ -72,6 +74,7 @@ int main(int argc, char *argv[])
         window.startForVdiClient();
     }
     app.w = &window;
+    latePlugins.endAfterPictureOf(window);
     window.show();
     return QApplication::exec();
 }

@@ -33,6 +33,7 @@ const Picture pictures[] = {
     {"logo-16.png", {16, 16}},
     {"top-bg.png", {920, 56}},
     {"top-nav-title.png", {111, 26}},
+    {"waiting-first.png", {150, 164}},
     {"btn-about.png", {16, 16}},
     {"btn-min.png", {16, 48}},
     {"btn-max.png", {16, 48}},
