@@ -4,6 +4,7 @@
 #include "app/base/settingskeys.h"
 #include "app/startup/bearerplugins.h"
 #include "app/startup/heap.h"
+#include "app/startup/lateicon.h"
 #include "app/startup/lateplugins.h"
 #include "app/startup/qtenvironment.h"
 #include "app/startup/singleapplication.h"
@@ -34,7 +35,7 @@ int main(int argc, char *argv[])
     LatePlugins latePlugins;
 
     initResources();
-    const QIcon icon(QStringLiteral(":/Images/Miravel.png"));
+    const QIcon icon = lateIcon(QStringLiteral(":/Images/Miravel.png"));
     QApplication::setWindowIcon(icon);
     const QFont font(QStringLiteral("Microsoft YaHei"));
     QApplication::setFont(font);
