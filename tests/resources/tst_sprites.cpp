@@ -31,6 +31,7 @@ const Picture pictures[] = {
     {"Ostrelico.png", {120, 32}},
     {"Sysico.png", {64, 64}},
     {"logo-16.png", {16, 16}},
+    {"surface-shadow.png", {48, 48}},
     {"top-bg.png", {920, 56}},
     {"top-nav-title.png", {111, 26}},
     {"waiting-first.png", {150, 164}},
