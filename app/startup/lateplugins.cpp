@@ -1,5 +1,7 @@
 #include "app/startup/lateplugins.h"
 
+#include "app/startup/bearerplugins.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QTimer>
@@ -36,7 +38,9 @@ bool LatePlugins::eventFilter(QObject *watched, QEvent *event)
 void LatePlugins::end()
 {
     if (!m_paths.isEmpty()) {
+        leaveOutBearerPlugins(); // takes a thread, so not before
         QCoreApplication::setLibraryPaths(m_paths);
         m_paths.clear();
+        emit ended();
     }
 }

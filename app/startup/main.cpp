@@ -2,7 +2,7 @@
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
 #include "app/base/settingskeys.h"
-#include "app/startup/bearerplugins.h"
+#include "app/base/startgate.h"
 #include "app/startup/heap.h"
 #include "app/startup/lateicon.h"
 #include "app/startup/lateplugins.h"
@@ -64,10 +64,11 @@ int main(int argc, char *argv[])
     }
 
     introduceToSystem();
-    leaveOutBearerPlugins();
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app,
                      &SingleApplication::makeRoomForNext);
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
+    startgate::close();
+    QObject::connect(&latePlugins, &LatePlugins::ended, startgate::open);
     Miravel window;
     if (fromLauncher) {
         window.startForLauncher();
