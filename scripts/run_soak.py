@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
 """Uses the assistant for a while without a pause - guard questions, typed ones, suggestions,
-refreshes - against a demo service of which one call in five fails, in every way it can. Then says
-whether it crashed, whether a guard question was lost, and what its memory did after the first
-minute. soak.sh [--minutes N]; the figures are also in build/soak/results.json."""
+refreshes, pictures opened large, screens that change - against a demo service of which one call in
+five fails, in every way it can, and which is gone altogether for some seconds every minute. Then
+says whether it crashed, whether a guard question was lost, and what its memory, its open files and
+its threads did after the first minute. soak.sh [--minutes N]; the figures are also in
+build/soak/results.json."""
 
 from __future__ import annotations
 
 import argparse
 import json
 import shutil
+import statistics
 import subprocess
 import sys
 import time
@@ -22,7 +25,9 @@ from desktop.project import BUILD
 from desktop.waiting import NotSeen, wait_until
 from soak import growth
 from soak.background import Background
+from soak.handles import Handles, handles
 from soak.memory import held_kib
+from soak.relay import Relay
 from soak.service import ANSWERED, CUT, ServiceWatch
 from soak.traffic import GuardTraffic, UserTraffic
 
@@ -36,9 +41,14 @@ WARM_UP_S = 60.0
 DRAIN_S = 60.0
 SAMPLE_S = 5.0
 END_S = 120.0
+AWAY_EVERY_S = 60.0
+AWAY_S = 6.0
+BEFORE_AWAY_S = 30.0
 
 # Memory that may come and go with what is just under way, beside the conversation's own.
 TOLERANCE_KIB = 24 * 1024
+# The same for files, sockets and threads: each call that waits has some of each.
+TOLERANCE_HANDLES = 40
 
 
 def hold_questions(assistant: Assistant, port: int) -> list[str]:
@@ -69,18 +79,49 @@ def asked(watch: ServiceWatch) -> dict[str, int]:
     return counts
 
 
-def missing(questions: list[str], watch: ServiceWatch) -> list[str]:
-    watch.read()
+def missing(questions: list[str], watch: ServiceWatch, *, read: bool = True) -> list[str]:
+    if read:
+        watch.read()
     return [question for question in questions if watch.questions[question] == 0]
+
+
+class Outages:
+    """Takes the service away now and then. Guard questions are held back meanwhile and all that were
+    posted are awaited first: those that nobody could answer would count as lost."""
+
+    def __init__(self, relay: Relay, guard: GuardTraffic, watch: ServiceWatch) -> None:
+        self._relay = relay
+        self._guard = guard
+        self._watch = watch
+        self._next = time.monotonic() + AWAY_EVERY_S
+        self.count = 0
+
+    def step(self) -> None:
+        """Takes it away when its time has come; returns when it is back."""
+        if time.monotonic() < self._next:
+            return
+        self._guard.pausing.set()
+        try:
+            wait_until(lambda: not missing(list(self._guard.posted), self._watch, read=False),
+                       "every guard question before an outage", BEFORE_AWAY_S)
+            self._relay.cut()
+            time.sleep(AWAY_S)
+            self._relay.mend()
+            self.count += 1
+        except NotSeen:
+            pass  # one of them still waits for a slow answer: the next time then
+        finally:
+            self._guard.pausing.clear()
+            self._next = time.monotonic() + AWAY_EVERY_S
 
 
 def soak(seconds: float, display: Display) -> dict[str, object]:
     """The figures of one soak."""
     costs = growth.measure(FOLDER / "growth", display)
-    with DemoService(FOLDER / "service") as service:
+    with DemoService(FOLDER / "service") as service, Relay(service.http_port) as relay:
         installation = Installation(FOLDER / "installation")
         shutil.copy2(BUILD / "tests/soakassistant", installation.program)
-        installation.use_service(service.http_port)
+        installation.use_service(relay.port)
         service.fault("hot", "delay", arg=3000)
         port = channel_port(installation)
         with Assistant(installation, display) as assistant:
@@ -89,7 +130,9 @@ def soak(seconds: float, display: Display) -> dict[str, object]:
             watch = ServiceWatch(service)
             guard = GuardTraffic(port)
             user = UserTraffic(assistant)
+            outages = Outages(relay, guard, watch)
             samples: list[float] = []
+            opened: list[Handles] = []
             with (Background(watch.break_calls, FAULT_PAUSE_S),
                   Background(guard.post, GUARD_PAUSE_S), Background(user.step, USER_PAUSE_S)):
                 begun = time.monotonic()
@@ -100,6 +143,8 @@ def soak(seconds: float, display: Display) -> dict[str, object]:
                     if time.monotonic() - begun >= warm:
                         first = first or asked(watch)
                         samples.append(held_kib(assistant.process.pid))
+                        opened.append(handles(assistant.process.pid))
+                    outages.step()
             questions = held + guard.posted
             try:
                 wait_until(lambda: not missing(questions, watch), "every guard question", DRAIN_S)
@@ -127,6 +172,8 @@ def soak(seconds: float, display: Display) -> dict[str, object]:
                 "lost": lost,
                 "asked twice": [text for text in questions if watch.questions[text] > 1],
                 "typed questions": user.typed,
+                "missed by the user": user.missed,
+                "times the service was away": outages.count,
                 "calls": dict(watch.calls),
                 "faults": {f"{call} {kind}": count
                            for (call, kind), count in sorted(watch.faults.items())},
@@ -138,8 +185,21 @@ def soak(seconds: float, display: Display) -> dict[str, object]:
                 "memory at the end, KiB": samples[-1] if samples else None,
                 "the conversation's own growth, KiB": round(own),
                 "growth beside it, KiB": round(samples[-1] - samples[0] - own) if samples else None,
+                "files and threads after the first minute": as_list(opened[:1]),
+                "files and threads at the end": as_list(opened[-1:]),
+                "most files": max((one.files for one in opened), default=None),
+                "most threads": max((one.threads for one in opened), default=None),
                 "samples, KiB": samples,
+                "samples, files and threads": as_list(opened),
             }
+
+
+def as_list(counts: list[Handles]) -> list[list[int]]:
+    return [[one.files, one.threads] for one in counts]
+
+
+def middle(counts: list[list[int]], part: int) -> float:
+    return statistics.median(count[part] for count in counts)
 
 
 def judge(figures: dict[str, object]) -> list[str]:
@@ -154,6 +214,13 @@ def judge(figures: dict[str, object]) -> list[str]:
     beside = figures["growth beside it, KiB"]
     if not isinstance(beside, (int, float)) or beside > TOLERANCE_KIB:
         wrong.append("memory grew beside the conversation")
+    opened = figures["samples, files and threads"]
+    assert isinstance(opened, list)
+    tenth = max(1, len(opened) // 10)
+    for part, what in enumerate(("open files", "threads")):
+        if not opened or (middle(opened[-tenth:], part)
+                          > middle(opened[:tenth], part) + TOLERANCE_HANDLES):
+            wrong.append(f"{what} became more and more")
     return wrong
 
 
@@ -169,7 +236,7 @@ def main() -> int:
     (FOLDER / "results.json").write_text(
         json.dumps(figures, indent=1, ensure_ascii=False) + "\n", encoding="utf-8")
     for name, value in figures.items():
-        if name != "samples, KiB":
+        if not name.startswith("samples"):
             print(f"{name}: {value}")
     wrong = judge(figures)
     for problem in wrong:

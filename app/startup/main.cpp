@@ -3,9 +3,11 @@
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
 #include "app/base/settingskeys.h"
-#include "app/startup/bearerplugins.h"
+#include "app/base/startgate.h"
 #include "app/startup/closerequests.h"
 #include "app/startup/heap.h"
+#include "app/startup/lateicon.h"
+#include "app/startup/lateplugins.h"
 #include "app/startup/qtenvironment.h"
 #include "app/startup/singleapplication.h"
 #include "app/startup/systemidentity.h"
@@ -34,9 +36,10 @@ int main(int argc, char *argv[])
     clearQtEnvironment();
     SingleApplication app(argc, argv);
     QDir::setCurrent(QCoreApplication::applicationDirPath());
+    LatePlugins latePlugins;
 
     initResources();
-    const QIcon icon(QStringLiteral(":/Images/Miravel.png"));
+    const QIcon icon = lateIcon(QStringLiteral(":/Images/Miravel.png"));
     QApplication::setWindowIcon(icon);
     const QFont font(QStringLiteral("Microsoft YaHei"));
     QApplication::setFont(font);
@@ -65,11 +68,12 @@ int main(int argc, char *argv[])
     }
 
     introduceToSystem();
-    leaveOutBearerPlugins();
     installTranslation(app, QStringLiteral("."));
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app,
                      &SingleApplication::makeRoomForNext);
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app, &QCoreApplication::quit);
+    startgate::close();
+    QObject::connect(&latePlugins, &LatePlugins::ended, startgate::open);
     Miravel window;
     if (fromLauncher) {
         window.startForLauncher();
@@ -78,6 +82,7 @@ int main(int argc, char *argv[])
     }
     app.w = &window;
     const CloseRequests closeRequests(&window);
+    latePlugins.endAfterPictureOf(window);
     window.show();
     return QApplication::exec();
 }

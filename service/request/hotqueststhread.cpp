@@ -1,5 +1,7 @@
 #include "service/request/hotqueststhread.h"
 
+#include "app/base/startgate.h"
+
 HotQuestsThread::HotQuestsThread(QObject * /*parent*/)
     : QThread(nullptr)
 {
@@ -7,5 +9,6 @@ HotQuestsThread::HotQuestsThread(QObject * /*parent*/)
 
 void HotQuestsThread::run()
 {
+    startgate::pass();
     emit hotQuests_signal(m_idpInterface.hot_questions());
 }

@@ -16,6 +16,27 @@ QString base64(const char *text)
     return QLatin1Char('"') + QLatin1String(QByteArray(text).toBase64()) + QLatin1Char('"');
 }
 
+/// Lets the program ask \a server. Returns whether that could be written.
+bool aimAt(Installation &installation, const TestServer &server)
+{
+    const auto set = [&installation](const char *key, const QString &value) {
+        return installation.setValue(QLatin1String(key), value);
+    };
+    return set("IpAndPort/mserverip", QStringLiteral("127.0.0.1"))
+        && set("IpAndPort/mserverhttpsport", QString::number(server.port()))
+        && set("Authorization/tenantid", QLatin1String(TestConfig::tenantId))
+        && set("Authorization/xcafirst", base64(TestConfig::key))
+        && set("Authorization/xcasecond", base64(TestConfig::secret))
+        && set("ihttpInfo/iHttpMode", QStringLiteral("0"))
+        && set("url/hoturl", QStringLiteral("/hot"));
+}
+
+QByteArray filesMappedInto(const ChildProcess &copy)
+{
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(copy.processId()));
+    return maps.open(QIODevice::ReadOnly) ? maps.readAll() : QByteArray();
+}
+
 } // namespace
 
 /// What the real program has in memory once it has fetched its hot questions by plain HTTP.
@@ -27,7 +48,7 @@ private slots:
     void plainHttp_needsNoTlsLibraries();
     void debugLog_asksTheTlsLibraries();
     void bearerPlugins_areLeftOut();
-    void otherPlugins_areStillFound();
+    void waitingPicture_findsItsPlugin();
 
 private:
     static QByteArray mappedFiles(const QString &logLevel);
@@ -39,25 +60,12 @@ QByteArray TestLoadedLibraries::mappedFiles(const QString &logLevel)
     TestServer server;
     server.setReply(httpReply(hotReply));
     Installation installation(Installation::Layout::Client);
-    const auto set = [&installation](const char *key, const QString &value) {
-        return installation.setValue(QLatin1String(key), value);
-    };
-    if (!installation.isValid() || !set("Log/level", logLevel)
-        || !set("IpAndPort/mserverip", QStringLiteral("127.0.0.1"))
-        || !set("IpAndPort/mserverhttpsport", QString::number(server.port()))
-        || !set("Authorization/tenantid", QLatin1String(TestConfig::tenantId))
-        || !set("Authorization/xcafirst", base64(TestConfig::key))
-        || !set("Authorization/xcasecond", base64(TestConfig::secret))
-        || !set("ihttpInfo/iHttpMode", QStringLiteral("0"))
-        || !set("url/hoturl", QStringLiteral("/hot"))) {
+    if (!installation.isValid() || !aimAt(installation, server)
+        || !installation.setValue(QStringLiteral("Log/level"), logLevel)) {
         return {};
     }
     const ChildProcess &copy = installation.start({QStringLiteral("--Type=vdi")});
-    if (!installation.waitForLogLines(fetchedLine)) {
-        return {};
-    }
-    QFile maps(QStringLiteral("/proc/%1/maps").arg(copy.processId()));
-    return maps.open(QIODevice::ReadOnly) ? maps.readAll() : QByteArray();
+    return installation.waitForLogLines(fetchedLine) ? filesMappedInto(copy) : QByteArray();
 }
 
 void TestLoadedLibraries::plainHttp_needsNoTlsLibraries()
@@ -81,9 +89,15 @@ void TestLoadedLibraries::bearerPlugins_areLeftOut()
     QVERIFY(!files.contains("libQt5DBus"));
 }
 
-void TestLoadedLibraries::otherPlugins_areStillFound()
+void TestLoadedLibraries::waitingPicture_findsItsPlugin()
 {
-    QVERIFY(mappedFiles(QStringLiteral("INFO")).contains("/imageformats/"));
+    TestServer server;
+    server.setReply(held(httpReply(hotReply)));
+    Installation installation(Installation::Layout::Client);
+    QVERIFY(installation.isValid() && aimAt(installation, server));
+    const ChildProcess &copy = installation.start({QStringLiteral("--Type=vdi")});
+    QTRY_VERIFY(filesMappedInto(copy).contains("/imageformats/"));
+    server.release();
 }
 
 QTEST_GUILESS_MAIN(TestLoadedLibraries)

@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <QImageReader>
 #include <QMovie>
+#include <QPixmap>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
@@ -23,6 +24,7 @@ private slots:
     void waiting_hasEnoughDifferentFrames();
     void waiting_playsForEver();
     void waiting_leavesTheVeilFreeAroundItsCard();
+    void waitingFirst_isTheFirstFrame();
 };
 
 void TestProgramIcon::initTestCase()
@@ -109,6 +111,17 @@ void TestProgramIcon::waiting_leavesTheVeilFreeAroundItsCard()
         QVERIFY(borderIsClear(frame));
         QCOMPARE(qAlpha(frame.pixel(frame.rect().center())), 255);
     }
+}
+
+void TestProgramIcon::waitingFirst_isTheFirstFrame()
+{
+    QMovie movie(path(QStringLiteral("waiting.gif")));
+    QVERIFY(movie.jumpToFrame(0));
+    const auto shown = [](const QImage &image) {
+        return QPixmap::fromImage(image).toImage().convertToFormat(
+            QImage::Format_ARGB32_Premultiplied);
+    };
+    QCOMPARE(shown(load(QStringLiteral("waiting-first.png"))), shown(movie.currentImage()));
 }
 
 QTEST_MAIN(TestProgramIcon)

@@ -3,22 +3,65 @@
 #include "app/startup/heap.h"
 #include "app/startup/qtenvironment.h"
 #include "resources/resources.h"
+#include "ui/answer/picture/picturerow.h"
 #include "ui/mainwindow/miravel.h"
+#include "ui/preview/imagedisplay.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFont>
+#include <QPushButton>
 #include <QSettings>
 #include <QTimer>
 
 namespace {
 
 constexpr int refreshMs = 3000;
+constexpr int previewMs = 5000;
+constexpr int lookedAtMs = 400;
+constexpr int screensMs = 20000;
+
+void closePreview()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        if (qobject_cast<ImageDisplay *>(window) != nullptr) {
+            window->close();
+        }
+    }
+}
+
+/// Opens one picture of the conversation after the other, and closes it soon: it covers the window.
+void openPreview(const Miravel &window)
+{
+    static int turn = 0;
+    const QList<PictureRow *> rows = window.findChildren<PictureRow *>();
+    if (!rows.isEmpty()) {
+        rows.at(turn++ % rows.size())->button()->click();
+        QTimer::singleShot(lookedAtMs, closePreview);
+    }
+}
+
+/// What the window does when a screen comes or goes, and when its resolution changes.
+void changeScreens(Miravel &window)
+{
+    window.slotResize();
+    window.OnLogicalDotsPerInchChanged();
+}
+
+/// Calls \a work every \a ms.
+template <typename Work>
+void repeat(QTimer &timer, int ms, Work work)
+{
+    QObject::connect(&timer, &QTimer::timeout, work);
+    timer.start(ms);
+}
 
 } // namespace
 
 /// The assistant as the virtual-desktop client starts it, but for the refresh of the hot questions,
-/// which a test cannot wait half an hour for.
+/// which a test cannot wait half an hour for, and for what needs no hands to be done to it: its
+/// pictures are opened, and its screens change.
 int main(int argc, char *argv[])
 {
     giveLargeBlocksBack();
@@ -37,7 +80,10 @@ int main(int argc, char *argv[])
     window.startForVdiClient();
     window.show();
     QTimer refresh;
-    QObject::connect(&refresh, &QTimer::timeout, &window, &Miravel::refreshHotQuestionsTimer);
-    refresh.start(refreshMs);
+    repeat(refresh, refreshMs, [&window] { window.refreshHotQuestionsTimer(); });
+    QTimer preview;
+    repeat(preview, previewMs, [&window] { openPreview(window); });
+    QTimer screens;
+    repeat(screens, screensMs, [&window] { changeScreens(window); });
     return QApplication::exec();
 }

@@ -3,15 +3,18 @@
 from __future__ import annotations
 
 import itertools
+import threading
 import time
 
 from desktop.assistant import INPUT_BOX, Assistant
 from desktop.guardchannel import GuardClient, document
+from desktop.waiting import NotSeen
 
 # Short answers, long ones, still and moving pictures, further questions.
 TEXTS = ("如何登录云桌面", "如何调整分辨率", "怎样进入和退出全屏", "云桌面运行很慢怎么办",
          "打印机无法打印怎么办", "客户端的服务器地址怎么填", "登录后黑屏怎么办",
-         "如何查看网络时延和丢包", "今天食堂有什么好吃的", "如何设置双屏或多屏显示")
+         "如何查看网络时延和丢包", "今天食堂有什么好吃的", "如何设置双屏或多屏显示",
+         "云桌面经常断线重连是什么原因", "桌面背景和个性化设置能保留吗")
 
 _JUNK = (b"{\"question\":", b"{}{}", b"\x00\xff\xfe", b"[" * 100_000, b"[]", b"{\"question\":7}",
          b"plain text", b"{\"question\":\"\"}")
@@ -35,8 +38,11 @@ class GuardTraffic:
         self._turn = itertools.cycle(self._clients)
         self._junk = itertools.cycle(_JUNK)
         self.posted: list[str] = []
+        self.pausing = threading.Event()
 
     def post(self, number: int) -> None:
+        if self.pausing.is_set():
+            return
         question = numbered("G", number)
         next(self._turn).send(document(question))
         self.posted.append(question)
@@ -55,8 +61,17 @@ class UserTraffic:
     def __init__(self, assistant: Assistant) -> None:
         self._assistant = assistant
         self.typed = 0
+        self.missed = 0
 
     def step(self, number: int) -> None:
+        """One thing that a user does. The window goes and comes with its screen, and takes the
+        pointer with it: then the user tries the next thing."""
+        try:
+            self._do(number)
+        except NotSeen:
+            self.missed += 1
+
+    def _do(self, number: int) -> None:
         person = self._assistant.person
         self._assistant.click(*INPUT_BOX)
         if number % 2 == 0:

@@ -116,6 +116,11 @@ void TestWindowModes::vdiStart_overlayUntilTheFirstReply()
     QCOMPARE(label->parentWidget()->styleSheet(),
              QStringLiteral("QWidget{background-color: rgba(17,17,17,20%);}"));
     QVERIFY(movie->isValid());
+    QCOMPARE(label->pixmap(Qt::ReturnByValue).size(), QSize(150, 164));
+    QCOMPARE(movie->state(), QMovie::NotRunning); // until the window has had its first picture
+    m_bench->window().show();
+    QTRY_COMPARE(movie->state(), QMovie::Running);
+    QCOMPARE(label->movie(), movie);
     m_bench->server().release();
     QTRY_COMPARE(m_bench->messages(), QStringList{greetingText});
     QVERIFY(m_bench->window().findChild<QMovie *>() == nullptr);

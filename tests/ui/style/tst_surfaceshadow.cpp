@@ -1,6 +1,8 @@
 #include "ui/style/surfaceshadow.h"
 
+#include <QDir>
 #include <QImage>
+#include <QPainter>
 #include <QScreen>
 #include <QTest>
 #include <QWidget>
@@ -98,12 +100,35 @@ class TestSurfaceShadow : public QObject
     Q_OBJECT
 
 private slots:
+    void storedPicture_isTheToolkitsShadow();
     void shadow_looksAsTheToolkitsOwn_data();
     void shadow_looksAsTheToolkitsOwn();
     void picture_looksAsTheWindow();
     void shadow_hasTheFixedValues();
     void change_paintsNothingElseOfTheSurface();
 };
+
+void TestSurfaceShadow::storedPicture_isTheToolkitsShadow()
+{
+    constexpr int reach = 8;
+    constexpr int side = 32;
+    QWidget ground;
+    ground.resize(side + 2 * reach, side + 2 * reach);
+    auto *square = new QWidget(&ground);
+    square->setGeometry(reach, reach, side, side);
+    square->setAutoFillBackground(true);
+    square->setGraphicsEffect(makeToolkitShadow(square));
+    QImage picture(ground.size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    ground.render(&picture, QPoint(), QRegion(), QWidget::DrawChildren);
+    QPainter painter(&picture);
+    painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    painter.fillRect(square->geometry(), Qt::transparent);
+    painter.end();
+    const QString file = QDir::temp().filePath(QStringLiteral("surface-shadow.png"));
+    const bool equal = shadowedTile() == picture;
+    QVERIFY2(equal || !picture.save(file), qPrintable(QLatin1String("what it should be: ") + file));
+}
 
 void TestSurfaceShadow::shadow_looksAsTheToolkitsOwn_data()
 {

@@ -1,12 +1,11 @@
 #include "ui/mainwindow/hotquestions/loadingoverlay.h"
 
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
-#include "ui/style/movierest.h"
+#include "ui/mainwindow/hotquestions/waitingpicture.h"
 #include "ui/style/surfaceshadow.h"
 #include "ui/style/windowsize.h"
 
-#include <QLabel>
-#include <QMovie>
+#include <QFrame>
 #include <QPushButton>
 
 namespace {
@@ -30,15 +29,11 @@ QWidget *makeVeil(QWidget *window)
     veil->setGeometry(QRect(QPoint(), windowSize));
     veil->setStyleSheet(QStringLiteral("QWidget{background-color: rgba(17,17,17,20%);}"));
     veil->setAttribute(Qt::WA_TransparentForMouseEvents);
-    auto *label = new QLabel(veil);
+    auto *label = new WaitingPicture(veil);
     label->setStyleSheet(QStringLiteral("QLabel{background-color: transparent;}"));
     label->setGeometry(QRect(QPoint((windowSize.width() - movieSize.width()) / 2,
                                     (windowSize.height() - movieSize.height()) / 2),
                              movieSize));
-    auto *movie = new QMovie(QStringLiteral(":/Images/waiting.gif"), QByteArray(), label);
-    label->setMovie(movie);
-    new MovieRest(movie, label); // which the movie owns
-    movie->start();
     return veil;
 }
 
