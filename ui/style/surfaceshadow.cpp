@@ -1,6 +1,6 @@
 #include "ui/style/surfaceshadow.h"
 
-#include <QBackingStore>
+#include <QEvent>
 #include <QImage>
 #include <QPainter>
 #include <QRegion>
@@ -39,40 +39,72 @@ QPixmap shadowedTile()
 
 } // namespace
 
-SurfaceShadow::SurfaceShadow(QObject *parent)
-    : QGraphicsDropShadowEffect(parent)
+SurfaceShadow::SurfaceShadow(QWidget *surface)
+    : QGraphicsDropShadowEffect(surface)
+    , m_place(surface->geometry())
 {
     setLook(*this);
+    setEnabled(false);
+    surface->installEventFilter(this);
+    surface->parentWidget()->installEventFilter(this);
 }
 
-void SurfaceShadow::draw(QPainter *painter)
+QWidget *SurfaceShadow::surface() const
 {
-    if (!paintsWindow(*painter)) {
-        QGraphicsDropShadowEffect::draw(painter);
-        return;
+    return static_cast<QWidget *>(parent());
+}
+
+void SurfaceShadow::hide()
+{
+    m_shown = false;
+    updateAround();
+}
+
+bool SurfaceShadow::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Paint:
+        if (watched == surface()->parentWidget() && m_shown && !surface()->isHidden()) {
+            paint();
+        }
+        break;
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::ShowToParent:
+    case QEvent::HideToParent:
+        if (watched == surface()) {
+            updateAround();
+        }
+        break;
+    default:
+        break;
     }
-    drawAround(*painter, sourceBoundingRect().toAlignedRect());
-    drawSource(painter);
+    return QGraphicsDropShadowEffect::eventFilter(watched, event);
 }
 
-bool SurfaceShadow::paintsWindow(const QPainter &painter) const
+/// Where the surface is and where it was.
+void SurfaceShadow::updateAround()
 {
-    const auto *widget = qobject_cast<QWidget *>(parent());
-    QBackingStore *window = widget != nullptr ? widget->backingStore() : nullptr;
-    return window != nullptr && window->paintDevice() == painter.device();
+    const auto around = [](const QRect &place) {
+        return place.adjusted(-reach, -reach, reach, reach);
+    };
+    surface()->parentWidget()->update(around(m_place));
+    m_place = surface()->geometry();
+    surface()->parentWidget()->update(around(m_place));
 }
 
-void SurfaceShadow::drawAround(QPainter &painter, const QRect &surface)
+void SurfaceShadow::paint()
 {
     if (m_tile.isNull()) {
         m_tile = shadowedTile();
     }
     constexpr int corner = reach + tileSize / 2 - 1;
-    const QRect whole = surface.adjusted(-reach, -reach, reach, reach);
-    painter.save();
-    painter.setClipRegion(QRegion(whole).subtracted(surface));
+    const QRect place = surface()->geometry();
+    const QRect whole = place.adjusted(-reach, -reach, reach, reach);
+    QPainter painter(surface()->parentWidget());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, surface()->devicePixelRatioF() > 1);
+    painter.setClipRegion(QRegion(whole).subtracted(place));
     qDrawBorderPixmap(&painter, whole, QMargins(corner, corner, corner, corner), m_tile);
-    painter.restore();
 }
 
 SurfaceShadow *addSurfaceShadow(QWidget *widget)
