@@ -5,10 +5,14 @@
 #include "app/startup/bearerplugins.h"
 #include "app/startup/heap.h"
 #include "app/startup/qtenvironment.h"
+#include "app/startup/qtnames.h"
 #include "app/startup/singleapplication.h"
 #include "app/startup/systemidentity.h"
 #include "resources/resources.h"
 #include "ui/mainwindow/miravel.h"
+#include "ui/style/displayscale.h"
+#include "ui/style/screenfit.h"
+#include "ui/style/windowsize.h"
 
 #include <QCommandLineOption>
 #include <QCommandLineParser>
@@ -28,6 +32,8 @@ int main(int argc, char *argv[])
 {
     giveLargeBlocksBack();
     clearQtEnvironment();
+    hideQtNames();
+    followDisplayScale();
     SingleApplication app(argc, argv);
     QDir::setCurrent(QCoreApplication::applicationDirPath());
 
@@ -60,6 +66,7 @@ int main(int argc, char *argv[])
         return 0; // an unknown caller is shown nothing
     }
 
+    const ScreenFit screenFit(windowSize);
     introduceToSystem();
     leaveOutBearerPlugins();
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app,

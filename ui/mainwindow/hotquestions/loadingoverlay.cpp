@@ -2,10 +2,10 @@
 
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 #include "ui/style/movierest.h"
+#include "ui/style/scaledpicture.h"
 #include "ui/style/surfaceshadow.h"
 #include "ui/style/windowsize.h"
 
-#include <QLabel>
 #include <QMovie>
 #include <QPushButton>
 
@@ -30,12 +30,15 @@ QWidget *makeVeil(QWidget *window)
     veil->setGeometry(QRect(QPoint(), windowSize));
     veil->setStyleSheet(QStringLiteral("QWidget{background-color: rgba(17,17,17,20%);}"));
     veil->setAttribute(Qt::WA_TransparentForMouseEvents);
-    auto *label = new QLabel(veil);
+    auto *label = new ScaledPicture(veil);
     label->setStyleSheet(QStringLiteral("QLabel{background-color: transparent;}"));
     label->setGeometry(QRect(QPoint((windowSize.width() - movieSize.width()) / 2,
                                     (windowSize.height() - movieSize.height()) / 2),
                              movieSize));
-    auto *movie = new QMovie(QStringLiteral(":/Images/waiting.gif"), QByteArray(), label);
+    const bool scaled = label->devicePixelRatioF() > 1;
+    auto *movie = new QMovie(scaled ? QStringLiteral(":/Images/waiting@2x.gif")
+                                    : QStringLiteral(":/Images/waiting.gif"),
+                             QByteArray(), label);
     label->setMovie(movie);
     new MovieRest(movie, label); // which the movie owns
     movie->start();
