@@ -1,6 +1,9 @@
 #!/usr/bin/python3
 """Draws every picture under images/ anew from the sources under svg/, and the Windows icon.
 
+Each picture is drawn at its stated size and, for scaled screens, at twice that: as <name>@2x, which Qt
+finds by itself, or, a strip of rows, under large/: the places of its rows stand in styles.
+
 Run it after a change to a source and commit what it wrote; the build itself uses the committed
 pictures. Two runs write the same bytes. Needs librsvg2-bin, python3-pil, gifsicle, optipng and icoutils.
 """
@@ -16,6 +19,8 @@ from PIL import Image
 HERE = pathlib.Path(__file__).resolve().parent
 SOURCES = HERE / "svg"
 PICTURES = HERE / "images"
+
+SCALES = (1, 2)
 
 ICON_SIZES = (16, 24, 32, 48, 64, 128, 256)
 # Below 64 px the mark is drawn for the size; the other sizes are divisions of its 256 px grid.
@@ -35,6 +40,9 @@ SWITCH_COLOURS = {
     "btn-switch-association": (117, 117, 117),
 }
 
+# Strips of rows, from which a style cuts one.
+STRIPS = {"btn-close", "btn-max", "btn-min", *(f"btn-preview-{number}" for number in range(1, 7))}
+
 # Pictures that are another picture turned round: the rasteriser itself is not quite symmetrical.
 MIRRORED = {
     "btn-retract": ("btn-open", Image.Transpose.FLIP_TOP_BOTTOM),
@@ -52,9 +60,10 @@ GIF_COLOURS = 63  # and one for "nothing here"
 VEILED_WINDOW = (207, 207, 207)  # white under a 20 % veil of rgb(17, 17, 17)
 
 
-def rasterise(svg: bytes, size: int = 0) -> Image.Image:
-    """The SVG text as an RGBA picture, at its own size or scaled to a square of `size` px."""
-    command = ["rsvg-convert", "--format=png"]
+def rasterise(svg: bytes, size: int = 0, scale: int = 1) -> Image.Image:
+    """The SVG text as an RGBA picture, at `scale` times its own size or scaled to a square of `size`
+    px."""
+    command = ["rsvg-convert", "--format=png", f"--zoom={scale}"]
     if size:
         command += [f"--width={size}", f"--height={size}"]
     png = subprocess.run(command, input=svg, stdout=subprocess.PIPE, check=True).stdout
@@ -76,6 +85,13 @@ def with_palette(picture: Image.Image) -> Image.Image:
     if colours[0][3] < 255:
         indexed.info["transparency"] = bytes(colour[3] for colour in colours)
     return indexed
+
+
+def large(name: str, scale: int) -> str:
+    """What the picture is called at this scale."""
+    if scale == 1:
+        return name
+    return f"large/{name}" if name in STRIPS else f"{name}@{scale}x"
 
 
 def save_png(picture: Image.Image, name: str) -> None:
@@ -120,24 +136,32 @@ def draw_icons() -> None:
     # The window's icon, which every start decodes: systems show it at no more than 128 px.
     save_png(rasterise(source("miravel"), 128), "Miravel")
     save_png(rasterise(source("miravel"), 64), "Sysico")
+    save_png(rasterise(source("miravel"), 128), "Sysico@2x")
     save_png(rasterise(source("miravel-16"), 16), "logo-16")
+    save_png(rasterise(source("miravel-32"), 32), "logo-16@2x")
 
     files = [str(PICTURES / f"Miravel-{size}.png") for size in ICON_SIZES]
     command = ["icotool", "--create", f"--output={HERE / 'Miravel.ico'}"]
     subprocess.run(command + files[:-1] + [f"--raw={files[-1]}"], check=True)
 
 
-def draw_pictures() -> None:
+def draw_pictures(scale: int) -> None:
+    def drawn(name: str) -> Image.Image:
+        return rasterise(source(name), scale=scale)
+
+    def save(picture: Image.Image, name: str) -> None:
+        save_png(picture, large(name, scale))
+
     special = set(POINTS) | set(SWITCH_COLOURS)
     for path in sorted(SOURCES.glob("*.svg")):
         if not path.stem.startswith("miravel") and path.stem not in special:
-            save_png(rasterise(path.read_bytes()), path.stem)
+            save(drawn(path.stem), path.stem)
     for name, colour in POINTS.items():
-        save_png(flattened(symmetrical(rasterise(source(name))), colour), name)
+        save(flattened(symmetrical(drawn(name)), colour), name)
     for name, colour in SWITCH_COLOURS.items():
-        save_png(flattened(rasterise(source("btn-switch")), colour), name)
+        save(flattened(drawn("btn-switch"), colour), name)
     for name, (other, way) in MIRRORED.items():
-        save_png(rasterise(source(other)).transpose(way), name)
+        save(drawn(other).transpose(way), name)
 
 
 def wave(phase: float) -> float:
@@ -162,14 +186,14 @@ def frame_values(number: int) -> dict:
     return values
 
 
-def draw_frames() -> list:
+def draw_frames(scale: int) -> list:
     template = (SOURCES / "waiting.svg.in").read_text(encoding="utf-8")
     frames = []
     for number in range(FRAMES):
         svg = template
         for key, value in frame_values(number).items():
             svg = svg.replace(f"@{key}@", value)
-        frames.append(rasterise(svg.encode("utf-8")))
+        frames.append(rasterise(svg.encode("utf-8"), scale=scale))
     return frames
 
 
@@ -193,23 +217,25 @@ def one_palette(frames: list) -> list:
     return result
 
 
-def draw_waiting() -> None:
+def draw_waiting(scale: int) -> None:
     with tempfile.TemporaryDirectory() as folder:
         files = []
-        for number, picture in enumerate(one_palette(draw_frames())):
+        for number, picture in enumerate(one_palette(draw_frames(scale))):
             files.append(f"{folder}/{number:02}.gif")
             picture.save(files[-1], transparency=GIF_COLOURS)
         # "background" clears the old frame, so that nothing of the bobbing mark is left behind.
         command = ["gifsicle", "--no-warnings", "-O3", "--disposal=background", "--loopcount=forever"]
-        command += [f"--delay={FRAME_DELAY}", f"--output={PICTURES / 'waiting.gif'}"]
+        command += [f"--delay={FRAME_DELAY}",
+                    f"--output={PICTURES / large('waiting', scale)}.gif"]
         subprocess.run(command + files, check=True)
     # Frame 0 alone, which the program shows before it reads the animation.
-    with Image.open(PICTURES / "waiting.gif") as animation:
-        save_png(animation.convert("RGBA"), "waiting-first")
+    with Image.open(PICTURES / f"{large('waiting', scale)}.gif") as animation:
+        save_png(animation.convert("RGBA"), large("waiting-first", scale))
 
 
 if __name__ == "__main__":
-    PICTURES.mkdir(exist_ok=True)
+    (PICTURES / "large").mkdir(parents=True, exist_ok=True)
     draw_icons()
-    draw_pictures()
-    draw_waiting()
+    for factor in SCALES:
+        draw_pictures(factor)
+        draw_waiting(factor)

@@ -9,11 +9,15 @@
 #include "app/startup/lateicon.h"
 #include "app/startup/lateplugins.h"
 #include "app/startup/qtenvironment.h"
+#include "app/startup/qtnames.h"
 #include "app/startup/singleapplication.h"
 #include "app/startup/systemidentity.h"
 #include "app/startup/translation.h"
 #include "resources/resources.h"
 #include "ui/mainwindow/miravel.h"
+#include "ui/style/displayscale.h"
+#include "ui/style/screenfit.h"
+#include "ui/style/windowsize.h"
 
 #include <QCommandLineOption>
 #include <QCommandLineParser>
@@ -34,6 +38,8 @@ int main(int argc, char *argv[])
     narrowLibrarySearch();
     giveLargeBlocksBack();
     clearQtEnvironment();
+    hideQtNames();
+    followDisplayScale();
     SingleApplication app(argc, argv);
     QDir::setCurrent(QCoreApplication::applicationDirPath());
     LatePlugins latePlugins;
@@ -67,6 +73,7 @@ int main(int argc, char *argv[])
         return 0; // an unknown caller is shown nothing
     }
 
+    const ScreenFit screenFit(windowSize);
     introduceToSystem();
     installTranslation(app, QStringLiteral("."));
     QObject::connect(&app, &QGuiApplication::lastWindowClosed, &app,

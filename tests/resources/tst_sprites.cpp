@@ -58,6 +58,27 @@ const Picture pictures[] = {
     {"btn-preview-6.png", {60, 240}},
 };
 
+/// Strips of rows, of which styles name the places.
+bool isStrip(const QString &name)
+{
+    return name.startsWith(QLatin1String("btn-preview"))
+        || QStringList{QStringLiteral("btn-min.png"), QStringLiteral("btn-max.png"),
+                       QStringLiteral("btn-close.png")}
+               .contains(name);
+}
+
+/// What the picture at twice its size is called; empty for icons, which have sizes of their own.
+QString largeName(const QString &name)
+{
+    if (name.startsWith(QLatin1String("Miravel"))) {
+        return {};
+    }
+    if (isStrip(name)) {
+        return QLatin1String("large/") + name;
+    }
+    return QString(name).replace(QLatin1String(".png"), QLatin1String("@2x.png"));
+}
+
 /// The colours of all pixels that show at all, whatever their transparency.
 QSet<QRgb> colours(const QImage &picture)
 {
@@ -92,6 +113,8 @@ private slots:
     void initTestCase();
     void picture_isThereAtItsExactSize_data();
     void picture_isThereAtItsExactSize();
+    void largePicture_isTheSameAtTwiceTheSize_data();
+    void largePicture_isTheSameAtTwiceTheSize();
     void resourceFolder_holdsNothingElse();
     void initResources_twiceDoesNoHarm();
     void titleButtonRows_differInColourOnly_data();
@@ -137,11 +160,48 @@ void TestSprites::picture_isThereAtItsExactSize()
     QVERIFY(!isEmpty(picture));
 }
 
+void TestSprites::largePicture_isTheSameAtTwiceTheSize_data()
+{
+    QTest::addColumn<QString>("large");
+    for (const Picture &picture : pictures) {
+        const QString large = largeName(QLatin1String(picture.name));
+        if (!large.isEmpty())
+            QTest::newRow(picture.name) << large;
+    }
+}
+
+void TestSprites::largePicture_isTheSameAtTwiceTheSize()
+{
+    QFETCH(QString, large);
+    const QImage stated = load(QLatin1String(QTest::currentDataTag()));
+    const QImage drawn = load(large);
+    QCOMPARE(drawn.size(), 2 * stated.size());
+    // Drawn, not enlarged; and when made small again, it covers what the stated one covers.
+    const bool isPlainLine = large == QLatin1String("large/btn-min.png");
+    const QImage enlarged = stated.scaled(drawn.size()).convertToFormat(drawn.format());
+    QCOMPARE(drawn == enlarged, isPlainLine);
+    const QImage small
+        = drawn.scaled(stated.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    double difference = 0;
+    double covered = 0;
+    for (int x = 0; x < stated.width(); ++x) {
+        difference += qAbs(coverage(small, x) - coverage(stated, x));
+        covered += coverage(stated, x);
+    }
+    constexpr double most = 0.1; // an edge falls on other pixels here and there
+    QVERIFY2(difference <= most * covered, qPrintable(QString::number(difference / covered)));
+}
+
 void TestSprites::resourceFolder_holdsNothingElse()
 {
-    QSet<QString> expected{QStringLiteral("waiting.gif")};
-    for (const Picture &picture : pictures)
+    QSet<QString> expected{QStringLiteral("waiting.gif"), QStringLiteral("waiting@2x.gif"),
+                           QStringLiteral("large")};
+    for (const Picture &picture : pictures) {
         expected.insert(QLatin1String(picture.name));
+        const QString large = largeName(QLatin1String(picture.name));
+        if (!large.isEmpty() && !isStrip(QLatin1String(picture.name)))
+            expected.insert(large);
+    }
     const QStringList found = QDir(path(QString())).entryList();
     QCOMPARE(QSet<QString>(found.cbegin(), found.cend()), expected);
 }

@@ -37,13 +37,15 @@ class Assistant:
     def __init__(self, installation: Installation, display: Display, *,
                  arguments: tuple[str, ...] = ("--Type=vdi",),
                  environment: Mapping[str, str] | None = None,
-                 prepare: Callable[[Runner], None] | None = None,
+                 prepare: Callable[[Runner], None] | None = None, scale: float = 1,
                  runner: Runner | None = None) -> None:
         """Starts the program. environment is added to what every program of ours gets; prepare is
-        called before the start; runner is what is around the program, else that of this build."""
+        called before the start; scale is how many px of the screen one px of the window is shown at;
+        runner is what is around the program, else that of this build."""
         self.installation = installation
         self.log = installation.log
         self._display = display
+        self._scale = scale
         self._before: Image.Image | None = None
         # The single-instance socket lies in TMPDIR and its path must be short; a folder of its own
         # keeps this program apart from every other.
@@ -100,13 +102,18 @@ class Assistant:
         self.click(*CLOSE_BUTTON)
 
     def look(self) -> Image.Image:
-        """The window as the screen shows it."""
+        """The window as the screen shows it, brought to its stated size on a scaled screen."""
+        window = self.look_closely()
+        return window if self._scale == 1 else window.resize(WINDOW_SIZE, Image.Resampling.NEAREST)
+
+    def look_closely(self) -> Image.Image:
+        """The window in the screen's own pixels."""
         left, top = self._corner()
-        width, height = WINDOW_SIZE
+        width, height = (round(side * self._scale) for side in WINDOW_SIZE)
         return self._display.shot().crop((left, top, left + width, top + height))
 
     def size(self) -> tuple[int, int]:
-        """Width and height of the window in px."""
+        """Width and height of the window in px of the screen."""
         return self.person.size(self.person.windows(TITLE)[0])
 
     def wait_for_window(self) -> None:
@@ -188,8 +195,12 @@ class Assistant:
 
     def click(self, x: int, y: int, button: int = 1) -> None:
         """Clicks at a place in the window."""
+        self.person.click(*self.on_screen(x, y), button)
+
+    def on_screen(self, x: int, y: int) -> tuple[int, int]:
+        """Where a place in the window is on the screen."""
         left, top = self._corner()
-        self.person.click(left + x, top + y, button)
+        return left + round(x * self._scale), top + round(y * self._scale)
 
     def rest(self) -> None:
         """Puts the pointer where it changes nothing that is looked at."""

@@ -37,11 +37,13 @@ _COLOUR_ENTRY_BYTES = 12
 class Display:
     """One X server without hardware, with a number that no other server has."""
 
-    def __init__(self, folder: Path, *, composited: bool = True) -> None:
-        """Starts the server; its log and its memory lie in folder. Without composited, windows have
-        no translucent places, as in some remote sessions."""
+    def __init__(self, folder: Path, *, composited: bool = True,
+                 size: tuple[int, int] = (WIDTH, HEIGHT)) -> None:
+        """Starts the server with one screen of this size; its log and its memory lie in folder.
+        Without composited, windows have no translucent places, as in some remote sessions."""
         folder.mkdir(parents=True, exist_ok=True)
         self._folder = folder
+        self._size = size
         self._memory = folder / "Xvfb_screen0"
         self._memory.unlink(missing_ok=True)
         self.name, self._server = self._start()
@@ -104,7 +106,7 @@ class Display:
         number that it is given it locks, or ends at once."""
         for number in random.sample(_NUMBERS, _ATTEMPTS):
             server = Child(
-                ["Xvfb", f":{number}", "-screen", "0", f"{WIDTH}x{HEIGHT}x24",
+                ["Xvfb", f":{number}", "-screen", "0", f"{self._size[0]}x{self._size[1]}x24",
                  "-fbdir", self._folder, "-nolisten", "tcp", "-noreset"],
                 env=base_environment(), output=self._folder / "xvfb.log")
             wait_until(lambda: not server.alive or self._accepts(number), f"the screen :{number}")

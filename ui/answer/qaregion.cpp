@@ -86,7 +86,7 @@ void QARegion::buildForm()
     inner->setStyleSheet(QStringLiteral("QWidget{background-color:white;border:none;}"));
     // All of the shadow lies outside this widget, where nothing of it is seen: painting the
     // conversation through the effect would only cost time and paint over what lies on top of it.
-    addSurfaceShadow(inner)->setEnabled(false);
+    addSurfaceShadow(inner)->hide();
     layout->addWidget(inner);
     m_list = new ConversationList(inner);
     m_list->setGeometry(listPlace);

@@ -1,6 +1,7 @@
 #include "ui/dialogs/framelessdialog.h"
 
 #include "ui/style/roundedmask.h"
+#include "ui/style/screenfollower.h"
 #include "ui/style/styles.h"
 
 #include <QGraphicsDropShadowEffect>
@@ -31,6 +32,7 @@ FramelessDialog::FramelessDialog(QWidget *parent)
 {
     setWindowFlags(Qt::Tool | Qt::MSWindowsFixedSizeDialogHint | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
+    new ScreenFollower(this); // which the dialog owns
 }
 
 QPoint placeOverParent(const QRect &parent, const QSize &size, const QRect &screen)

@@ -4,6 +4,7 @@
 #include "ui/mainwindow/frame/titlebar.h"
 #include "ui/mainwindow/input/inputpanel.h"
 #include "ui/style/focusstyle.h"
+#include "ui/style/screenfollower.h"
 #include "ui/style/windowsize.h"
 
 #include <QCoreApplication>
@@ -34,6 +35,7 @@ WindowForm buildWindowForm(QWidget &window, bool aboutMenu)
         window.setObjectName(QStringLiteral("Miravel"));
     }
     window.setFixedSize(windowSize);
+    new ScreenFollower(&window); // which the window owns
     WindowForm form{};
     form.inner = makeInner(window);
     window.setWindowTitle(QCoreApplication::translate("Miravel", "Miravel"));

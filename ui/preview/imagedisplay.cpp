@@ -10,11 +10,13 @@
 #include "ui/preview/previewtitlebar.h"
 #include "ui/preview/previewtoolbar.h"
 #include "ui/preview/resizeborder.h"
+#include "ui/style/screenfollower.h"
 
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
+#include <QtMath>
 
 namespace {
 
@@ -36,6 +38,7 @@ ImageDisplay::ImageDisplay(QWidget *parent)
     borderWidth = resizeBorderWidth;
     m_hands = std::make_unique<PreviewHands>(this, form, borderWidth);
     connectForm();
+    new ScreenFollower(this);       // which the window owns
     setFocusPolicy(Qt::ClickFocus); // no button looks chosen before Tab is pressed
     setFocus();
 }
@@ -360,18 +363,21 @@ void ImageDisplay::wheelEvent(QWheelEvent *event)
 bool ImageDisplay::nativeEvent(const QByteArray &eventType, void *message, long *result)
 {
     const NativeResizeRequest request = readNativeResizeRequest(eventType, message);
+    const qreal ratio = devicePixelRatioF(); // the window system counts in px of the screen
     if (request.kind == NativeResizeRequest::Kind::HitTest && !maximised) {
-        const ResizeZone zone = resizeZoneAt(mapFromGlobal(request.cursor), size(), borderWidth);
+        const QPoint position(qFloor(request.cursor.x() / ratio),
+                              qFloor(request.cursor.y() / ratio));
+        const ResizeZone zone = resizeZoneAt(position, size(), borderWidth);
         if (zone != ResizeZone::None) {
             *result = static_cast<long>(zone);
             return true;
         }
     } else if (request.kind == NativeResizeRequest::Kind::Sizing) {
-        QRect allowed = request.proposed;
+        QRect allowed = scaledDown(request.proposed, ratio);
         m_hands->setEdges(request.edges);
         setTempGeometry(allowed);
         setTempGeometry_03(allowed);
-        writeProposedGeometry(message, allowed);
+        writeProposedGeometry(message, scaledUp(allowed, request.proposed, ratio));
         *result = 1; // dealt with
         return true;
     }

@@ -16,8 +16,8 @@ struct NativeResizeRequest
     };
 
     Kind kind = Kind::None;
-    QPoint cursor;   ///< global position; with HitTest
-    QRect proposed;  ///< global geometry; with Sizing
+    QPoint cursor;   ///< in the window, px of the screen; with HitTest
+    QRect proposed;  ///< global geometry, px of the screen; with Sizing
     Qt::Edges edges; ///< that are dragged; with Sizing
 };
 
@@ -25,7 +25,7 @@ struct NativeResizeRequest
 [[nodiscard]] NativeResizeRequest readNativeResizeRequest(const QByteArray &eventType,
                                                           void *message);
 
-/// Puts \a geometry in place of the one that a Sizing \a message proposes.
+/// Puts \a geometry, in px of the screen, in place of the one that a Sizing \a message proposes.
 void writeProposedGeometry(void *message, const QRect &geometry);
 
 /// Sees to it that \a window cannot be dragged below \a size where no Sizing request comes; empty

@@ -43,7 +43,9 @@ NativeResizeRequest readNativeResizeRequest(const QByteArray &eventType, void *m
     if (native->message == WM_NCHITTEST) {
         // Both halves are signed: screens may lie left of and above the first one.
         request.kind = NativeResizeRequest::Kind::HitTest;
-        request.cursor = QPoint(GET_X_LPARAM(native->lParam), GET_Y_LPARAM(native->lParam));
+        POINT cursor = {GET_X_LPARAM(native->lParam), GET_Y_LPARAM(native->lParam)};
+        ScreenToClient(native->hwnd, &cursor);
+        request.cursor = QPoint(cursor.x, cursor.y);
     } else if (native->message == WM_SIZING) {
         const auto *rect = reinterpret_cast<const RECT *>(native->lParam);
         request.kind = NativeResizeRequest::Kind::Sizing;

@@ -7,6 +7,16 @@
 #include <QResizeEvent>
 #include <QScreen>
 
+namespace {
+
+QSize scaledBy(const QSize &size, qreal scale)
+{
+    return {qRound(qMin(size.width() * scale, qreal(longestSide))),
+            qRound(qMin(size.height() * scale, qreal(longestSide)))};
+}
+
+} // namespace
+
 PictureArea::PictureArea(QWidget *parent)
     : QWidget(parent)
     , m_label(new PictureLabel(this))
@@ -51,9 +61,15 @@ void PictureArea::showPicture(const QPixmap &original, const QSize &size)
 /// the area.
 void PictureArea::makePart()
 {
-    const QRect part = partToMake(m_pictureSize, screen()->size().expandedTo(size()), m_pan);
-    m_label->setPixmap(scaledPart(m_original, m_pictureSize, part));
-    m_partPlace = part.topLeft();
+    const qreal scale = devicePixelRatioF(); // the part is made of the screen's own pixels
+    const QSize visible = screen()->size().expandedTo(size());
+    const QSize full = scaledBy(m_pictureSize, scale);
+    const QRect part = partToMake(full, scaledBy(visible, scale), m_pan * scale);
+    QPixmap made
+        = scale > 1 ? smoothPart(m_original, full, part) : scaledPart(m_original, full, part);
+    made.setDevicePixelRatio(scale);
+    m_label->setPixmap(made);
+    m_partPlace = part.topLeft() / scale;
 }
 
 bool PictureArea::playMovie(const QString &file)
@@ -115,7 +131,8 @@ void PictureArea::placeLabel()
         return;
     }
     // QLabel stretches a picture to its own size, so the label takes the picture's proportions.
-    QRect place(QPoint(), shown.size().scaled(size(), Qt::KeepAspectRatio).expandedTo({1, 1}));
+    QRect place(QPoint(),
+                m_label->shownSize().scaled(size(), Qt::KeepAspectRatio).expandedTo({1, 1}));
     place.moveCenter(rect().center());
     m_label->setGeometry(place);
 }
@@ -127,7 +144,7 @@ void PictureArea::placePicture()
     const auto offset = [](int pan, int place, int part, int full) {
         return pan + place + part / 2 - full / 2;
     };
-    const QSize part = m_label->shownPicture().size();
+    const QSize part = m_label->shownSize();
     m_label->setOffset({offset(m_pan.x(), m_partPlace.x(), part.width(), m_pictureSize.width()),
                         offset(m_pan.y(), m_partPlace.y(), part.height(), m_pictureSize.height())});
 }
@@ -153,7 +170,7 @@ void PictureArea::resetPan()
 
 bool PictureArea::showsPart() const
 {
-    return !m_original.isNull() && m_label->shownPicture().size() != m_pictureSize;
+    return !m_original.isNull() && m_label->shownSize() != m_pictureSize;
 }
 
 bool PictureArea::canPan() const

@@ -22,10 +22,25 @@ QPixmap PictureLabel::shownPicture() const
     return movie() != nullptr ? movie()->currentPixmap() : pixmap(Qt::ReturnByValue);
 }
 
+QSize PictureLabel::shownSize() const
+{
+    const QPixmap picture = shownPicture();
+    const QSizeF size = QSizeF(picture.size()) / picture.devicePixelRatio();
+    return size.toSize();
+}
+
 void PictureLabel::paintEvent(QPaintEvent *event)
 {
     const QPixmap picture = shownPicture();
-    if (m_offset.isNull() || hasScaledContents() || picture.isNull()) {
+    if (hasScaledContents() || picture.isNull()) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    if (devicePixelRatioF() > 1) {
+        paintScaled(picture);
+        return;
+    }
+    if (m_offset.isNull()) {
         QLabel::paintEvent(event);
         return;
     }
@@ -33,4 +48,20 @@ void PictureLabel::paintEvent(QPaintEvent *event)
                             .translated(m_offset);
     const QRect seen = place & rect();
     QPainter(this).drawPixmap(seen.topLeft(), picture, seen.translated(-place.topLeft()));
+}
+
+/// On a scaled screen: smoothly where the pixels of the picture are not those of the screen, as
+/// with an animation.
+void PictureLabel::paintScaled(const QPixmap &picture)
+{
+    const qreal ratio = picture.devicePixelRatio();
+    const QRect place = QStyle::alignedRect(layoutDirection(), alignment(), shownSize(), rect())
+                            .translated(m_offset);
+    const QRect seen = place & rect();
+    const QRect part = seen.translated(-place.topLeft());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform,
+                          !qFuzzyCompare(ratio, devicePixelRatioF()));
+    painter.drawPixmap(QRectF(seen), picture,
+                       QRectF(QPointF(part.topLeft()) * ratio, QSizeF(part.size()) * ratio));
 }

@@ -21,9 +21,14 @@ public:
     /// The picture that is shown, of an animated one the present frame; null when there is none.
     [[nodiscard]] QPixmap shownPicture() const;
 
+    /// The size of that picture, in device-independent px.
+    [[nodiscard]] QSize shownSize() const;
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void paintScaled(const QPixmap &picture);
+
     QPoint m_offset;
 };

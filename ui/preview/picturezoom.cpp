@@ -130,6 +130,14 @@ QPixmap scaledPart(const QPixmap &original, const QSize &full, const QRect &part
     return QPixmap::fromImage(made);
 }
 
+QPixmap smoothPart(const QPixmap &original, const QSize &full, const QRect &part)
+{
+    if (original.isNull() || part.size() != full) {
+        return scaledPart(original, full, part);
+    }
+    return original.scaled(full, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
 QSize panRange(const QSize &picture, const QSize &area)
 {
     const auto half = [](int pictureSide, int areaSide) {

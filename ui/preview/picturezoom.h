@@ -44,6 +44,10 @@ inline constexpr int longestSide = 1 << 30;
 /// The part \a part of \a original scaled to \a full, without smoothing. A null picture stays null.
 [[nodiscard]] QPixmap scaledPart(const QPixmap &original, const QSize &full, const QRect &part);
 
+/// The same, smoothed where all of the picture is made: for a scaled screen, on whose pixels text
+/// in a picture would be torn otherwise.
+[[nodiscard]] QPixmap smoothPart(const QPixmap &original, const QSize &full, const QRect &part);
+
 /// How far, in px each way, a picture of the size \a picture can be moved out of the middle of an
 /// area of the size \a area that it covers: not at all where it is not larger.
 [[nodiscard]] QSize panRange(const QSize &picture, const QSize &area);

@@ -117,3 +117,28 @@ QRect withSmallestHeight(const QRect &proposed, bool bottomDragged)
     }
     return rect;
 }
+
+QRect scaledDown(const QRect &geometry, qreal scale)
+{
+    return {geometry.topLeft(),
+            QSize(qRound(geometry.width() / scale), qRound(geometry.height() / scale))};
+}
+
+QRect scaledUp(const QRect &allowed, const QRect &proposed, qreal scale)
+{
+    const QRect before = scaledDown(proposed, scale);
+    QRect rect = proposed;
+    if (allowed.width() != before.width()) {
+        const int width = qRound(allowed.width() * scale);
+        const bool leftMoved = allowed.left() != before.left();
+        rect.moveLeft(leftMoved ? proposed.right() - width + 1 : proposed.left());
+        rect.setWidth(width);
+    }
+    if (allowed.height() != before.height()) {
+        const int height = qRound(allowed.height() * scale);
+        const bool topMoved = allowed.top() != before.top();
+        rect.moveTop(topMoved ? proposed.bottom() - height + 1 : proposed.top());
+        rect.setHeight(height);
+    }
+    return rect;
+}

@@ -35,6 +35,14 @@ inline constexpr QSize smallestDraggedSize(600, 400);
 /// dragged, otherwise the left side.
 [[nodiscard]] QRect withSmallestWidth(const QRect &proposed, bool rightDragged);
 
+/// \a geometry, in px of a screen of the scale \a scale, with its size in device-independent px;
+/// its corner stays.
+[[nodiscard]] QRect scaledDown(const QRect &geometry, qreal scale);
+
+/// The geometry in px of a screen of the scale \a scale for \a allowed, which came of
+/// scaledDown(\a proposed): the sides that differ move, the others stay to the pixel.
+[[nodiscard]] QRect scaledUp(const QRect &allowed, const QRect &proposed, qreal scale);
+
 /// \a proposed with a height of at least 400 px: the lower side gives way when it is the one that
 /// is dragged, otherwise the upper side.
 [[nodiscard]] QRect withSmallestHeight(const QRect &proposed, bool bottomDragged);

@@ -1,5 +1,8 @@
 #include "ui/style/styles.h"
 
+#include "ui/style/displayscale.h"
+#include "ui/style/sharppictures.h"
+
 namespace styles {
 
 QString thinScrollBar(int verticalPadding)
@@ -21,9 +24,10 @@ QString thinScrollBar(int verticalPadding)
 QString spriteRow(QLatin1String image, int row, int rows, int rowHeight)
 {
     // The numbers cut the strip from above and below, so that one row is left.
-    return QStringLiteral("border-image:url(:/Images/%1) %2 0 %3 0;")
-        .arg(image, QString::number(row * rowHeight),
-             QString::number((rows - 1 - row) * rowHeight));
+    const QString stated = QStringLiteral("border-image:url(:/Images/%1) %2 0 %3 0;")
+                               .arg(image, QString::number(row * rowHeight),
+                                    QString::number((rows - 1 - row) * rowHeight));
+    return anyScreenIsScaled() ? withStripsFor(true, stated) : stated;
 }
 
 QString threeStateSprite(QLatin1String image, int rowHeight)

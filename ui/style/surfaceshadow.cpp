@@ -2,7 +2,7 @@
 
 #include "resources/resources.h"
 
-#include <QBackingStore>
+#include <QEvent>
 #include <QPainter>
 #include <QWidget>
 
@@ -106,27 +106,65 @@ QImage shadowedTile()
         .convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-SurfaceShadow::SurfaceShadow(QObject *parent)
-    : QGraphicsDropShadowEffect(parent)
+SurfaceShadow::SurfaceShadow(QWidget *surface)
+    : QGraphicsDropShadowEffect(surface)
+    , m_place(surface->geometry())
 {
     setLook(*this);
+    setEnabled(false);
+    surface->installEventFilter(this);
+    surface->parentWidget()->installEventFilter(this);
 }
 
-void SurfaceShadow::draw(QPainter *painter)
+QWidget *SurfaceShadow::surface() const
 {
-    if (!paintsWindow(*painter)) {
-        QGraphicsDropShadowEffect::draw(painter);
-        return;
+    return static_cast<QWidget *>(parent());
+}
+
+void SurfaceShadow::hide()
+{
+    m_shown = false;
+    updateAround();
+}
+
+bool SurfaceShadow::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Paint:
+        if (watched == surface()->parentWidget() && m_shown && !surface()->isHidden()) {
+            paint();
+        }
+        break;
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::ShowToParent:
+    case QEvent::HideToParent:
+        if (watched == surface()) {
+            updateAround();
+        }
+        break;
+    default:
+        break;
     }
-    drawAround(*painter, sourceBoundingRect().toAlignedRect());
-    drawSource(painter);
+    return QGraphicsDropShadowEffect::eventFilter(watched, event);
 }
 
-bool SurfaceShadow::paintsWindow(const QPainter &painter) const
+/// Where the surface is and where it was.
+void SurfaceShadow::updateAround()
 {
-    const auto *widget = qobject_cast<QWidget *>(parent());
-    QBackingStore *window = widget != nullptr ? widget->backingStore() : nullptr;
-    return window != nullptr && window->paintDevice() == painter.device();
+    const auto around = [](const QRect &place) {
+        return place.adjusted(-reach, -reach, reach, reach);
+    };
+    surface()->parentWidget()->update(around(m_place));
+    m_place = surface()->geometry();
+    surface()->parentWidget()->update(around(m_place));
+}
+
+void SurfaceShadow::paint()
+{
+    QPainter painter(surface()->parentWidget());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, surface()->devicePixelRatioF() > 1);
+    drawAround(painter, surface()->geometry());
 }
 
 SurfaceShadow *addSurfaceShadow(QWidget *widget)

@@ -6,25 +6,32 @@
 /// The soft grey shadow of the window's surfaces: no offset, "#DCDCDC", blur radius 8 px. For
 /// widgets that are opaque rectangles only.
 ///
-/// It looks as Qt's own, which paints the widget into a picture of its own and blurs all
-/// of that whenever a pixel of the widget changes. Here the widget is painted straight to where it
-/// is seen, and its shadow is put together from a stored picture of a small tile's. GUI thread
-/// only.
+/// It looks as Qt's own and has its values, but Qt's painting of effects is switched off: that
+/// blurs a picture of all of the widget whenever a pixel of it changes, and paints the bounding box
+/// of what changed, also where other widgets lie above that are not painted anew. Here the shadow,
+/// put together from a stored picture of a small tile's, is painted on the widget's parent. GUI
+/// thread only.
 class SurfaceShadow : public QGraphicsDropShadowEffect
 {
     Q_OBJECT
     Q_DISABLE_COPY(SurfaceShadow)
 
 public:
-    explicit SurfaceShadow(QObject *parent);
+    /// The shadow of \a surface, which has its parent already and owns this.
+    explicit SurfaceShadow(QWidget *surface);
 
-protected:
-    void draw(QPainter *painter) override;
+    /// Shows nothing of it from now on.
+    void hide();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /// False when a picture of the window is made: there Qt would paint the widget itself
-    /// to a wrong place.
-    [[nodiscard]] bool paintsWindow(const QPainter &painter) const;
+    [[nodiscard]] QWidget *surface() const;
+    void updateAround();
+    void paint();
+
+    QRect m_place; ///< of the surface, when it was seen last
+    bool m_shown = true;
 };
 
 /// The stored picture: the shadow around a square of 32 px, 8 px wide on each side, and nothing in

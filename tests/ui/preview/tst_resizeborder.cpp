@@ -21,6 +21,8 @@ private slots:
     void hitTest_edgesAndCursors();
     void smallestSize_data();
     void smallestSize();
+    void sizeOnAScaledScreen_data();
+    void sizeOnAScaledScreen();
 };
 
 void TestResizeBorder::hitTest_data()
@@ -124,6 +126,37 @@ void TestResizeBorder::smallestSize()
     QFETCH(bool, bottomDragged);
     QFETCH(QRect, allowed);
     QCOMPARE(withSmallestHeight(withSmallestWidth(proposed, rightDragged), bottomDragged), allowed);
+}
+
+void TestResizeBorder::sizeOnAScaledScreen_data()
+{
+    QTest::addColumn<qreal>("scale");
+    QTest::addColumn<QRect>("proposed");
+    QTest::addColumn<bool>("rightDragged");
+    QTest::addColumn<bool>("bottomDragged");
+    QTest::addColumn<QRect>("allowed");
+    QTest::newRow("not scaled") << 1.0 << QRect(100, 50, 599, 399) << true << true
+                                << QRect(100, 50, 600, 400);
+    QTest::newRow("large enough") << 2.0 << QRect(100, 50, 1201, 801) << true << true
+                                  << QRect(100, 50, 1201, 801);
+    QTest::newRow("right and bottom")
+        << 2.0 << QRect(100, 50, 900, 700) << true << true << QRect(100, 50, 1200, 800);
+    QTest::newRow("left and top") << 1.5 << QRect(500, 350, 700, 500) << false << false
+                                  << QRect(300, 250, 900, 600);
+    QTest::newRow("only one side")
+        << 1.25 << QRect(7, 9, 701, 900) << true << true << QRect(7, 9, 750, 900);
+}
+
+void TestResizeBorder::sizeOnAScaledScreen()
+{
+    QFETCH(qreal, scale);
+    QFETCH(QRect, proposed);
+    QFETCH(bool, rightDragged);
+    QFETCH(bool, bottomDragged);
+    QFETCH(QRect, allowed);
+    const QRect smallest = withSmallestHeight(
+        withSmallestWidth(scaledDown(proposed, scale), rightDragged), bottomDragged);
+    QCOMPARE(scaledUp(smallest, proposed, scale), allowed);
 }
 
 QTEST_MAIN(TestResizeBorder)

@@ -42,6 +42,7 @@ QGraphicsDropShadowEffect *makeToolkitShadow(QWidget *widget)
     shadow->setOffset(0, 0);
     shadow->setColor(QColor(0xDC, 0xDC, 0xDC));
     shadow->setBlurRadius(8);
+    widget->setGraphicsEffect(shadow);
     return shadow;
 }
 
@@ -56,7 +57,7 @@ public:
         setPalette(Qt::black);
         m_surface.setPalette(Qt::white);
         m_surface.setGeometry(QRect(QPoint(room, room), size));
-        m_surface.setGraphicsEffect(makeShadow(&m_surface));
+        makeShadow(&m_surface);
         setWindowFlags(Qt::FramelessWindowHint);
         setFixedSize(size + QSize(2 * room, 2 * room));
     }
@@ -77,7 +78,7 @@ private:
 
 SurfaceShadow *makeOwnShadow(QWidget *widget)
 {
-    return new SurfaceShadow(widget);
+    return addSurfaceShadow(widget);
 }
 
 /// The largest difference in brightness between two pictures of one size.
@@ -106,6 +107,9 @@ private slots:
     void picture_looksAsTheWindow();
     void shadow_hasTheFixedValues();
     void change_paintsNothingElseOfTheSurface();
+    void twoChanges_leaveTheVeilBetweenThemWhole();
+    void surfaceThatMovesAndHides_takesItsShadowAlong();
+    void hiddenShadow_isNotPainted();
 };
 
 void TestSurfaceShadow::storedPicture_isTheToolkitsShadow()
@@ -167,7 +171,8 @@ void TestSurfaceShadow::picture_looksAsTheWindow()
 
 void TestSurfaceShadow::shadow_hasTheFixedValues()
 {
-    QWidget widget;
+    QWidget window;
+    QWidget widget(&window);
     const SurfaceShadow shadow(&widget);
     QCOMPARE(shadow.offset(), QPointF(0, 0));
     QCOMPARE(shadow.color(), QColor(0xDC, 0xDC, 0xDC));
@@ -180,7 +185,7 @@ void TestSurfaceShadow::change_paintsNothingElseOfTheSurface()
     window.resize(300, 300);
     Surface surface(&window);
     surface.setGeometry(room, room, 200, 200);
-    surface.setGraphicsEffect(new SurfaceShadow(&surface));
+    addSurfaceShadow(&surface);
     Surface changing(&surface);
     changing.setGeometry(10, 10, 20, 20);
     Surface resting(&surface);
@@ -193,6 +198,71 @@ void TestSurfaceShadow::change_paintsNothingElseOfTheSurface()
     changing.update();
     QTRY_VERIFY(changing.paintings() > before);
     QCOMPARE(resting.paintings(), restingBefore);
+}
+
+/// Qt paints what lies between two changes as well, of a widget with an effect.
+void TestSurfaceShadow::twoChanges_leaveTheVeilBetweenThemWhole()
+{
+    QWidget window;
+    window.setWindowFlags(Qt::FramelessWindowHint);
+    window.resize(300, 100);
+    Surface surface(&window);
+    surface.setGeometry(room, room, 260, 60);
+    addSurfaceShadow(&surface);
+    Surface left(&surface);
+    left.setGeometry(10, 10, 16, 16);
+    Surface right(&surface);
+    right.setGeometry(200, 30, 16, 16);
+    QWidget veil(&window);
+    veil.setGeometry(window.rect());
+    veil.setStyleSheet(QStringLiteral("background-color: rgba(17,17,17,20%);"));
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTRY_VERIFY(left.paintings() > 0);
+    const auto screenPicture = [&window] {
+        return window.screen()->grabWindow(window.winId()).toImage();
+    };
+    const QImage before = screenPicture();
+    const int paintings = left.paintings();
+    left.update();
+    right.update();
+    QTRY_VERIFY(left.paintings() > paintings);
+    QCOMPARE(screenPicture(), before);
+}
+
+void TestSurfaceShadow::surfaceThatMovesAndHides_takesItsShadowAlong()
+{
+    QWidget window;
+    window.setWindowFlags(Qt::FramelessWindowHint);
+    window.setPalette(Qt::black);
+    window.resize(300, 100);
+    Surface surface(&window);
+    surface.setGeometry(room, room, 60, 60);
+    addSurfaceShadow(&surface);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const auto isLitAt = [&window](int x) {
+        const QImage picture = window.screen()->grabWindow(window.winId()).toImage();
+        return qGray(picture.pixel(x, room + 30)) > 0;
+    };
+    constexpr int justLeftOfIt = room - 1;
+    QTRY_VERIFY(isLitAt(justLeftOfIt));
+    surface.move(200, room);
+    QTRY_VERIFY(isLitAt(200 - 1));
+    QVERIFY(!isLitAt(justLeftOfIt));
+    surface.hide();
+    QTRY_VERIFY(!isLitAt(200 - 1));
+}
+
+void TestSurfaceShadow::hiddenShadow_isNotPainted()
+{
+    QWidget window;
+    window.setPalette(Qt::black);
+    window.resize(100, 100);
+    Surface surface(&window);
+    surface.setGeometry(room, room, 60, 60);
+    addSurfaceShadow(&surface)->hide();
+    QCOMPARE(qGray(window.grab().toImage().pixel(room - 1, 50)), 0);
 }
 
 QTEST_MAIN(TestSurfaceShadow)

@@ -1,10 +1,10 @@
 #include "ui/mainwindow/frame/titlebar.h"
 
+#include "ui/style/scaledpicture.h"
 #include "ui/style/styles.h"
 #include "ui/style/surfaceshadow.h"
 #include "ui/style/windowsize.h"
 
-#include <QLabel>
 #include <QPushButton>
 
 namespace {
@@ -54,10 +54,10 @@ TitleBar::TitleBar(AboutButton about, QWidget *parent)
     // Inside the bar, so that the shadow is never painted over them; at the container's place.
     auto *front = new QWidget(bar);
     front->setGeometry(containerPlace.translated(-barPlace.topLeft()));
-    auto *picture = new QLabel(front);
+    auto *picture = new ScaledPicture(front);
     picture->setGeometry(picturePlace);
     picture->setAttribute(Qt::WA_TranslucentBackground);
-    picture->setPixmap(QPixmap(QStringLiteral(":/Images/top-nav-title.png")));
+    picture->setPicture(QStringLiteral("top-nav-title.png"));
 
     m_about = makeButton(aboutLeft, aboutStyle(about), tr("关于"), front);
     QPushButton *minimise = makeButton(

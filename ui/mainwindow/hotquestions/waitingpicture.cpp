@@ -12,16 +12,18 @@ constexpr int frameMs = 70; ///< of the animation
 } // namespace
 
 WaitingPicture::WaitingPicture(QWidget *parent)
-    : QLabel(parent)
-    , m_movie(new QMovie(QStringLiteral(":/Images/waiting.gif"), QByteArray(), this))
+    : ScaledPicture(parent)
+    , m_movie(new QMovie(devicePixelRatioF() > 1 ? QStringLiteral(":/Images/waiting@2x.gif")
+                                                 : QStringLiteral(":/Images/waiting.gif"),
+                         QByteArray(), this))
 {
-    setPixmap(QPixmap(QStringLiteral(":/Images/waiting-first.png")));
+    setPicture(QStringLiteral("waiting-first.png"));
     new MovieRest(m_movie, this); // which the movie owns
 }
 
 void WaitingPicture::paintEvent(QPaintEvent *event)
 {
-    QLabel::paintEvent(event);
+    ScaledPicture::paintEvent(event);
     if (!m_wasPainted) {
         m_wasPainted = true;
         QTimer::singleShot(frameMs, this, &WaitingPicture::startMoving);

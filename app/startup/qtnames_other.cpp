@@ -1,0 +1,5 @@
+#include "app/startup/qtnames.h"
+
+void hideQtNames()
+{
+}
