@@ -1,5 +1,6 @@
 #include "tools/doctor/surroundings.h"
 
+#include <QByteArray>
 #include <QtGlobal>
 
 void showNoWindow()
