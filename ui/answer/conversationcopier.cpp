@@ -4,16 +4,14 @@
 #include "ui/answer/content/answercontent.h"
 #include "ui/answer/copymenu.h"
 #include "ui/answer/picture/conversationpictures.h"
-#include "ui/answer/picture/picturerow.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QCursor>
 #include <QLabel>
-#include <QPushButton>
 #include <QTextEdit>
 
-ConversationCopier::ConversationCopier(const ConversationPictures &pictures, QWidget *region)
+ConversationCopier::ConversationCopier(ConversationPictures &pictures, QWidget *region)
     : QObject(region)
     , m_pictures(pictures)
     , m_region(region)
@@ -41,17 +39,8 @@ void ConversationCopier::addAnswer(const AnswerItem *answer)
                 number == 0 ? emit menuRequested(title, Title)
                             : emit menuRequested(firstParagraph + number - 1, Paragraph);
             });
-    addPictures(answer->content()->pictureRows());
-}
-
-void ConversationCopier::addPictures(const QVector<PictureRow *> &rows)
-{
-    int num = m_pictures.all().size() - rows.size();
-    for (const PictureRow *row : rows) {
-        connect(row->button(), &QWidget::customContextMenuRequested, this,
-                [this, num] { emit menuRequested(num, Picture); });
-        ++num;
-    }
+    connect(answer, &AnswerItem::pictureMenuRequested, this,
+            [this](int num) { emit menuRequested(num, Picture); });
 }
 
 QString ConversationCopier::selectedText(int num, int type) const

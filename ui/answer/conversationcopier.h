@@ -8,7 +8,6 @@ class AnswerItem;
 class ConversationItem;
 class ConversationPictures;
 class CopyMenu;
-class PictureRow;
 class QWidget;
 
 /// Copies from the conversation: knows its texts, by kind and number, and its pictures, and shows
@@ -30,12 +29,12 @@ public:
 
     /// Copies pictures out of \a pictures, which must live as long as this. Menus belong to
     /// \a region.
-    ConversationCopier(const ConversationPictures &pictures, QWidget *region);
+    ConversationCopier(ConversationPictures &pictures, QWidget *region);
 
     /// Numbers the one text of \a entry among those of \a kind.
     void addEntry(const ConversationItem *entry, MenuKind kind);
 
-    /// Numbers title and paragraphs of \a answer, and its pictures, the last of the conversation.
+    /// Numbers title and paragraphs of \a answer; its pictures have their numbers.
     void addAnswer(const AnswerItem *answer);
 
     /// The selected text of text \a num of the MenuKind \a type; empty for a picture, or when there
@@ -64,9 +63,7 @@ private:
         int number;
     };
 
-    void addPictures(const QVector<PictureRow *> &rows);
-
-    const ConversationPictures &m_pictures;
+    ConversationPictures &m_pictures;
     QWidget *m_region;
     QVector<NumberedText> m_texts[Message + 1]; ///< of each MenuKind; pictures have none
     QPointer<CopyMenu> rightHitMenu;            ///< the one that is open

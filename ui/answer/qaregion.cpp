@@ -8,6 +8,8 @@
 #include "ui/answer/content/answercontent.h"
 #include "ui/answer/conversationcopier.h"
 #include "ui/answer/list/conversationlist.h"
+#include "ui/answer/picture/base64.h"
+#include "ui/answer/picture/inlinepicture.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/answer/questioncycle.h"
 #include "ui/answer/recommend/recommendonlyitem.h"
@@ -255,28 +257,38 @@ AnswerItem *QARegion::addAnswer(const QString &title, const QString &reply)
 int QARegion::buildAnswerContent(QString reply, QString title, int answerIndex)
 {
     AnswerItem *answer = m_answers.at(answerIndex);
-    const int height = answer->setReply(reply, title, m_pictures.all());
+    const int height = answer->setReply(reply, title, m_pictures);
     m_pictures.tellPreview();
     m_copier->addAnswer(answer);
-    connectPictures(*answer);
+    connect(answer, &AnswerItem::pictureClicked, this, &QARegion::picture_preview);
     return height;
 }
 
 void QARegion::save_gif(QString part, QString base64Data, QString fileName)
 {
-    saveAnimation(part, QStringRef(&base64Data), fileName);
+    saveAnimation(part, bytesOfBase64(QStringRef(&base64Data)), fileName);
 }
 
 void QARegion::setPicture(QString part, QString gifPath, int k)
 {
-    const ConversationPicture &picture = m_pictures.all().at(k);
-    picture.row->showPicture(part, picture.pixmap, gifPath);
+    PictureRow *const row = m_pictures.at(k).row;
+    if (row == nullptr) {
+        return; // nothing of a sleeping answer is seen, and it wakes as it was
+    }
+    const QPixmap picture = m_pictures.decoded(k);
+    const bool isAnimated = isAnimatedPicture(part);
+    if (!picture.isNull() && !(isAnimated && row->play(gifPath, picture.size()))) {
+        row->showStill(picture.scaled(shownPictureSize(picture.size(), isAnimated),
+                                      Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    }
 }
 
 void QARegion::fitPictureRow(QString part, int row, int k, int width)
 {
     Q_UNUSED(row)
-    m_pictures.all().at(k).row->fitToPicture(part, width);
+    if (m_pictures.at(k).row != nullptr && !isAnimatedPicture(part)) {
+        m_pictures.at(k).row->fitToPicture(width);
+    }
 }
 
 QString QARegion::wrapToWidth(QFontMetrics metrics, QString text, int width)
@@ -354,16 +366,6 @@ void QARegion::FoldToOpen_answer(int answer)
 void QARegion::OpenToFold_answer(int answer)
 {
     m_answers.at(answer)->setFoldState(FoldState::Folded);
-}
-
-void QARegion::connectPictures(const AnswerItem &answer)
-{
-    const QVector<PictureRow *> &rows = answer.content()->pictureRows();
-    int num = m_pictures.all().size() - rows.size();
-    for (const PictureRow *row : rows) {
-        connect(row->button(), &QPushButton::clicked, this, [this, num] { picture_preview(num); });
-        ++num;
-    }
 }
 
 void QARegion::picture_preview(int k)

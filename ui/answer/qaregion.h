@@ -163,7 +163,6 @@ private:
                       const QString &question);
     AnswerItem *addAnswer(const QString &title, const QString &reply);
     void showAnswerItem(AnswerItem *answer);
-    void connectPictures(const AnswerItem &answer);
     void askRecommended(const QString &recommended, const QString &question, qint64 questionId);
 
     ConversationList *m_list = nullptr;

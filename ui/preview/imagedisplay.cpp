@@ -171,7 +171,7 @@ void ImageDisplay::playAnimation()
     m_toolBar->setAnimated(true);
     m_area->setScaled(false);
     const QString file = animationFile(index);
-    if (original.isNull() || !m_area->playMovie(file)) {
+    if (original.isNull() || !isPlayable(original.size()) || !m_area->playMovie(file)) {
         LOG_WARNING() << "animated picture cannot be played: " << file;
         showOriginal();
     }
@@ -393,6 +393,9 @@ bool ImageDisplay::event(QEvent *event)
     case QEvent::Hide:
         m_area->setMoviePaused(true);
         break;
+    case QEvent::Close:
+        letGo();
+        break;
     case QEvent::WindowStateChange:
         windowStateChanged();
         break;
@@ -400,6 +403,13 @@ bool ImageDisplay::event(QEvent *event)
         break;
     }
     return QWidget::event(event);
+}
+
+/// A closed window is not shown again, and its picture may be large.
+void ImageDisplay::letGo()
+{
+    original = {};
+    m_area->showPicture(original, QSize());
 }
 
 void ImageDisplay::windowStateChanged()

@@ -104,6 +104,7 @@ private:
     void playAnimation();
     void scaleIfLargerThanDesktop();
     void resetStill();
+    void letGo();
     void windowStateChanged();
 
     QPixmap original;       ///< as handed over

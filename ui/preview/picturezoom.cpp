@@ -88,6 +88,12 @@ bool exceedsDesktop(const QSize &picture, const QSize &desktop)
     return picture.width() > desktop.width() || picture.height() + frameHeight > desktop.height();
 }
 
+bool isPlayable(const QSize &canvas)
+{
+    constexpr qint64 mostCanvasPixels = 3840LL * 2160;
+    return static_cast<qint64>(canvas.width()) * canvas.height() <= mostCanvasPixels;
+}
+
 QSize scaledSize(const QSize &picture, const QSize &box)
 {
     // At least a pixel each way: scaling a thin picture into no width would give nothing.

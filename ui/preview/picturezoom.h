@@ -32,6 +32,10 @@ inline constexpr int longestSide = 1 << 30;
 /// Whether \a picture with the window's frame around it is larger than \a desktop, both in px.
 [[nodiscard]] bool exceedsDesktop(const QSize &picture, const QSize &desktop);
 
+/// Whether an animation on a canvas of the size \a canvas is played: each of its frames is decoded
+/// on all of it, and one of a large canvas would keep the window busy and take much memory.
+[[nodiscard]] bool isPlayable(const QSize &canvas);
+
 /// The size in px of a picture of the size \a picture, which must not be empty, that is scaled into
 /// \a box with its aspect ratio kept; at least one pixel each way.
 [[nodiscard]] QSize scaledSize(const QSize &picture, const QSize &box);

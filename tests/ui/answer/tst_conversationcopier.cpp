@@ -58,7 +58,7 @@ void TestConversationCopier::cleanup()
 AnswerItem *TestConversationCopier::addAnswer(const QString &reply)
 {
     auto *answer = new AnswerItem(QStringLiteral("题"), m_region.get());
-    answer->setReply(reply, QStringLiteral("题"), m_pictures->all());
+    answer->setReply(reply, QStringLiteral("题"), *m_pictures);
     m_copier->addAnswer(answer);
     return answer;
 }

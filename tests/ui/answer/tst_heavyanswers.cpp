@@ -279,6 +279,7 @@ void TestHeavyAnswers::pictures()
         QMetaObject::invokeMethod(m_region.get(), "qaRightHitMenu_copySlots", Q_ARG(int, 0),
                                   Q_ARG(int, 1));
     });
+    look("scrolled back", [bar] { bar->setValue(0); });
     const auto labels = m_region->findChildren<PictureRow *>();
     const auto isThere = [&labels](int row) {
         const QLabel *label = labels.at(row)->label();

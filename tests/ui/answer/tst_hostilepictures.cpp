@@ -1,7 +1,9 @@
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
 #include "tests/support/logcapture.h"
+#include "tests/ui/support/pngchecksum.h"
 #include "ui/answer/bubble/answeritem.h"
+#include "ui/answer/bubble/foldbar.h"
 #include "ui/answer/content/answercontent.h"
 #include "ui/answer/conversationcopier.h"
 #include "ui/answer/picture/picturerow.h"
@@ -30,6 +32,10 @@ private slots:
 
     void unreadable_makesARowOf4Pixels_withAWarning_data();
     void unreadable_makesARowOf4Pixels_withAWarning();
+    void brokenBehindALargeHeader_endsWithARowOf4Pixels_withAWarning();
+    void brokenBehindLargeHeaders_unfoldAnAnswer_thatIsNotTall();
+    void brokenBehindALargeHeader_leavesAnOpenedAnswerOpen();
+    void of16BitsAColour_countsTwice();
     void unreadable_keepsItsNumber();
     void unreadable_isCopiedAsNothing();
     void unreadable_canBePreviewed();
@@ -44,6 +50,7 @@ private slots:
 private:
     const AnswerItem &show(const QString &reply);
     [[nodiscard]] static QByteArray encoded(const QSize &size, const char *format);
+    [[nodiscard]] static QByteArray broken();
     [[nodiscard]] static QString tag(const QByteArray &data);
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -88,6 +95,13 @@ QByteArray TestHostilePictures::encoded(const QSize &size, const char *format)
     return bytes;
 }
 
+/// The first half of a picture that is too large to be decoded at once.
+QByteArray TestHostilePictures::broken()
+{
+    const QByteArray data = encoded({2000, 1000}, "PNG");
+    return data.left(data.size() / 2);
+}
+
 QString TestHostilePictures::tag(const QByteArray &data)
 {
     return QStringLiteral("<p><img src=\"data:image/png;base64,%1\" style=\"\"/></p>")
@@ -125,6 +139,63 @@ void TestHostilePictures::unreadable_makesARowOf4Pixels_withAWarning()
     QCOMPARE(answer.content()->pictureRows().first()->size(), QSize(446, 4));
     QCOMPARE(answer.content()->contentHeight(), 4);
     QCOMPARE(log.linesWith(QStringLiteral("warning: picture cannot be read")).size(), 1);
+}
+
+void TestHostilePictures::brokenBehindALargeHeader_endsWithARowOf4Pixels_withAWarning()
+{
+    const LogCapture log;
+    const AnswerItem &answer = show(tag(broken()) + tag(encoded({30, 20}, "PNG")));
+    const PictureRow *row = answer.content()->pictureRows().first();
+    const int others = answer.height() - answer.content()->contentHeight();
+    QCOMPARE(row->size(), QSize(446, 114)); // what the header says
+    QTRY_COMPARE(row->size(), QSize(446, 4));
+    QCOMPARE(answer.content()->contentHeight(), 4 + 24);
+    QCOMPARE(answer.content()->item(0)->sizeHint(), row->size());
+    QCOMPARE(answer.height(), others + 4 + 24);
+    QCOMPARE(log.linesWith(QStringLiteral("warning: picture cannot be read")).size(), 1);
+    m_region->picture_preview(0);
+    m_region->qaRightHitMenu_copySlots(0, ConversationCopier::Picture);
+    QVERIFY(QApplication::clipboard()->pixmap().isNull());
+    QCOMPARE(log.linesWith(QStringLiteral("warning: picture cannot be read")).size(), 1);
+}
+
+void TestHostilePictures::brokenBehindLargeHeaders_unfoldAnAnswer_thatIsNotTall()
+{
+    const AnswerItem &answer = show(tag(broken()) + tag(broken()));
+    QCOMPARE(answer.size(), QSize(648, 230));
+    QTRY_COMPARE(answer.content()->contentHeight(), 8);
+    QCOMPARE(answer.height(), answer.titleLabel()->height() - 1 + 12 + 8 + 68);
+    const auto bars = answer.findChildren<FoldBar *>();
+    QCOMPARE(bars.size(), 2);
+    QVERIFY(!bars.at(0)->isVisible());
+    QVERIFY(!bars.at(1)->isVisible());
+}
+
+void TestHostilePictures::brokenBehindALargeHeader_leavesAnOpenedAnswerOpen()
+{
+    const AnswerItem &answer = show(tag(broken()) + QStringLiteral("<p>一行文字</p>").repeated(20));
+    m_region->FoldToOpen_answer(0);
+    const int before = answer.height();
+    QTRY_COMPARE(answer.content()->pictureRows().first()->height(), 4);
+    QCOMPARE(answer.height(), before - 110);
+}
+
+void TestHostilePictures::of16BitsAColour_countsTwice()
+{
+    // The header of a PNG of 6,000 x 6,000 px: 137 MiB at 8 bits a colour, 275 MiB at 16.
+    QImage image(1, 1, QImage::Format_RGBA64);
+    image.fill(Qt::transparent);
+    QByteArray data;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::WriteOnly);
+    QVERIFY(image.save(&buffer, "PNG"));
+    QCOMPARE(int(data.at(24)), 16);
+    data.replace(16, 8, QByteArray::fromHex("0000177000001770"));
+    data.replace(29, 4, pngChecksum(data.mid(12, 17)));
+    const LogCapture log;
+    const AnswerItem &answer = show(tag(data));
+    QTRY_COMPARE(answer.content()->contentHeight(), 4);
+    QCOMPARE(log.linesWith(QStringLiteral("warning: picture is too large: 6000x6000")).size(), 1);
 }
 
 void TestHostilePictures::unreadable_keepsItsNumber()

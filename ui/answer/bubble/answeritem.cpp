@@ -1,20 +1,23 @@
 #include "ui/answer/bubble/answeritem.h"
 
 #include "ui/answer/bubble/foldbar.h"
-#include "ui/answer/content/answercontent.h"
+#include "ui/answer/picture/picturerow.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
 #include "ui/text/richtext.h"
 #include "ui/text/textwrap.h"
 
 #include <QLabel>
+#include <QPushButton>
 
 namespace {
 
 constexpr int titleMargin = 12;
 
-/// A longer reply takes too long to be laid out again while the user scrolls.
+/// An answer with more takes too long to be laid out again while the user scrolls.
 constexpr int mostCharactersAsleep = 4000;
+constexpr int rowCharacters = 7; ///< as many as a row costs
+constexpr int mostPicturesAsleep = 50;
 
 // Tops in px of the lines of the bars.
 const QVector<int> barLines{11};
@@ -27,6 +30,18 @@ QLabel *makeTitle(const QString &title, QWidget *bubble)
     label->setOpenExternalLinks(true);
     setWrappedText(label, shownPart(title));
     return label;
+}
+
+/// Whether \a rows are laid out again in a moment.
+bool isSoonRebuilt(const QVector<ContentRow> &rows)
+{
+    int characters = 0;
+    int pictures = 0;
+    for (const ContentRow &row : rows) {
+        characters += row.paragraph.size() + rowCharacters;
+        pictures += row.picture < 0 ? 0 : 1;
+    }
+    return characters <= mostCharactersAsleep && pictures <= mostPicturesAsleep;
 }
 
 QLabel *makeSeparator(QWidget *bubble)
@@ -55,24 +70,44 @@ void AnswerItem::makeFrame()
     m_titleTerm = m_title->height() - 1 + titleMargin;
 }
 
-int AnswerItem::setReply(const QString &reply, const QString &title,
-                         QVector<ConversationPicture> &pictures)
+int AnswerItem::setReply(const QString &reply, const QString &title, ConversationPictures &pictures)
 {
-    makeContent(reply, title, pictures);
-    if (m_content->pictureRows().isEmpty() && reply.size() <= mostCharactersAsleep) {
-        m_reply = reply;
+    m_pictures = &pictures;
+    m_content = new AnswerContent(reply, title, pictures, m_bubble);
+    connectContent();
+    if (isSoonRebuilt(m_content->rows())) {
+        m_rows = m_content->rows();
     }
     return m_content->contentHeight();
 }
 
-void AnswerItem::makeContent(const QString &reply, const QString &title,
-                             QVector<ConversationPicture> &pictures)
+void AnswerItem::connectContent()
 {
-    m_content = new AnswerContent(reply, title, pictures, m_bubble);
     int number = 0;
     for (QLabel *paragraph : m_content->paragraphs()) {
         addText(paragraph, ++number);
     }
+    int row = 0;
+    for (const ContentRow &source : m_content->rows()) {
+        if (source.picture < 0) {
+            continue;
+        }
+        const QPushButton *button = m_content->pictureRows().at(row++)->button();
+        connect(button, &QPushButton::clicked, this,
+                [this, picture = source.picture] { emit pictureClicked(picture); });
+        connect(button, &QWidget::customContextMenuRequested, this,
+                [this, picture = source.picture] { emit pictureMenuRequested(picture); });
+    }
+    connect(m_content, &AnswerContent::heightChanged, this, &AnswerItem::contentChanged);
+}
+
+/// Folds the answer as if its content had had this height from the beginning; one that is tall
+/// stays as the user left it.
+void AnswerItem::contentChanged()
+{
+    const FoldState initial = initialFoldState(m_content->contentHeight());
+    const bool isTall = initial != FoldState::Unfolded;
+    setFoldState(isTall && m_fold != FoldState::Unfolded ? m_fold : initial);
 }
 
 QLabel *AnswerItem::text(int number) const
@@ -85,7 +120,7 @@ QLabel *AnswerItem::text(int number) const
 
 bool AnswerItem::canSleep() const
 {
-    return !m_reply.isEmpty();
+    return !m_rows.isEmpty() && m_content->maySleep();
 }
 
 void AnswerItem::forget()
@@ -104,9 +139,9 @@ void AnswerItem::forget()
 
 void AnswerItem::rebuild()
 {
-    QVector<ConversationPicture> none; // an answer with pictures does not sleep
     makeFrame();
-    makeContent(m_reply, m_titleText, none);
+    m_content = new AnswerContent(m_rows, m_titleText, *m_pictures, m_bubble);
+    connectContent();
     if (m_measure != nullptr) {
         makeBox();
     }

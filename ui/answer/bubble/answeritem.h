@@ -1,13 +1,13 @@
 #pragma once
 
 #include "ui/answer/bubble/answergeometry.h"
+#include "ui/answer/content/answercontent.h"
 #include "ui/answer/list/conversationitem.h"
-#include "ui/answer/picture/inlinepicture.h"
 #include "ui/answer/recommend/recommendbox.h"
 
 #include <QVector>
 
-class AnswerContent;
+class ConversationPictures;
 class FoldBar;
 
 /// An answer: its bold title, a line, the rows of the reply, and, when they are tall, the bars that
@@ -23,8 +23,8 @@ public:
 
     /// Builds the rows of \a reply, rich text of the service, and returns their height in px. The
     /// pictures in it are appended to \a pictures, those of the whole conversation, under \a title.
-    int setReply(const QString &reply, const QString &title,
-                 QVector<ConversationPicture> &pictures);
+    /// \a pictures must live as long as the entry.
+    int setReply(const QString &reply, const QString &title, ConversationPictures &pictures);
 
     /// Adds a box of \a recommends below the answer. \a measure is the label that their texts are
     /// measured in.
@@ -49,6 +49,11 @@ public:
     void setFoldState(FoldState fold);
 
 signals:
+    /// Picture \a number of the conversation, which is in this answer, was clicked, or its copy
+    /// menu is wanted.
+    void pictureClicked(int number);
+    void pictureMenuRequested(int number);
+
     /// The user wants to see a folded answer whole (FoldState::Opened), or an opened one folded
     /// again.
     void foldRequested(FoldState fold);
@@ -68,14 +73,15 @@ protected:
 private:
     void makeFrame();
     void makeBox();
-    void makeContent(const QString &reply, const QString &title,
-                     QVector<ConversationPicture> &pictures);
+    void connectContent();
+    void contentChanged();
     [[nodiscard]] QVector<QWidget *> partsBelowContent() const;
     void makeBars();
     void placeBars(const AnswerGeometry &places);
 
     QString m_titleText;
-    QString m_reply; ///< kept for an entry that may sleep
+    ConversationPictures *m_pictures = nullptr;
+    QVector<ContentRow> m_rows; ///< kept for an entry that may sleep
     FoldState m_fold = FoldState::Unfolded;
     QWidget *m_bubble = nullptr; ///< null, as all that is in it, while the entry sleeps
     QLabel *m_title = nullptr;

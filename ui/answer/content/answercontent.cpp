@@ -3,6 +3,8 @@
 #include "app/base/logstream.h"
 #include "ui/answer/content/replypieces.h"
 #include "ui/answer/picture/base64.h"
+#include "ui/answer/picture/conversationpictures.h"
+#include "ui/answer/picture/inlinepicture.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/preview/animationfile.h"
 #include "ui/style/myproxystyle.h"
@@ -18,6 +20,7 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -62,15 +65,21 @@ QWidget *makeRow(QWidget *parent)
 
 } // namespace
 
-AnswerContent::AnswerContent(const QString &reply, const QString &title,
-                             QVector<ConversationPicture> &pictures, QWidget *bubble)
+AnswerContent::AnswerContent(const QString &title, ConversationPictures &pictures, QWidget *bubble)
     : QListWidget(bubble)
+    , m_pictures(pictures)
 {
     setStyleSheet(styles::plainList);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus); // its texts and pictures take the focus
     setAccessibleName(readableText(shownPart(title)));
+}
+
+AnswerContent::AnswerContent(const QString &reply, const QString &title,
+                             ConversationPictures &pictures, QWidget *bubble)
+    : AnswerContent(title, pictures, bubble)
+{
     QVector<ReplyPiece> pieces = splitReply(reply);
     const bool cut = limitRows(pieces);
     joinFarRows(pieces);
@@ -79,7 +88,7 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
         if (piece.kind == ReplyPiece::Kind::Text) {
             addParagraph(piece.source, budget);
         } else {
-            addPicture(piece.source, title, pictures);
+            addPictureRow(addPicture(piece.source, title));
         }
     }
     if (cut) {
@@ -89,31 +98,52 @@ AnswerContent::AnswerContent(const QString &reply, const QString &title,
     }
 }
 
-void AnswerContent::addPicture(const QString &source, const QString &title,
-                               QVector<ConversationPicture> &pictures)
+AnswerContent::AnswerContent(const QVector<ContentRow> &rows, const QString &title,
+                             ConversationPictures &pictures, QWidget *bubble)
+    : AnswerContent(title, pictures, bubble)
 {
-    const QStringRef base64Data = inlinePictureText(source);
-    QByteArray bytes = bytesOfBase64(base64Data);
-    const QSize size = pictureSize(bytes);
-    const bool isDear = isDecodable(size) && pixelsOf(size) > m_pixelsLeft;
-    const QPixmap pixmap = isDear ? QPixmap() : decodePicture(bytes);
-    m_pixelsLeft -= pixelsOf(pixmap.size());
-    if (!isDear && pixmap.isNull()) {
-        bytes.clear();
+    MarkupBudget budget;
+    for (const ContentRow &row : rows) {
+        if (row.picture < 0) {
+            addParagraph(row.paragraph, budget);
+        } else {
+            addPictureRow(row.picture);
+        }
     }
-    const QString file = animationFile(pictures.size());
-    auto *row = new PictureRow(isDear ? size : pixmap.size(), viewport());
-    pictures.append({pixmap, bytes, title, isAnimatedPicture(source), row});
-    keepNewestDecoded(pictures);
+}
+
+int AnswerContent::addPicture(const QString &source, const QString &title)
+{
+    const QByteArray bytes = bytesOfBase64(inlinePictureText(source));
+    const int number = m_pictures.add(bytes, title, isAnimatedPicture(source), m_costLeft);
+    saveAnimation(source, bytes, animationFile(number));
+    return number;
+}
+
+void AnswerContent::addPictureRow(int number)
+{
+    auto *row = new PictureRow(viewport());
+    m_pictures.showIn(row, number);
     m_pictureRows.append(row);
-    saveAnimation(source, base64Data, file);
-    if (isDear) {
-        row->showLater(source, bytes, size, file);
-    } else {
-        row->showPicture(source, pixmap, file);
-    }
-    row->fitToPicture(source, row->label()->width());
+    m_rows.append({QString(), number});
     row->joinListAs(addRow(row));
+    connect(row, &PictureRow::heightChanged, this, &AnswerContent::measureRows);
+}
+
+void AnswerContent::measureRows()
+{
+    m_contentHeight = 0;
+    for (int row = 0; row < count(); ++row) {
+        m_contentHeight = qMin(m_contentHeight + item(row)->sizeHint().height(), mostContentHeight);
+    }
+    emit heightChanged();
+}
+
+bool AnswerContent::maySleep() const
+{
+    return std::all_of(m_rows.cbegin(), m_rows.cend(), [this](const ContentRow &row) {
+        return row.picture < 0 || m_pictures.maySleep(row.picture);
+    });
 }
 
 void AnswerContent::addParagraph(const QString &source, MarkupBudget &budget)
@@ -128,6 +158,7 @@ void AnswerContent::addParagraph(const QString &source, MarkupBudget &budget)
     label->move(0, 0);
     row->setFixedSize(textMaxWidth, label->height());
     m_paragraphs.append(label);
+    m_rows.append({source, -1});
     addRow(row);
 }
 

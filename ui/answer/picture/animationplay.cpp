@@ -1,7 +1,7 @@
 #include "ui/answer/picture/animationplay.h"
 
 #include "app/base/logstream.h"
-#include "ui/answer/picture/inlinepicture.h"
+#include "ui/answer/picture/picturereading.h"
 #include "ui/style/movierest.h"
 
 #include <QEvent>
@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr qint64 mostPixels = 32'000'000; ///< of all that play
+constexpr qint64 mostPixels = 8'400'000; ///< of all that play, some bytes each
 constexpr qint64 mostOfOne = 4'200'000;
 constexpr int mostPlaying = 100; ///< each holds a file open
 constexpr qint64 pixelsOfALarge = 250'000;
@@ -93,12 +93,11 @@ bool AnimationPlay::isSeen() const
     return !m_label->visibleRegion().isEmpty();
 }
 
-/// Leaves the frame that was seen last.
+/// Leaves nothing: it is not seen, and starts again when it is.
 void AnimationPlay::release()
 {
     playing().removeOne(this);
-    m_label->setPixmap(m_movie->currentPixmap().scaled(m_label->size(), Qt::IgnoreAspectRatio,
-                                                       Qt::SmoothTransformation));
+    m_label->clear();
     delete m_movie;
 }
 

@@ -8,9 +8,9 @@ class QLabel;
 class QMovie;
 
 /// Plays an animation in a label while it can be seen. Every frame is decoded on its whole canvas,
-/// on the GUI thread, so those that play at a time have 32 million pixels together, and one has
-/// 4 million at most; where there is no room, and nothing out of sight to take it from, the picture
-/// stands still.
+/// on the GUI thread, so those that play at a time have 8.4 million pixels together, and one has
+/// 4.2 million at most; where there is no room, and nothing out of sight to take it from, the
+/// picture stands still.
 class AnimationPlay : public QObject
 {
     Q_OBJECT

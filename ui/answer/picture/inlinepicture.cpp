@@ -1,40 +1,15 @@
 #include "ui/answer/picture/inlinepicture.h"
 
 #include "app/base/logstream.h"
-#include "ui/answer/picture/base64.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
-#include <QtEndian>
 
 namespace {
 
 constexpr int pictureMaxHeight = 110;
 constexpr int pictureMaxWidth = 430;
-
-constexpr qint64 bytesPerPixel = 4;
-constexpr qint64 mostKeptBytes = qint64(128) * 1024 * 1024;
-constexpr qint64 maxDecodedBytes = qint64(256) * 1024 * 1024;
-
-bool isAbsurd(const QSize &size)
-{
-    return pixelsOf(size) > maxDecodedBytes / bytesPerPixel;
-}
-
-/// The size in px of the canvas of the GIF \a data (GIF89a, logical screen descriptor), which each
-/// frame is painted on and which QImageReader does not tell; invalid when \a data are no GIF.
-QSize gifCanvas(const QByteArray &data)
-{
-    constexpr int descriptor = 6;
-    if (!data.startsWith("GIF8") || data.size() < descriptor + 2 * int(sizeof(quint16))) {
-        return {};
-    }
-    const char *sides = data.constData() + descriptor;
-    return {qFromLittleEndian<quint16>(sides), qFromLittleEndian<quint16>(sides + sizeof(quint16))};
-}
 
 } // namespace
 
@@ -66,63 +41,6 @@ bool isAnimatedPicture(const QString &piece)
     return false;
 }
 
-QPixmap ConversationPicture::decoded() const
-{
-    return pixmap.isNull() && !data.isEmpty() ? decodePicture(data) : pixmap;
-}
-
-void keepNewestDecoded(QVector<ConversationPicture> &pictures)
-{
-    qint64 bytes = 0;
-    for (int i = pictures.size() - 1; i >= 0; --i) {
-        ConversationPicture &picture = pictures[i];
-        bytes += pixelsOf(picture.pixmap.size()) * bytesPerPixel;
-        if (bytes > mostKeptBytes) {
-            picture.pixmap = QPixmap();
-        }
-    }
-}
-
-bool isDecodable(const QSize &size)
-{
-    return !size.isEmpty() && !isAbsurd(size);
-}
-
-QSize pictureSize(const QByteArray &data)
-{
-    QBuffer buffer;
-    buffer.setData(data);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setDecideFormatFromContent(true);
-    return reader.size().expandedTo(gifCanvas(data));
-}
-
-QPixmap decodePicture(const QByteArray &data)
-{
-    return QPixmap::fromImage(decodeImage(data));
-}
-
-QImage decodeImage(const QByteArray &data)
-{
-    QBuffer buffer;
-    buffer.setData(data);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setDecideFormatFromContent(true);
-    const QSize size = reader.size().expandedTo(gifCanvas(data));
-    if (isAbsurd(size)) {
-        LOG_WARNING() << "picture is too large: " << size.width() << "x" << size.height();
-        return {};
-    }
-    const QImage image = reader.read();
-    if (image.isNull()) {
-        LOG_WARNING() << "picture cannot be read: " << reader.errorString();
-        return {};
-    }
-    return image;
-}
-
 QSize pictureLabelSize(const QSize &size)
 {
     if (size.isEmpty()) {
@@ -134,7 +52,13 @@ QSize pictureLabelSize(const QSize &size)
     return {qMin(width, pictureMaxWidth), height};
 }
 
-void saveAnimation(const QString &part, const QStringRef &base64Data, const QString &fileName)
+QSize shownPictureSize(const QSize &size, bool isAnimated)
+{
+    const QSize label = pictureLabelSize(size);
+    return (isAnimated ? label : size.scaled(label, Qt::KeepAspectRatio)).expandedTo({1, 1});
+}
+
+void saveAnimation(const QString &part, const QByteArray &data, const QString &fileName)
 {
     if (!isAnimatedPicture(part)) {
         return;
@@ -144,5 +68,5 @@ void saveAnimation(const QString &part, const QStringRef &base64Data, const QStr
     if (!file.open(QIODevice::WriteOnly)) {
         LOG_WARNING() << "open file fail";
     }
-    file.write(bytesOfBase64(base64Data)); // to no avail then, as Qt says in the log
+    file.write(data); // to no avail then, as Qt says in the log
 }

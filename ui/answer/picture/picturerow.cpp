@@ -2,10 +2,10 @@
 
 #include "ui/answer/picture/animationplay.h"
 #include "ui/answer/picture/inlinepicture.h"
-#include "ui/answer/picture/picturedecoder.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QListWidgetItem>
 #include <QPushButton>
@@ -21,7 +21,7 @@ QString pictureStyle()
 
 } // namespace
 
-PictureRow::PictureRow(const QSize &size, QWidget *parent)
+PictureRow::PictureRow(QWidget *parent)
     : QWidget(parent)
     , m_label(new QLabel(this))
     , m_button(new QPushButton(this))
@@ -29,69 +29,57 @@ PictureRow::PictureRow(const QSize &size, QWidget *parent)
     setContentsMargins(0, 0, 0, 0);
     setStyleSheet(styles::transparentItem);
     m_label->setStyleSheet(pictureStyle());
+    m_label->installEventFilter(this);
     m_button->setStyleSheet(pictureStyle());
     m_button->setFlat(true);
     m_button->setCursor(Qt::PointingHandCursor);
     m_button->setContextMenuPolicy(Qt::CustomContextMenu);
     m_button->setAccessibleName(tr("查看图片"));
     m_button->setToolTip(m_button->accessibleName());
-    setPictureSize(pictureLabelSize(size));
+    setPictureSize({0, 0});
 }
 
-void PictureRow::showPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath)
+void PictureRow::setPlace(const QSize &size, bool isAnimated)
 {
-    if (isAnimatedPicture(part)) {
-        if (pixmap.isNull()) {
-            return; // no picture, or one too large to be decoded
-        }
-        if (!play(gifPath, pixmap.size())) {
-            m_label->setPixmap(
-                pixmap.scaled(m_label->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-        }
-        return;
-    }
-    lastPictureHeight = 0;
-    if (!pixmap.isNull()) {
-        const QPixmap scaled
-            = pixmap.scaled(m_label->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        lastPictureHeight = qMin(scaled.height(), m_label->height());
-        m_label->setPixmap(scaled);
-    }
+    const QSize label = pictureLabelSize(size);
+    const int height = shownPictureSize(size, isAnimated).height();
+    setPictureSize({label.width(), qMin(height, label.height())});
 }
 
-void PictureRow::showLater(const QString &part, const QByteArray &bytes, const QSize &size,
-                           const QString &gifPath)
+void PictureRow::showStill(const QPixmap &picture)
 {
-    const QSize shown = size.scaled(m_label->size(), Qt::KeepAspectRatio).expandedTo({1, 1});
-    if (!isAnimatedPicture(part)) {
-        lastPictureHeight = qMin(shown.height(), m_label->height());
-    } else if (play(gifPath, size)) {
-        return;
-    }
-    PictureDecoder *decoder = PictureDecoder::instance();
-    connect(decoder, &PictureDecoder::decoded, this, &PictureRow::takeDecoded);
-    m_awaited = decoder->decodeLater(bytes, shown);
-}
-
-void PictureRow::takeDecoded(int number, const QImage &image)
-{
-    if (number == m_awaited) {
-        disconnect(PictureDecoder::instance(), nullptr, this, nullptr);
-        m_label->setPixmap(QPixmap::fromImage(image));
-    }
+    lastPictureHeight = qMin(picture.height(), m_label->height());
+    m_label->setPixmap(picture);
 }
 
 bool PictureRow::play(const QString &file, const QSize &canvas)
 {
-    auto *animation = new AnimationPlay(m_label, file, canvas);
-    return animation->start();
+    if (m_animation == nullptr) {
+        m_animation = new AnimationPlay(m_label, file, canvas);
+    }
+    return m_animation->start();
 }
 
-void PictureRow::fitToPicture(const QString &part, int width)
+bool PictureRow::isPlaying() const
 {
-    if (!isAnimatedPicture(part)) {
-        setPictureSize({width, lastPictureHeight});
+    return m_label->movie() != nullptr;
+}
+
+bool PictureRow::isSeen() const
+{
+    return !m_label->visibleRegion().isEmpty();
+}
+
+void PictureRow::dropPicture()
+{
+    if (!isPlaying()) {
+        m_label->clear();
     }
+}
+
+void PictureRow::fitToPicture(int width)
+{
+    setPictureSize({width, lastPictureHeight});
 }
 
 void PictureRow::joinListAs(QListWidgetItem *item)
@@ -102,6 +90,7 @@ void PictureRow::joinListAs(QListWidgetItem *item)
 
 void PictureRow::setPictureSize(const QSize &size)
 {
+    const int before = height();
     lastPictureHeight = size.height();
     const QRect place(QPoint(0, pictureTopMargin), size);
     m_label->setGeometry(place);
@@ -109,5 +98,17 @@ void PictureRow::setPictureSize(const QSize &size)
     setFixedSize(textMaxWidth, size.height() + pictureTopMargin);
     if (m_item != nullptr) {
         m_item->setSizeHint(this->size());
+        if (height() != before) {
+            emit heightChanged();
+        }
     }
+}
+
+bool PictureRow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Paint && !isPlaying()
+        && m_label->pixmap(Qt::ReturnByValue).isNull()) {
+        emit pictureWanted();
+    }
+    return QWidget::eventFilter(watched, event);
 }

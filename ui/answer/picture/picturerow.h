@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class QImage;
+class AnimationPlay;
 class QLabel;
 class QListWidgetItem;
 class QPixmap;
@@ -15,21 +15,30 @@ class PictureRow : public QWidget
     Q_DISABLE_COPY(PictureRow)
 
 public:
-    /// A row for a picture of \a size px, with nothing to be seen yet; a picture that could not be
-    /// read makes one of 4 px.
-    PictureRow(const QSize &size, QWidget *parent);
+    /// A row with nothing to be seen, as high as one for a picture that could not be read.
+    explicit PictureRow(QWidget *parent);
 
-    /// Shows the picture of the image tag \a part: \a pixmap, scaled down to the row, when it is a
-    /// still one, else the animation in the file \a gifPath.
-    void showPicture(const QString &part, const QPixmap &pixmap, const QString &gifPath);
+    /// Gives the row the place of a picture of \a size px, which may be none.
+    void setPlace(const QSize &size, bool isAnimated);
 
-    /// The same for a picture \a bytes of \a size px that is not decoded yet: the row has its place
-    /// at once and shows the picture when it has been decoded elsewhere.
-    void showLater(const QString &part, const QByteArray &bytes, const QSize &size,
-                   const QString &gifPath);
+    /// Shows \a picture, which is scaled for the row.
+    void showStill(const QPixmap &picture);
+
+    /// Plays the animation in \a file with \a canvas px, if there is room for it. Returns whether
+    /// it plays.
+    bool play(const QString &file, const QSize &canvas);
+
+    /// Whether it has an animation that plays or rests.
+    [[nodiscard]] bool isPlaying() const;
+
+    /// Whether any of the picture can be seen now.
+    [[nodiscard]] bool isSeen() const;
+
+    /// Shows nothing any more, unless an animation plays; the place stays.
+    void dropPicture();
 
     /// Makes the row of a still picture as low as the picture in it, which takes \a width px.
-    void fitToPicture(const QString &part, int width);
+    void fitToPicture(int width);
 
     /// Makes this the row of \a item of a list, which has its size from now on.
     void joinListAs(QListWidgetItem *item);
@@ -37,14 +46,21 @@ public:
     [[nodiscard]] QLabel *label() const { return m_label; }
     [[nodiscard]] QPushButton *button() const { return m_button; }
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+signals:
+    /// The row is painted without its picture.
+    void pictureWanted();
+
+    /// The row is higher or lower than it was.
+    void heightChanged();
+
 private:
     void setPictureSize(const QSize &size);
-    [[nodiscard]] bool play(const QString &file, const QSize &canvas);
-    void takeDecoded(int number, const QImage &image);
 
     QLabel *m_label;
     QPushButton *m_button;
-    QListWidgetItem *m_item = nullptr; ///< once it is in a list
-    int m_awaited = 0;                 ///< the number of what is being decoded for it
-    int lastPictureHeight = 0;         ///< px
+    AnimationPlay *m_animation = nullptr; ///< once the picture has been played
+    QListWidgetItem *m_item = nullptr;    ///< once it is in a list
+    int lastPictureHeight = 0;            ///< px
 };

@@ -4,6 +4,7 @@
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
 #include "ui/answer/list/conversationlist.h"
+#include "ui/answer/picture/conversationpictures.h"
 #include "ui/style/myproxystyle.h"
 #include "ui/text/textwrap.h"
 
@@ -51,7 +52,7 @@ private:
 
     std::unique_ptr<QWidget> m_window;
     ConversationList *m_list = nullptr;
-    QVector<ConversationPicture> m_pictures;
+    ConversationPictures m_pictures;
 };
 
 void TestBubbles::init()

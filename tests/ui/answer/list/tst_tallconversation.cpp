@@ -1,6 +1,7 @@
 #include "tests/ui/answer/list/listtest.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/foldbar.h"
+#include "ui/answer/picture/conversationpictures.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -71,7 +72,7 @@ void TestTallConversation::furtherThanAWidgetReaches_answersFold()
 {
     append(9'000'000);
     append(9'000'000);
-    QVector<ConversationPicture> pictures;
+    ConversationPictures pictures;
     auto *answer = new AnswerItem(QStringLiteral("标题"), m_list->nextParent());
     answer->setReply(QStringLiteral("<p>一行文字</p>").repeated(30), QString(), pictures);
     answer->setFoldState(FoldState::Folded);

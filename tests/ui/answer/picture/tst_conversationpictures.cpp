@@ -1,10 +1,16 @@
+#include "ui/answer/content/answercontent.h"
 #include "ui/answer/picture/conversationpictures.h"
+#include "ui/answer/picture/picturerow.h"
 #include "ui/preview/imagedisplay.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QClipboard>
+#include <QLabel>
 #include <QPointer>
 #include <QTest>
+
+#include <limits>
 
 /// The list of pictures and its preview, without a conversation.
 class TestConversationPictures : public QObject
@@ -20,18 +26,48 @@ private slots:
     void copy_takesTheStillPicture();
     void copy_ofNoPicture_leavesTheClipboard();
     void preview_goesWithTheList();
+    void rowPictures_takeLittleInAll();
+    void droppedRowPicture_comesBackWhenItIsSeen();
+    void dearPicture_isPreviewedOnceItIsDecoded();
+    void dearPicture_thatIsLeft_isNotShown();
+    void dearPicture_isCopiedOnceItIsDecoded();
+    void dearPicture_isNotCopiedOverSomethingElse();
+    void closedPreview_holdsNoPicture();
 
 private:
+    [[nodiscard]] static QByteArray encoded(const QSize &size);
     static void fill(ConversationPictures &pictures, int count);
+
+    /// Adds one that takes long to decode, and one that does not.
+    static void fillDear(ConversationPictures &pictures);
+
+    static constexpr QSize dearSize{4000, 2500};
 };
+
+QByteArray TestConversationPictures::encoded(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
 
 void TestConversationPictures::fill(ConversationPictures &pictures, int count)
 {
+    qint64 costLeft = AnswerContent::mostCostAtOnce;
     for (int i = 0; i < count; ++i) {
-        QPixmap pixmap(10 + i, 20);
-        pixmap.fill(Qt::red);
-        pictures.all().append({pixmap, {}, QString::number(i), false, nullptr});
+        (void)pictures.add(encoded({10 + i, 20}), QString::number(i), false, costLeft);
     }
+}
+
+void TestConversationPictures::fillDear(ConversationPictures &pictures)
+{
+    qint64 costLeft = 0;
+    (void)pictures.add(encoded(dearSize), QString(), false, costLeft);
+    fill(pictures, 1);
 }
 
 void TestConversationPictures::openPreview_showsThePictureInAWindowOfItsOwn()
@@ -120,6 +156,122 @@ void TestConversationPictures::preview_goesWithTheList()
         preview = pictures.openPreview(0);
     }
     QVERIFY(preview.isNull());
+}
+
+void TestConversationPictures::rowPictures_takeLittleInAll()
+{
+    ConversationPictures pictures;
+    const QByteArray data = encoded({430, 110}); // 185 KiB in a row
+    qint64 costLeft = std::numeric_limits<qint64>::max();
+    for (int i = 0; i < 400; ++i) {
+        (void)pictures.add(data, QString(), false, costLeft);
+    }
+    QVERIFY(pictures.shownBytes() <= ConversationPictures::mostShownBytes);
+    QVERIFY(pictures.shownBytes() > ConversationPictures::mostShownBytes / 2);
+    QVERIFY(pictures.at(0).shown.isNull());
+    QCOMPARE(pictures.at(399).shown.size(), QSize(430, 110));
+    QCOMPARE(pictures.decoded(0).size(), QSize(430, 110));
+}
+
+void TestConversationPictures::droppedRowPicture_comesBackWhenItIsSeen()
+{
+    ConversationPictures pictures;
+    const QByteArray data = encoded({430, 110});
+    qint64 costLeft = std::numeric_limits<qint64>::max();
+    QWidget window;
+    window.resize(500, 300);
+    QVector<PictureRow *> rows;
+    const auto add = [&] {
+        const int number = pictures.add(data, QString(), false, costLeft);
+        rows.append(new PictureRow(&window));
+        pictures.showIn(rows.last(), number);
+        return rows.last()->label();
+    };
+    const QLabel *first = add();
+    for (int i = 0; i < 200; ++i) {
+        add();
+    }
+    QVERIFY(first->pixmap(Qt::ReturnByValue).isNull());
+    QCOMPARE(rows.first()->size(), QSize(446, 114));
+    for (PictureRow *row : qAsConst(rows)) {
+        row->setVisible(row == rows.first());
+    }
+    window.show();
+    QTRY_COMPARE(first->pixmap(Qt::ReturnByValue).size(), QSize(430, 110));
+    for (int i = 0; i < 200; ++i) {
+        add();
+    }
+    QVERIFY(!first->pixmap(Qt::ReturnByValue).isNull()); // it is seen
+    QVERIFY(pictures.shownBytes() <= ConversationPictures::mostShownBytes);
+}
+
+void TestConversationPictures::dearPicture_isPreviewedOnceItIsDecoded()
+{
+    ConversationPictures pictures;
+    fillDear(pictures);
+    const auto *label
+        = pictures.openPreview(0)->findChild<QLabel *>(QStringLiteral("pictureLabel"));
+    QVERIFY(label->pixmap(Qt::ReturnByValue).isNull());
+    QTRY_COMPARE(label->pixmap(Qt::ReturnByValue).size(), dearSize);
+    pictures.showInPreview(1);
+    QCOMPARE(label->pixmap(Qt::ReturnByValue).size(), QSize(10, 20));
+    pictures.showInPreview(0);
+    QVERIFY(label->pixmap(Qt::ReturnByValue).isNull()); // not both at a time
+    QTRY_COMPARE(label->pixmap(Qt::ReturnByValue).size(), dearSize);
+    QCOMPARE(pictures.preview()->currentIndex(), 0);
+}
+
+void TestConversationPictures::dearPicture_thatIsLeft_isNotShown()
+{
+    ConversationPictures pictures;
+    fillDear(pictures);
+    const auto *label
+        = pictures.openPreview(0)->findChild<QLabel *>(QStringLiteral("pictureLabel"));
+    pictures.showNextInPreview(1);
+    pictures.copy(0); // comes after it
+    QTRY_COMPARE(QApplication::clipboard()->image().size(), dearSize);
+    QCOMPARE(label->pixmap(Qt::ReturnByValue).size(), QSize(10, 20));
+}
+
+void TestConversationPictures::dearPicture_isCopiedOnceItIsDecoded()
+{
+    ConversationPictures pictures;
+    fillDear(pictures);
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    pictures.copy(0);
+    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("before"));
+    QTRY_COMPARE(QApplication::clipboard()->image().size(), dearSize);
+}
+
+void TestConversationPictures::dearPicture_isNotCopiedOverSomethingElse()
+{
+    ConversationPictures pictures;
+    fillDear(pictures);
+    pictures.copy(0);
+    QApplication::clipboard()->setText(QStringLiteral("later"));
+    const auto *label
+        = pictures.openPreview(0)->findChild<QLabel *>(QStringLiteral("pictureLabel"));
+    QTRY_COMPARE(label->pixmap(Qt::ReturnByValue).size(), dearSize);
+    pictures.copy(1);
+    QCOMPARE(QApplication::clipboard()->pixmap().size(), QSize(10, 20));
+    pictures.copy(0);
+    pictures.copy(1); // changes its mind
+    pictures.showInPreview(0);
+    QTRY_COMPARE(label->pixmap(Qt::ReturnByValue).size(), dearSize);
+    QCOMPARE(QApplication::clipboard()->pixmap().size(), QSize(10, 20));
+}
+
+void TestConversationPictures::closedPreview_holdsNoPicture()
+{
+    ConversationPictures pictures;
+    fill(pictures, 1);
+    ImageDisplay *preview = pictures.openPreview(0);
+    const auto *label = preview->findChild<QLabel *>(QStringLiteral("pictureLabel"));
+    QVERIFY(!label->pixmap(Qt::ReturnByValue).isNull());
+    preview->close();
+    QVERIFY(label->pixmap(Qt::ReturnByValue).isNull());
+    preview->showMinimized();
+    QVERIFY(label->pixmap(Qt::ReturnByValue).isNull());
 }
 
 QTEST_MAIN(TestConversationPictures)

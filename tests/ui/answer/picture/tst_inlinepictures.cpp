@@ -1,5 +1,7 @@
+#include "tests/ui/support/pngchecksum.h"
 #include "ui/answer/content/answercontent.h"
 #include "ui/answer/picture/base64.h"
+#include "ui/answer/picture/conversationpictures.h"
 #include "ui/answer/picture/inlinepicture.h"
 #include "ui/answer/picture/picturerow.h"
 
@@ -12,25 +14,6 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
-
-namespace {
-
-/// The checksum of a PNG chunk (CRC-32 of ISO 3309), big endian.
-QByteArray pngChecksum(const QByteArray &chunk)
-{
-    quint32 crc = 0xffffffff;
-    for (const char byte : chunk) {
-        crc ^= static_cast<quint8>(byte);
-        for (int bit = 0; bit < 8; ++bit) {
-            crc = (crc & 1) != 0 ? (crc >> 1) ^ 0xedb88320 : crc >> 1;
-        }
-    }
-    const quint32 bigEndian = qToBigEndian(~crc);
-    return {reinterpret_cast<const char *>(&bigEndian), sizeof bigEndian};
-}
-
-} // namespace
 
 /// Pictures inside answers: reading, sizes, rows.
 class TestInlinePictures : public QObject
@@ -106,10 +89,11 @@ QString TestInlinePictures::tag(const QByteArray &data, const char *type)
 
 PictureRow *TestInlinePictures::stillRow(const QPixmap &pixmap)
 {
-    const QString part = QStringLiteral("<img src=\"data:image/png;base64,\"/>");
-    m_row = std::make_unique<PictureRow>(pixmap.size(), nullptr);
-    m_row->showPicture(part, pixmap, QString());
-    m_row->fitToPicture(part, m_row->label()->width());
+    const QByteArray bytes = pixmap.isNull() ? "none" : encoded(pixmap.toImage(), "PNG");
+    m_row = std::make_unique<PictureRow>(nullptr);
+    m_row->setPlace(pixmap.size(), false);
+    m_row->showStill(QPixmap::fromImage(decodeForRow(bytes, false).shown));
+    m_row->fitToPicture(m_row->label()->width());
     return m_row.get();
 }
 
@@ -278,7 +262,7 @@ void TestInlinePictures::answerRows_textAndPictures()
 {
     QImage image(100, 50, QImage::Format_RGB32);
     image.fill(Qt::yellow);
-    QVector<ConversationPicture> pictures;
+    ConversationPictures pictures;
     QWidget bubble;
     const AnswerContent content(QStringLiteral("<p>上</p>") + tag(encoded(image, "PNG"), "png")
                                     + QStringLiteral("<p>下</p>"),
@@ -288,24 +272,29 @@ void TestInlinePictures::answerRows_textAndPictures()
     QCOMPARE(content.pictureRows().size(), 1);
     QCOMPARE(content.contentHeight(),
              content.paragraphs().at(0)->height() + 54 + content.paragraphs().at(1)->height());
-    QCOMPARE(pictures.size(), 1);
+    QCOMPARE(pictures.count(), 1);
     QCOMPARE(pictures.at(0).title, QStringLiteral("标题"));
-    QCOMPARE(pictures.at(0).pixmap.size(), QSize(100, 50));
-    QVERIFY(!pictures.at(0).animated);
+    QCOMPARE(pictures.at(0).size, QSize(100, 50));
+    QCOMPARE(pictures.decoded(0).size(), QSize(100, 50));
+    QVERIFY(!pictures.at(0).isAnimated);
     QVERIFY(!QFile::exists(QStringLiteral("gif")));
 }
 
 void TestInlinePictures::animation_isWrittenAndPlays()
 {
     const QByteArray gif = twoFrameGif();
-    QVector<ConversationPicture> pictures(3);
+    ConversationPictures pictures;
+    qint64 costLeft = 0;
+    for (int number = 0; number < 3; ++number) {
+        (void)pictures.add(gif, QString(), true, costLeft);
+    }
     QWidget bubble;
     const AnswerContent content(tag(gif, "gif"), QString(), pictures, &bubble);
     QFile file(QStringLiteral("gif/3.gif"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), gif);
-    QVERIFY(pictures.at(3).animated);
-    QCOMPARE(pictures.at(3).pixmap.size(), QSize(2, 2));
+    QVERIFY(pictures.at(3).isAnimated);
+    QCOMPARE(pictures.at(3).size, QSize(2, 2));
     const PictureRow *row = content.pictureRows().at(0);
     QCOMPARE(row->size(), QSize(446, 6));
     QVERIFY(row->label()->hasScaledContents());
@@ -317,7 +306,7 @@ void TestInlinePictures::animation_isWrittenAndPlays()
 void TestInlinePictures::animation_whoseFileCannotBeWritten_isWarnedOf()
 {
     QVERIFY(QDir().mkpath(QStringLiteral("gif/0.gif")));
-    QVector<ConversationPicture> pictures;
+    ConversationPictures pictures;
     QWidget bubble;
     QTest::ignoreMessage(QtWarningMsg, "open file fail");
     const AnswerContent content(tag(twoFrameGif(), "gif"), QString(), pictures, &bubble);

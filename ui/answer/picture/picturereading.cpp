@@ -1,0 +1,157 @@
+#include "ui/answer/picture/picturereading.h"
+
+#include "app/base/logstream.h"
+#include "ui/answer/picture/inlinepicture.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QtEndian>
+
+#include <cstring>
+
+namespace {
+
+constexpr qint64 bytesPerPixel = 4;
+constexpr qint64 maxDecodedBytes = qint64(256) * 1024 * 1024;
+
+/// Bytes of a picture that end early once nobody wants them any more.
+class PictureBytes : public QIODevice
+{
+public:
+    PictureBytes(const QByteArray &data, const std::atomic<bool> *isCancelled)
+        : m_data(data)
+        , m_isCancelled(isCancelled)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    [[nodiscard]] qint64 size() const override { return m_data.size(); }
+
+    bool seek(qint64 place) override
+    {
+        m_place = place;
+        return QIODevice::seek(place);
+    }
+
+    [[nodiscard]] bool isCancelled() const { return m_isCancelled != nullptr && *m_isCancelled; }
+
+protected:
+    qint64 readData(char *data, qint64 most) override
+    {
+        if (isCancelled()) {
+            return -1;
+        }
+        const qint64 count = qMin(most, m_data.size() - m_place);
+        std::memcpy(data, m_data.constData() + m_place, static_cast<std::size_t>(count));
+        m_place += count;
+        return count;
+    }
+
+    qint64 writeData(const char *data, qint64 most) override
+    {
+        Q_UNUSED(data)
+        Q_UNUSED(most)
+        return -1;
+    }
+
+private:
+    const QByteArray m_data;
+    const std::atomic<bool> *m_isCancelled;
+    qint64 m_place = 0;
+};
+
+/// The size in px of the canvas of the GIF \a data (GIF89a, logical screen descriptor), which each
+/// frame is painted on and which QImageReader does not tell; invalid when \a data are no GIF.
+QSize gifCanvas(const QByteArray &data)
+{
+    constexpr int descriptor = 6;
+    if (!data.startsWith("GIF8") || data.size() < descriptor + 2 * int(sizeof(quint16))) {
+        return {};
+    }
+    const char *sides = data.constData() + descriptor;
+    return {qFromLittleEndian<quint16>(sides), qFromLittleEndian<quint16>(sides + sizeof(quint16))};
+}
+
+bool isAbsurd(const QSize &size, qint64 pixelBytes = bytesPerPixel)
+{
+    return pixelsOf(size) > maxDecodedBytes / pixelBytes;
+}
+
+/// What a pixel of the next picture of \a reader takes: more than usual in pictures of 16 bits a
+/// colour.
+qint64 bytesOfAPixel(const QImageReader &reader)
+{
+    constexpr int bitsPerByte = 8;
+    const QImage::Format format = reader.imageFormat();
+    return format == QImage::Format_Invalid
+             ? bytesPerPixel
+             : qMax<qint64>(bytesPerPixel,
+                            QImage::toPixelFormat(format).bitsPerPixel() / bitsPerByte);
+}
+
+} // namespace
+
+bool isDecodable(const QSize &size)
+{
+    return !size.isEmpty() && !isAbsurd(size);
+}
+
+QSize pictureSize(const QByteArray &data)
+{
+    QBuffer buffer;
+    buffer.setData(data);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    return reader.size().expandedTo(gifCanvas(data));
+}
+
+qint64 decodingCost(const QByteArray &data, const QSize &size)
+{
+    const QByteArray jpegStart = QByteArray::fromHex("ffd8");
+    const QByteArray scanStart = QByteArray::fromHex("ffda");
+    const int scans = data.startsWith(jpegStart) ? data.count(scanStart) : 1;
+    return pixelsOf(size) * qMax(1, scans);
+}
+
+QPixmap decodePicture(const QByteArray &data)
+{
+    return QPixmap::fromImage(decodeImage(data));
+}
+
+QImage decodeImage(const QByteArray &data, const std::atomic<bool> *isCancelled)
+{
+    PictureBytes bytes(data, isCancelled);
+    QImageReader reader(&bytes);
+    reader.setDecideFormatFromContent(true);
+    const QSize size = reader.size().expandedTo(gifCanvas(data));
+    if (isAbsurd(size) || isAbsurd(size, bytesOfAPixel(reader))) {
+        LOG_WARNING() << "picture is too large: " << size.width() << "x" << size.height();
+        return {};
+    }
+    QImage image = reader.read();
+    if (image.isNull() && !bytes.isCancelled()) {
+        LOG_WARNING() << "picture cannot be read: " << reader.errorString();
+    }
+    return image;
+}
+
+QImage withPixmapFormat(QImage image)
+{
+    const QImage::Format format
+        = image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+    return std::move(image).convertToFormat(format);
+}
+
+RowPicture decodeForRow(const QByteArray &data, bool isAnimated,
+                        const std::atomic<bool> *isCancelled)
+{
+    QImage whole = decodeImage(data, isCancelled);
+    if (whole.isNull() || (isCancelled != nullptr && *isCancelled)) {
+        return {};
+    }
+    const QSize size = whole.size();
+    const QImage shown = withPixmapFormat(std::move(whole));
+    return {size, shown.scaled(shownPictureSize(size, isAnimated), Qt::IgnoreAspectRatio,
+                               Qt::SmoothTransformation)};
+}

@@ -1,0 +1,55 @@
+#include "ui/answer/picture/scratchfile.h"
+
+#include <QDir>
+
+ScratchFile::ScratchFile(const QString &folder)
+    : m_folder(folder)
+{
+}
+
+bool ScratchFile::open()
+{
+    if (m_file.isOpen()) {
+        return true;
+    }
+    const int descriptor = openScratchFile(m_folder);
+    if (descriptor < 0) {
+        m_error = qt_error_string();
+        return false;
+    }
+    return m_file.open(descriptor, QIODevice::ReadWrite | QIODevice::Unbuffered,
+                       QFileDevice::AutoCloseHandle);
+}
+
+bool ScratchFile::write(qint64 place, const QByteArray &data)
+{
+    if (!open()) {
+        return false;
+    }
+    const bool written = m_file.seek(place) && m_file.write(data) == data.size();
+    if (!written) {
+        m_error = m_file.errorString();
+    }
+    return written;
+}
+
+QByteArray ScratchFile::read(qint64 place, int size)
+{
+    if (!m_file.isOpen() || !m_file.seek(place)) {
+        return {};
+    }
+    const QByteArray data = m_file.read(size);
+    return data.size() == size ? data : QByteArray();
+}
+
+void removeLeftScratchFiles(const QString &folder)
+{
+    const QDir dir(folder);
+    const QStringList names
+        = dir.entryList({scratchFilePrefix + QLatin1Char('*')}, QDir::Files | QDir::NoSymLinks);
+    for (const QString &name : names) {
+        if (isRemovableScratchFile(dir.filePath(name))) {
+            QFile::remove(dir.filePath(name));
+        }
+    }
+}
