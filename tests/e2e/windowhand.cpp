@@ -8,7 +8,7 @@
 // keep-on    tells that it does not end, because another program has refused
 // end        asks and then tells that the session ends, waits for the program's end as above
 // minimise   minimises the main window
-// process    the number of the program's process
+// process    "process" and the number of the program's process
 // state      "normal" or "minimised", then "front" when it is the window in front
 //
 // Exit status 0, 1 when there is no such program or window, 2 for wrong arguments.
@@ -117,7 +117,7 @@ int act(const std::string &what, const Windows &windows, HANDLE process)
     } else if (what == "minimise") {
         ShowWindow(windows.main, SW_MINIMIZE);
     } else if (what == "process") {
-        std::printf("%lu\n", windows.process);
+        std::printf("process %lu\n", windows.process);
     } else if (what == "state") {
         sayState(windows.main);
     } else {
