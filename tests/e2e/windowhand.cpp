@@ -8,12 +8,16 @@
 // keep-on    tells that it does not end, because another program has refused
 // end        asks and then tells that the session ends, waits for the program's end as above
 // minimise   minimises the main window
+// process    "process" and the number of the program's process
 // state      "normal" or "minimised", then "front" when it is the window in front
 //
 // Exit status 0, 1 when there is no such program or window, 2 for wrong arguments.
 
-#include <tlhelp32.h>
+// clang-format off
+// The second needs the first.
 #include <windows.h>
+#include <tlhelp32.h>
+// clang-format on
 
 #include <cstdio>
 #include <string>
@@ -112,6 +116,8 @@ int act(const std::string &what, const Windows &windows, HANDLE process)
         sayHowItEnds(process, begun);
     } else if (what == "minimise") {
         ShowWindow(windows.main, SW_MINIMIZE);
+    } else if (what == "process") {
+        std::printf("process %lu\n", windows.process);
     } else if (what == "state") {
         sayState(windows.main);
     } else {
