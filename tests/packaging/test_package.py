@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import hashlib
 import json
+import os
 import re
 import shutil
 import subprocess
@@ -73,6 +74,20 @@ class PackageTest(unittest.TestCase):
         sums = (self.release / "SHA256SUMS").read_text()
         self.assertEqual(sums, (again / "SHA256SUMS").read_text())
         print("\n" + sums)
+
+    def test_clock_that_cannot_be_set_at_first_is_tried_again(self) -> None:
+        """Killed runs leave names behind that keep faketime from starting."""
+        stand_in = self.folder / "stand-in/faketime"
+        stand_in.parent.mkdir()
+        tried = self.folder / "tried"
+        stand_in.write_text(f'#!/bin/sh\nif [ -e {tried} ]; then exec {shutil.which("faketime")} "$@"; fi\n'
+                            f'touch {tried}\necho "faketime: shm_open: File exists" >&2\nexit 1\n',
+                            encoding="ascii")
+        stand_in.chmod(0o755)
+        again = self.folder / "after-a-try"
+        make_packages(BUILD, again, environment={"PATH": f"{stand_in.parent}:{os.environ['PATH']}"})
+        self.assertTrue(tried.exists())
+        self.assertEqual((self.release / "SHA256SUMS").read_text(), (again / "SHA256SUMS").read_text())
 
     def test_sums_are_those_of_the_files(self) -> None:
         lines = (self.release / "SHA256SUMS").read_text().splitlines()

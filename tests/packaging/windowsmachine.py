@@ -13,7 +13,7 @@ from desktop.wine import TEMPLATE, wine_environment
 from desktop.wineregistry import Registry, read_registry
 
 # Only against hanging: long enough for a busy machine.
-INSTALL_S = 300.0
+INSTALL_S = 600.0
 _TOOL_S = 120.0
 _REMOVALS = 20
 _PLACES = ("TMPDIR", "XDG_RUNTIME_DIR")

@@ -2,9 +2,10 @@
 
 from __future__ import annotations
 
-import subprocess
 from pathlib import Path
 from typing import Mapping, Sequence
+
+from fixedclock import FixedClock
 
 Value = str | int | None
 
@@ -34,12 +35,12 @@ def insert(table: str, row: Mapping[str, Value]) -> str:
 
 
 class Database:
-    """One package file whose tables are being written. Every command runs under the clock prefix
-    that is given, since the time of day would get into the file."""
+    """One package file whose tables are being written. Every command runs under the given clock,
+    since the time of day would get into the file."""
 
-    def __init__(self, path: Path, clock: Sequence[str], work: Path) -> None:
+    def __init__(self, path: Path, clock: FixedClock, work: Path) -> None:
         self._path = path
-        self._clock = list(clock)
+        self._clock = clock
         self._work = work
 
     def set_code_page(self) -> None:
@@ -60,8 +61,7 @@ class Database:
         self._build("-s", title, author, template, package_code)
 
     def _build(self, *arguments: str) -> None:
-        done = subprocess.run([*self._clock, "msibuild", str(self._path), *arguments], check=False,
-                              capture_output=True, text=True)
+        done = self._clock.run(["msibuild", str(self._path), *arguments])
         # It says what it could not do and ends with 0 all the same.
         if done.returncode != 0 or done.stderr.strip():
             raise SystemExit(f"package: msibuild: {done.returncode} {done.stderr}\n{chr(10).join(arguments)}")

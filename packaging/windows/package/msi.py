@@ -5,14 +5,13 @@ from __future__ import annotations
 import hashlib
 import os
 import shutil
-import subprocess
-import time
 from pathlib import Path
 
 import actions
 import skeleton
 import tables
 from database import Database, insert
+from fixedclock import FixedClock
 from payload import PackagedFile
 from release import PROJECT, Release
 from versions import version_and_language
@@ -29,12 +28,6 @@ _STANDARD_ACTIONS = {
     "WriteRegistryValues": 5000,
 }
 _TEMPLATE = "x64;2052"
-
-
-def _clock(epoch: int) -> list[str]:
-    """A command prefix under which the time stands still, the same in every time zone."""
-    stamp = time.strftime("%Y-%m-%d %H:%M:%S", time.gmtime(epoch))
-    return ["env", "TZ=UTC", "LC_ALL=C.UTF-8", "faketime", "-f", stamp]
 
 
 def _lay_out(work: Path, release: Release, files: list[PackagedFile], library: Path) -> list[PackagedFile]:
@@ -63,14 +56,13 @@ def make_msi(target: Path, work: Path, release: Release, files: list[PackagedFil
              library: Path) -> None:
     """Writes the package; work is an empty folder for it."""
     copies = _lay_out(work, release, files, library)
-    clock = _clock(release.epoch)
+    clock = FixedClock(release.epoch)
     source = work / "miravel.wxs"
     source.write_bytes(skeleton.skeleton(release, copies))
     unfinished = work / "miravel.msi"
     # It goes on after what it does not understand; such a warning ends it.
-    done = subprocess.run([*clock, "wixl", "--arch", "x64", "--output", unfinished.name, source.name],
-                          cwd=work, env={**os.environ, "G_DEBUG": "fatal-warnings"}, check=False,
-                          capture_output=True, text=True)
+    done = clock.run(["wixl", "--arch", "x64", "--output", unfinished.name, source.name], work,
+                     {**os.environ, "G_DEBUG": "fatal-warnings"})
     if done.returncode != 0 or done.stderr.strip():
         raise SystemExit(f"package: wixl: {done.returncode} {done.stderr}")
     database = Database(unfinished, clock, work)
