@@ -1,6 +1,7 @@
 #include "tools/conformance/answerjudge.h"
 #include "ui/answer/content/replypieces.h"
 #include "ui/answer/picture/inlinepicture.h"
+#include "ui/answer/picture/picturereading.h"
 
 #include <QBuffer>
 #include <QImageReader>
