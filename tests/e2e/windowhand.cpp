@@ -9,6 +9,8 @@
 // end        asks and then tells that the session ends, waits for the program's end as above
 // minimise   minimises the main window
 // process    "process" and the number of the program's process
+// stall      asks the main window again and again, until FILE is there, to answer; "stall=123", the
+//            longest answer in ms
 // state      "normal" or "minimised", then "front" when it is the window in front
 //
 // Exit status 0, 1 when there is no such program or window, 2 for wrong arguments.
@@ -19,6 +21,7 @@
 #include <tlhelp32.h>
 // clang-format on
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -100,6 +103,20 @@ void sayState(HWND window)
                 GetForegroundWindow() == window ? " front" : "");
 }
 
+/// A window that answers no message does nothing else either.
+void sayLongestStall(HWND window, const char *end)
+{
+    ULONGLONG longest = 0;
+    while (GetFileAttributesA(end) == INVALID_FILE_ATTRIBUTES) {
+        const ULONGLONG begun = GetTickCount64();
+        DWORD_PTR answer = 0;
+        SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, mostWaitMs, &answer);
+        longest = std::max(longest, GetTickCount64() - begun);
+        Sleep(pollMs);
+    }
+    std::printf("stall=%llu\n", longest);
+}
+
 int act(const std::string &what, const Windows &windows, HANDLE process)
 {
     const ULONGLONG begun = GetTickCount64();
@@ -139,9 +156,17 @@ int main(int argc, char **argv)
     if (process == nullptr) {
         return noWindow;
     }
-    while (argc > 2 && GetFileAttributesA(argv[2]) == INVALID_FILE_ATTRIBUTES) {
+    const std::string what = argv[1];
+    while (argc > 2 && what != "stall" && GetFileAttributesA(argv[2]) == INVALID_FILE_ATTRIBUTES) {
         Sleep(pollMs);
     }
     EnumWindows(collect, reinterpret_cast<LPARAM>(&windows));
-    return windows.main == nullptr ? noWindow : act(argv[1], windows, process);
+    if (windows.main == nullptr) {
+        return noWindow;
+    }
+    if (what == "stall" && argc > 2) {
+        sayLongestStall(windows.main, argv[2]);
+        return 0;
+    }
+    return act(what, windows, process);
 }

@@ -9,8 +9,10 @@ import unittest
 from pathlib import Path
 
 from desktop.demoservice import DemoService
+from desktop.display import Display
 from desktop.installation import SECRET, Installation, default_settings, encoded, free_port
-from desktop.project import DOCTOR, base_environment
+from desktop.project import DOCTOR, GATEWAY_LIBRARY_NAME, ON_WINE, base_environment
+from desktop.runner import Runner, runner_for
 
 PATIENCE_S = 120.0
 
@@ -52,13 +54,29 @@ FAULTS = (
 )
 
 
+def native(path: Path) -> str:
+    """A path as the doctor's system names it."""
+    return "Z:" + str(path).replace("/", "\\") if ON_WINE else str(path)
+
+
 class DoctorTest(unittest.TestCase):
     service: DemoService
+    runner: Runner
+    environment: dict[str, str]
 
     @classmethod
     def setUpClass(cls) -> None:
         folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
         cls.service = cls.enterClassContext(DemoService(folder, https=True))
+        # One for all tests: under Wine a system of its own takes seconds to start, and needs a screen.
+        cls.runner = runner_for(folder)
+        surroundings = {**base_environment(), "XDG_RUNTIME_DIR": str(folder)}
+        if ON_WINE:
+            display = cls.enterClassContext(Display(folder / "display"))
+            surroundings["DISPLAY"] = display.name
+        cls.environment = cls.runner.environment(surroundings)
+        cls.runner.start(cls.environment)
+        cls.addClassCleanup(cls.runner.stop)
 
     def setUp(self) -> None:
         self.private = Path(self.enterContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
@@ -68,9 +86,10 @@ class DoctorTest(unittest.TestCase):
 
     def examine(self, *arguments: str, folder: Path | None = None) -> tuple[int, str]:
         """The doctor's exit status and what it says."""
-        done = subprocess.run([DOCTOR, folder or self.folder, *arguments], capture_output=True,
-                              env={**base_environment(), "XDG_RUNTIME_DIR": str(self.private)},
-                              encoding="utf-8", timeout=PATIENCE_S, check=False)
+        command = self.runner.command(DOCTOR, [native(folder or self.folder), *arguments])
+        done = subprocess.run(command, capture_output=True, env=self.environment,
+                              stdin=subprocess.DEVNULL, encoding="utf-8", timeout=PATIENCE_S,
+                              check=False)
         return done.returncode, done.stdout + done.stderr
 
     def assert_mend(self, complaint: str, *arguments: str) -> str:
@@ -193,6 +212,18 @@ class DoctorTest(unittest.TestCase):
     def test_unknown_name_is_told_of(self) -> None:
         self.installation.settings.update({"IpAndPort/mserverip": "no-such-host.invalid"})
         self.assert_mend("the name no-such-host.invalid is not known here")
+
+    def test_gateway_library_that_cannot_be_loaded_is_told_of(self) -> None:
+        (self.private / GATEWAY_LIBRARY_NAME).write_bytes(b"This is no library.")
+        search_path = "WINEPATH" if ON_WINE else "LD_LIBRARY_PATH"
+        self.environment = {**self.environment, search_path: native(self.private)}
+        said = self.assert_mend("KorVpnTool is there but cannot be used: ")
+        self.assertIn("Install the 64-bit VPN client anew", said)
+
+    def test_absent_gateway_library_is_well(self) -> None:
+        status, said = self.examine()
+        self.assertEqual(0, status, said)
+        self.assertIn("ok    KorVpnTool is not here", said)
 
     def test_wrong_command_lines(self) -> None:
         for arguments in (("--no-such-option",), ("--wait", "0"), ("--wait", "soon"), ("second",)):
