@@ -1,15 +1,20 @@
 #include "bench/rows.h"
+#include "bench/stallwatch.h"
 #include "bench/timing.h"
+#include "ui/answer/conversationcopier.h"
+#include "ui/answer/list/conversationlist.h"
 #include "ui/answer/qaregion.h"
 
 #include <QCoreApplication>
+#include <QScrollBar>
+#include <QWheelEvent>
 
 #include <malloc.h>
 
 namespace {
 
 constexpr int early = 50;
-constexpr int late = 5000;
+constexpr int late = 10000;
 constexpr int around = 20; ///< exchanges before and after those that are timed with them
 constexpr int memoryFrom = 1000;
 constexpr int memoryTo = 3000;
@@ -32,6 +37,46 @@ double heapBytes()
     return static_cast<double>(info.uordblks + info.hblkhd);
 }
 
+/// The longest stall of each way to move through all of \a region's conversation and to use its
+/// far end.
+Rows measureMoving(QARegion &region)
+{
+    auto &list = *region.findChild<ConversationList *>();
+    QScrollBar &bar = *list.verticalScrollBar();
+    StallWatch watch;
+    const auto stallRow = [](const char *id, const char *what, double ms) {
+        return Row{
+            QLatin1String(id), QLatin1String(what), QString(), QStringLiteral("ms"), ms, 0, 16};
+    };
+    const double wheel = watch.longestDuring([&list, &bar] {
+        bar.setValue(bar.maximum());
+        constexpr int notches = 8; // a flick turns the wheel by several at once
+        for (int value = -1; value != bar.value();) {
+            value = bar.value();
+            const QPointF place = list.viewport()->rect().center();
+            QWheelEvent event(place, list.viewport()->mapToGlobal(place.toPoint()), QPoint(),
+                              QPoint(0, notches * QWheelEvent::DefaultDeltasPerStep), Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(list.viewport(), &event);
+            QCoreApplication::processEvents();
+        }
+    });
+    const double drag = watch.longestDuring([&bar] {
+        constexpr int steps = 400;
+        bar.setSliderDown(true);
+        for (int step = steps; step >= 0; --step) {
+            bar.setSliderPosition(static_cast<int>(qint64(bar.maximum()) * step / steps));
+            QCoreApplication::processEvents();
+        }
+        bar.setSliderDown(false);
+    });
+    const double copy = watch.longestDuring(
+        [&region] { region.qaRightHitMenu_copySlots(0, ConversationCopier::Question); });
+    return {stallRow("stall-wheel", "stall: the wheel through 10,000 exchanges", wheel),
+            stallRow("stall-drag", "stall: dragging the bar through them", drag),
+            stallRow("stall-copy", "stall: copying the first of them", copy)};
+}
+
 } // namespace
 
 Rows measureConversation()
@@ -42,6 +87,7 @@ Rows measureConversation()
     std::vector<double> lateCosts;
     double heapBefore = 0;
     double heapAfter = 0;
+    const double heapAtStart = heapBytes();
     for (int number = 1; number <= late + around; ++number) {
         const double cost = microseconds([&region, number] { appendExchange(region, number); });
         if (std::abs(number - early) <= around) {
@@ -55,12 +101,17 @@ Rows measureConversation()
             heapAfter = heapBytes();
         }
     }
-    return {
-        {QStringLiteral("append"), QStringLiteral("question and answer number 5,000"),
+    const double heapAtEnd = heapBytes();
+    constexpr double kib = 1024;
+    Rows rows{
+        {QStringLiteral("append"), QStringLiteral("question and answer number 10,000"),
          QStringLiteral("number 50"), QStringLiteral("µs"), median(lateCosts), median(earlyCosts),
-         2},
+         1.5},
         {QStringLiteral("exchange-memory"), QStringLiteral("memory of a further exchange"),
-         QString(), QStringLiteral("KiB"),
-         (heapAfter - heapBefore) / (memoryTo - memoryFrom) / 1024, 0, 120},
+         QString(), QStringLiteral("KiB"), (heapAfter - heapBefore) / (memoryTo - memoryFrom) / kib,
+         0, 16},
+        {QStringLiteral("conversation-memory"), QStringLiteral("memory of 10,000 exchanges"),
+         QString(), QStringLiteral("MiB"), (heapAtEnd - heapAtStart) / kib / kib, 0, 200},
     };
+    return rows + measureMoving(region);
 }

@@ -1,10 +1,10 @@
 #include "app/base/apppaths.h"
 #include "app/base/loghandler.h"
+#include "app/startup/singleapplication.h"
 #include "bench/rows.h"
 #include "bench/table.h"
 #include "resources/resources.h"
 
-#include <QApplication>
 #include <QFileInfo>
 #include <QFont>
 
@@ -21,6 +21,7 @@ constexpr Measurement measurements[] = {
     {"start", measureStart},     {"conversation", measureConversation},
     {"request", measureRequest}, {"pictures", measurePictures},
     {"guard", measureGuard},     {"log", measureLog},
+    {"stalls", measureStalls},
 };
 
 } // namespace
@@ -30,7 +31,7 @@ constexpr Measurement measurements[] = {
 /// came out.
 int main(int argc, char *argv[])
 {
-    QApplication app(argc, argv);
+    const SingleApplication app(argc, argv); // a second start is one of the rows
     QApplication::setFont(QFont(QStringLiteral("Microsoft YaHei")));
     initResources();
     initAppPaths(QString());

@@ -13,7 +13,8 @@ struct Row
     QString unit;    ///< of measured and bare
     double measured; ///< our cost
     double bare;     ///< the bare cost; 0 where there is none
-    double atMost;   ///< what is allowed: a ratio, or our cost itself where there is no bare one
+    double atMost;   ///< what is allowed: a ratio, or our cost itself where there is no bare one;
+                     ///< infinite where it is stated what is measured
 
     [[nodiscard]] double value() const { return bare > 0 ? measured / bare : measured; }
     [[nodiscard]] bool isWithin() const { return value() <= atMost; }

@@ -17,6 +17,9 @@
 /// An answer with fifty large pictures against reading and scaling them.
 [[nodiscard]] Rows measurePictures();
 
+/// The longest time in which the GUI thread handles no event, for each thing that a user does.
+[[nodiscard]] Rows measureStalls();
+
 /// A message over the guard channel and its acknowledgement against a bare echo server.
 [[nodiscard]] Rows measureGuard();
 

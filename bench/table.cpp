@@ -6,6 +6,8 @@
 #include <QSaveFile>
 #include <QTextStream>
 
+#include <cmath>
+
 namespace {
 
 QString number(double value)
@@ -25,7 +27,7 @@ QString result(const Row &row, double value)
 
 void printLine(QTextStream &out, const QStringList &cells)
 {
-    constexpr int widths[] = {41, 38, 10, 10, 10, 10};
+    constexpr int widths[] = {51, 38, 10, 10, 10, 10};
     QString line;
     for (int i = 0; i < cells.size(); ++i) {
         const int width = widths[i];
@@ -37,10 +39,14 @@ void printLine(QTextStream &out, const QStringList &cells)
 
 QJsonObject object(const Row &row)
 {
-    QJsonObject result{
-        {QStringLiteral("id"), row.id},         {QStringLiteral("what"), row.what},
-        {QStringLiteral("unit"), row.unit},     {QStringLiteral("measured"), row.measured},
-        {QStringLiteral("atMost"), row.atMost}, {QStringLiteral("within"), row.isWithin()}};
+    QJsonObject result{{QStringLiteral("id"), row.id},
+                       {QStringLiteral("what"), row.what},
+                       {QStringLiteral("unit"), row.unit},
+                       {QStringLiteral("measured"), row.measured},
+                       {QStringLiteral("within"), row.isWithin()}};
+    if (std::isfinite(row.atMost)) {
+        result.insert(QStringLiteral("atMost"), row.atMost);
+    }
     if (row.bare > 0) {
         result.insert(QStringLiteral("against"), row.against);
         result.insert(QStringLiteral("bare"), row.bare);
@@ -58,9 +64,10 @@ void printTable(const Rows &rows)
     printLine(out, {QStringLiteral("what"), QStringLiteral("against"), QStringLiteral("ours"),
                     QStringLiteral("bare"), QStringLiteral("result"), QStringLiteral("at most")});
     for (const Row &row : rows) {
-        printLine(out, {row.what, row.against, withUnit(row.measured, row.unit),
-                        row.bare > 0 ? withUnit(row.bare, row.unit) : QString(),
-                        result(row, row.value()), result(row, row.atMost)});
+        printLine(
+            out, {row.what, row.against, withUnit(row.measured, row.unit),
+                  row.bare > 0 ? withUnit(row.bare, row.unit) : QString(), result(row, row.value()),
+                  std::isinf(row.atMost) ? QStringLiteral("stated") : result(row, row.atMost)});
     }
     for (const Row &row : rows) {
         if (!row.isWithin()) {

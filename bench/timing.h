@@ -3,7 +3,6 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
-#include <ctime>
 #include <vector>
 
 /// How long \a work takes once, in microseconds.
@@ -22,24 +21,6 @@ inline double median(std::vector<double> values)
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
-}
-
-/// The processor time that all threads of the process use for \a work, in microseconds: for work
-/// that does nothing but compute, and so hardly depends on what else the machine does.
-template <typename Work>
-double processorMicroseconds(Work work)
-{
-    const auto used = [] {
-        timespec time = {};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-        constexpr double microsecondsPerSecond = 1e6;
-        constexpr double nanosecondsPerMicrosecond = 1e3;
-        return static_cast<double>(time.tv_sec) * microsecondsPerSecond
-             + static_cast<double>(time.tv_nsec) / nanosecondsPerMicrosecond;
-    };
-    const double before = used();
-    work();
-    return used() - before;
 }
 
 /// The least of \a values, which must not be empty.
