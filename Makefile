@@ -1,7 +1,7 @@
 # The front door. Each target is one script or one preset; see docs/development.md.
 
 .DEFAULT_GOAL := build
-.PHONY: run screenshots windows test-windows package test-packages test soak build bench sanitize format format-check tidy
+.PHONY: run screenshots windows test-windows package test-packages test soak build bench sanitize fuzz format format-check tidy
 
 # Builds what is needed and opens the assistant on the demo service (on a screen in memory without a
 # display).
@@ -48,6 +48,10 @@ test-packages:
 sanitize:
 	scripts/test.sh asan
 	scripts/test.sh tsan
+
+# Every fuzzer for FUZZ_SECONDS (60), with clang; docs/development.md says more.
+fuzz:
+	scripts/fuzz.sh
 
 # Rewrites the C++ sources in the project's style.
 format:

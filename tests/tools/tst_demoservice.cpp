@@ -314,6 +314,9 @@ void TestDemoService::badBody_isRefused_data()
         body.insert(name, QJsonArray());
         QTest::addRow("%s an array", qPrintable(name)) << compactJson(body);
     }
+    QTest::newRow("id beyond 64 bits")
+        << compactJson(askBody(question))
+               .replace("\"questionId\":0", "\"questionId\":18446744073709551615");
     QTest::newRow("negative size") << compactJson(askBody(question, 0, -1));
     QJsonObject more = askBody(question);
     more.insert(QStringLiteral("colour"), QStringLiteral("blue"));

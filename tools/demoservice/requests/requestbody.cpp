@@ -1,6 +1,7 @@
 #include "tools/demoservice/requests/requestbody.h"
 
 #include <array>
+#include <limits>
 #include <vector>
 
 namespace demo {
@@ -38,17 +39,25 @@ const std::vector<Member> &membersOf(Call call)
     return all.at(static_cast<std::size_t>(call));
 }
 
+/// A whole number within 64 bits; larger ones would be read as negative.
+bool isWholeNumber(const json &value)
+{
+    constexpr std::uint64_t highest = std::numeric_limits<std::int64_t>::max();
+    return value.is_number_unsigned() ? value.get<std::uint64_t>() <= highest
+                                      : value.is_number_integer();
+}
+
 bool fits(const json &value, Type type)
 {
     switch (type) {
     case Type::Text:
         return value.is_string();
     case Type::Integer:
-        return value.is_number_integer();
+        return isWholeNumber(value);
     case Type::Count:
         break;
     }
-    return value.is_number_integer() && value.get<std::int64_t>() >= 0;
+    return isWholeNumber(value) && value.get<std::int64_t>() >= 0;
 }
 
 const char *typeName(Type type)

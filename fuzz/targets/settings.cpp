@@ -1,0 +1,103 @@
+#include "app/base/settingskeys.h"
+#include "fuzz/support/check.h"
+#include "fuzz/support/parts.h"
+#include "fuzz/support/scratchfolder.h"
+#include "fuzz/support/target.h"
+#include "service/request/requesttarget.h"
+#include "service/request/servicecall.h"
+#include "service/request/signedrequest.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
+#include <QUrl>
+
+namespace {
+
+/// \a text as it comes out of UTF-8, in which halves of pairs are lost.
+QString written(const QString &text)
+{
+    return QString::fromUtf8(text.toUtf8());
+}
+
+/// The body of a call, which must be an object with the settings of \a group and \a count members.
+QJsonObject checkBody(const QSettings &settings, const ServiceCall &call, const char *group,
+                      int count)
+{
+    const auto value = [&settings, group](const char *name) {
+        return settings.value(QLatin1String(group) + QLatin1Char('/') + QLatin1String(name));
+    };
+    QJsonParseError problem;
+    const QJsonObject body = QJsonDocument::fromJson(call.body, &problem).object();
+    check(problem.error == QJsonParseError::NoError, "a body is JSON");
+    check(body.size() == count, "a body has the members of its call");
+    check(body.value(QLatin1String("channelId")).toInt(-1) == value("channelId").toInt()
+              || value("channelId").toInt() == -1,
+          "the channel is that of the settings");
+    check(body.value(QLatin1String("recommendSize")).toInt(-1) == value("recommendSize").toInt()
+              || value("recommendSize").toInt() == -1,
+          "so is the number of questions");
+    const QString robot = settings.value(QStringLiteral("RobotId/robotId")).toString();
+    check(body.value(QLatin1String("robotId")).toString() == written(robot), "so is the robot");
+    return body;
+}
+
+void checkHeaders(const QString &path)
+{
+    const RequestSettings settings = readRequestSettings(path);
+    const RequestCredentials credentials = freshCredentials(settings);
+    QNetworkRequest request(
+        QUrl(requestUrl(0, settings.server, QStringLiteral("/")), QUrl::TolerantMode));
+    setSignedHeaders(request, credentials, settings.server);
+    check(request.rawHeaderList().size() == 7, "every header is there");
+    check(request.rawHeader("tenantId") == settings.tenantId.toUtf8(), "the tenant is sent as is");
+    const QByteArray signature = request.rawHeader("x-ca-signature");
+    check(signature.size() == 64 && QByteArray::fromHex(signature).toHex() == signature,
+          "a signature has 64 small digits");
+    for (const QByteArray &name : request.rawHeaderList()) {
+        const QByteArray value = request.rawHeader(name);
+        check(settings.secret.size() < 16 || name == "tenantId" || name == "X-Ap-sHost"
+                  || name == "x-ca-key" || !value.contains(settings.secret.toUtf8()),
+              "the secret is not sent");
+    }
+    const ServiceEndpoint server = readConfiguredServer(path);
+    check(server.strAddr == settings.server.strAddr && server.strPort == settings.server.strPort,
+          "the server is the same however it is read");
+}
+
+} // namespace
+
+/// "Miravel.ini" as somebody may have written it, up to the headers and bodies of requests. The
+/// second part of the input is the question.
+void runTarget(const QByteArray &input)
+{
+    static ScratchFolder folder;
+    const QByteArrayList parts = partsOf(input, 2);
+    const QString path = folder.writeSettings(parts.first());
+    const QString question = QString::fromUtf8(parts.at(1));
+    checkHeaders(path);
+
+    const QSettings settings(path, QSettings::IniFormat);
+    const ServiceCall hot = hotCall(path);
+    checkBody(settings, hot, "HotRecommendation", 3);
+    const ServiceCall association = associationCall(path, question);
+    check(checkBody(settings, association, "ProblemAssociation", 4)
+                  .value(QLatin1String("text"))
+                  .toString()
+              == written(question),
+          "what is typed is sent");
+
+    const qint64 id = static_cast<qint64>(qHash(question)) << 31 | parts.first().size();
+    const ServiceCall ask
+        = askCall(path, {question, QString(), question, QStringLiteral("rawquery"), question, id});
+    const QJsonObject body = checkBody(settings, ask, "QuestAndAnw", 9);
+    check(body.value(QLatin1String("rawQuery")).toString() == written(question),
+          "the question is sent");
+    check(ask.body.contains("\"questionId\":" + QByteArray::number(id) + ','),
+          "the id is sent whole");
+    check(ask.httpMode == settings.value(settingsName(SettingsKey::HttpMode)).toInt(),
+          "the mode is that of the settings");
+    const QUrl url(requestUrl(ask.httpMode, readConfiguredServer(path), ask.urlPath));
+    check(!url.isValid() || url.scheme() == QLatin1String(ask.httpMode == 0 ? "http" : "https"),
+          "a request is http or https");
+}
