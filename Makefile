@@ -1,7 +1,7 @@
 # The front door. Each target is one script or one preset; see docs/development.md.
 
 .DEFAULT_GOAL := build
-.PHONY: run screenshots windows test-windows package test-packages test soak build bench sanitize fuzz format format-check tidy
+.PHONY: run screenshots check-docs windows test-windows package test-packages test soak build bench sanitize fuzz format format-check tidy
 
 # Builds what is needed and opens the assistant on the demo service (on a screen in memory without a
 # display).
@@ -15,6 +15,10 @@ test:
 # Ten minutes of mixed work against a service that keeps failing; longer: scripts/soak.sh --minutes N.
 soak:
 	scripts/soak.sh
+
+# The documents: links, paths, and every command in them, which is run.
+check-docs:
+	scripts/check_docs.sh
 
 # Every state of every window as pictures on one page: build/screenshots/index.html.
 screenshots:

@@ -14,6 +14,13 @@ ROOT = Path(__file__).resolve().parents[2]
 DOCUMENTS = sorted([*ROOT.glob("*.md"), *(ROOT / "docs").glob("*.md")])
 
 BLOCK = re.compile(r"^ *```.*?^ *```", re.MULTILINE | re.DOTALL)
+OPENING = re.compile(r"^ *```(.*)\n((?:.*\n)*?) *```", re.MULTILINE)
+INDENTED = re.compile(r"^(?:    )(?:make|scripts/|\.ci/|python3|build/)\S*", re.MULTILINE)
+# What a block may be. "sh" and "python" are run by scripts/check_docs.py: as they stand, in a folder of
+# their own, or as a service; "ci" is run by .ci/run, an example by nobody.
+LABELS = {"sh", "sh scratch", "sh service", "sh ci", "sh example", "python", "python example",
+          "text", "ini", "json", "html"}
+MAKE = re.compile(r"^make(?: ([a-z-]+))?(?: |$)")
 LINK = re.compile(r"\]\(([^)\s]+)\)")
 CODE = re.compile(r"`([^`\n]+)`")
 HEADING = re.compile(r"^#+ (.*)$", re.MULTILINE)
@@ -92,6 +99,43 @@ class DocumentsTest(unittest.TestCase):
                         wrong.append(f"{document.name}: {path}")
         self.assertGreater(seen, 50)
         self.assertEqual([], wrong)
+
+    def test_every_block_says_what_it_is(self) -> None:
+        seen = set()
+        for document in DOCUMENTS:
+            text = document.read_text(encoding="utf-8")
+            for label, body in OPENING.findall(text):
+                seen.add(label)
+                self.assertIn(label, LABELS, f"{document.name}: {body[:60]}")
+            self.assertEqual([], INDENTED.findall(BLOCK.sub("", text)),
+                             f"{document.name}: commands stand in blocks that say what they are")
+        self.assertLessEqual({"sh", "sh ci", "sh example", "text"}, seen)
+
+    def test_what_the_check_runs_is_in_it(self) -> None:
+        check = (ROOT / ".ci/run").read_text(encoding="utf-8")
+        for document in DOCUMENTS:
+            for label, body in OPENING.findall(document.read_text(encoding="utf-8")):
+                for line in body.splitlines() if label == "sh ci" else []:
+                    self.assertIn(line.partition("#")[0].strip(), check, document.name)
+
+    def test_every_target_of_make_exists(self) -> None:
+        makefile = (ROOT / "Makefile").read_text(encoding="utf-8")
+        targets = set(re.findall(r"^([a-z-]+):", makefile, re.MULTILINE))
+        named = set()
+        for document in DOCUMENTS:
+            text = document.read_text(encoding="utf-8")
+            lines = [line.strip() for _, body in OPENING.findall(text) for line in body.splitlines()]
+            for code in [*CODE.findall(prose(document)), *lines]:
+                match = MAKE.match(code)
+                if match and match[1]:
+                    named.add(match[1])
+        self.assertEqual(set(), named - targets)
+        self.assertGreater(len(named), 10)
+
+    def test_pictures_are_small(self) -> None:
+        sizes = {path.name: path.stat().st_size for path in (ROOT / "docs/images").iterdir()}
+        self.assertIn("asking.gif", sizes)
+        self.assertEqual({}, {name: size for name, size in sizes.items() if size >= 1024 * 1024})
 
     def test_every_operation_exists(self) -> None:
         wrong, seen = [], 0
