@@ -18,8 +18,8 @@ from windowhand import Hand
 
 QUESTION = "客户端的服务器地址怎么填"
 # A timer of this kind makes the system's clock run at 1 ms for as long as it lives.
-_BEGUN = re.compile(r"timeSetEvent => (\d+)")
-_ENDED = re.compile(r"timeKillEvent \((\d+)\)")
+_FAST_TIMER = re.compile(r"timeSetEvent \((\d+),")
+LONG_MS = 2000
 
 STANDIN = BUILD / "tests/standins/standincommand.exe"
 STANDIN_NAME = {"tasklist": ("default",),
@@ -31,15 +31,13 @@ MOST_REPORT_MS = 5_000
 BUSY_MS = 3_000
 
 
-def fast_timers(assistant: Assistant) -> set[str]:
-    """The timers that live now."""
-    trace = assistant.process.printed()
-    return set(_BEGUN.findall(trace)) - set(_ENDED.findall(trace))
+def fast_timers(assistant: Assistant) -> list[int]:
+    """How long the fast timers were to live so far, in ms."""
+    return [int(delay) for delay in _FAST_TIMER.findall(assistant.process.printed())]
 
 
 class WindowsWaitTest(DesktopTest):
-    def test_waits_of_many_seconds_leave_the_clock_alone(self) -> None:
-        """The fetch has 200 s, the question 800 s; both wait when it is looked."""
+    def test_question_that_waits_leaves_the_clock_alone(self) -> None:
         service = self.start_service()
         wine = TracedWine(self.folder / "traced", "+mmtime")
         assistant = self.enterContext(Assistant(self.installation, self.display, runner=wine))
@@ -48,9 +46,7 @@ class WindowsWaitTest(DesktopTest):
         service.log.mark()
         assistant.ask(QUESTION)
         service.log.wait_for("call=ask")
-        # The connection's own second has ended by now, and with it the clock's haste.
-        wait_until(lambda: not fast_timers(assistant), "the end of every fast timer")
-        self.assertIn("timeSetEvent => ", assistant.process.printed())
+        self.assert_only_short_timers(assistant)
 
     def test_first_fetch_that_waits_leaves_the_clock_alone(self) -> None:
         service = self.start_service()
@@ -60,8 +56,13 @@ class WindowsWaitTest(DesktopTest):
         assistant = self.enterContext(Assistant(self.installation, self.display, runner=wine))
         assistant.wait_for_window()
         service.log.wait_for("call=hot")
-        wait_until(lambda: not fast_timers(assistant), "the end of every fast timer")
-        self.assertIn("timeSetEvent => ", assistant.process.printed())
+        self.assert_only_short_timers(assistant)
+
+    def assert_only_short_timers(self, assistant: Assistant) -> None:
+        """The second of the connection test has one, so the trace is not empty."""
+        timers = fast_timers(assistant)
+        self.assertTrue(timers)
+        self.assertLess(max(timers), LONG_MS)
 
     def hanging(self, command: str) -> dict[str, str]:
         """Puts a command that never ends beside the program, where Windows looks first; the environment
