@@ -9,10 +9,8 @@ from PIL import Image
 
 from desktop import conversation, preview
 from desktop.assistant import Assistant
-from desktop.conversation import WINDOW_SIZE
 from desktop.preview import Preview
 from desktop.project import BUILD, ON_WINE
-from desktop.runner import Runner
 from desktop.testcase import DesktopTest
 from desktop.waiting import wait_until
 
@@ -32,10 +30,6 @@ ANIMATED_SIZE = (360, 110)
 OPEN_BUTTON = (327, 201)
 STILL_PLACE = (190, 287)
 ANIMATED_PLACE = (277, 343)
-
-DESKTOP_KEY = r"HKCU\Control Panel\Desktop"
-DOTS_PER_INCH = 96
-SCALES = (100, 125, 150, 200)
 
 ABOUT_BUTTON = (835, 29)
 ABOUT_TITLE = "关于"
@@ -127,33 +121,6 @@ class PreviewTest(DesktopTest):
         assistant.wait_for_log("reach min width !", "reach min height!")
         self.keep("preview-small", window)
         self.close_preview(assistant, window)
-
-    @unittest.skipUnless(ON_WINE, "the scale is a setting of Windows")
-    def test_display_scale_leaves_sizes_and_edges(self) -> None:
-        self.start_service()
-        for percent in SCALES:
-            with self.subTest(percent=percent):
-                self.use_at_scale(percent)
-
-    def use_at_scale(self, percent: int) -> None:
-        """Opens the preview on a desktop of this scale and drags its corner."""
-        def prepare(runner: Runner) -> None:
-            runner.set_registry_number(DESKTOP_KEY, "LogPixels", DOTS_PER_INCH * percent // 100)
-        self.installation.log.mark()
-        with Assistant(self.installation, self.display, prepare=prepare) as assistant:
-            assistant.wait_for_greeting()
-            self.assertEqual(WINDOW_SIZE, assistant.size())
-            self.ask(assistant, STILL)
-            assistant.click(*STILL_PLACE)
-            assistant.rest()
-            window = Preview(assistant, self.display)
-            window.wait_for_picture(STILL_SIZE)
-            left, top, *size = window.place()
-            self.assertEqual(preview.SIZE, tuple(size))
-            window.drag((size[0] - 2, size[1] - 2), (-600, -600))
-            wait_until(lambda: window.place() == (left, top, 600, 400), "the smallest size")
-            self.keep(f"preview-at-{percent}", window)
-            self.close_preview(assistant, window)
 
     def test_maximised_and_back(self) -> None:
         assistant, window = self.open_preview(STILL, STILL_PLACE)

@@ -120,6 +120,14 @@ class WindowsTest(DesktopTest):
         self.assertEqual(WINDOW_SIZE, assistant.size())
         self.close_cleanly(assistant)
 
+    def test_scale_factor_in_small_letters_leaves_the_size(self) -> None:
+        """On Windows that is the same name as the one in capitals."""
+        self.start_service()
+        assistant = self.start_greeted({"qt_scale_factor": "2", "Qt_Screen_Scale_Factors": "3",
+                                        "qt_font_dpi": "300"})
+        self.assertEqual(WINDOW_SIZE, assistant.size())
+        self.close_cleanly(assistant)
+
     def test_program_started_by_a_path_with_backslashes(self) -> None:
         self.start_service()
         self.installation.program = Path("Z:" + str(self.installation.program).replace("/", "\\"))

@@ -45,7 +45,7 @@ class Assistant:
         self.installation = installation
         self.log = installation.log
         self._display = display
-        self._scale = scale
+        self.scale = scale
         self._before: Image.Image | None = None
         # The single-instance socket lies in TMPDIR and its path must be short; a folder of its own
         # keeps this program apart from every other.
@@ -104,12 +104,12 @@ class Assistant:
     def look(self) -> Image.Image:
         """The window as the screen shows it, brought to its stated size on a scaled screen."""
         window = self.look_closely()
-        return window if self._scale == 1 else window.resize(WINDOW_SIZE, Image.Resampling.NEAREST)
+        return window if self.scale == 1 else window.resize(WINDOW_SIZE, Image.Resampling.NEAREST)
 
     def look_closely(self) -> Image.Image:
         """The window in the screen's own pixels."""
         left, top = self._corner()
-        width, height = (round(side * self._scale) for side in WINDOW_SIZE)
+        width, height = (round(side * self.scale) for side in WINDOW_SIZE)
         return self._display.shot().crop((left, top, left + width, top + height))
 
     def size(self) -> tuple[int, int]:
@@ -200,7 +200,7 @@ class Assistant:
     def on_screen(self, x: int, y: int) -> tuple[int, int]:
         """Where a place in the window is on the screen."""
         left, top = self._corner()
-        return left + round(x * self._scale), top + round(y * self._scale)
+        return left + round(x * self.scale), top + round(y * self.scale)
 
     def rest(self) -> None:
         """Puts the pointer where it changes nothing that is looked at."""

@@ -2,6 +2,8 @@
 
 from __future__ import annotations
 
+import math
+
 from PIL import Image, ImageChops
 
 from .assistant import Assistant
@@ -52,23 +54,29 @@ class Preview:
         return self._display.shot().crop((left, top, left + width, top + height))
 
     def click(self, place: tuple[int, int]) -> None:
-        left, top, _, _ = self.place()
-        self._assistant.person.click(left + place[0], top + place[1])
+        self._assistant.person.click(*self._on_screen(place))
         self._assistant.rest()
 
     def drag(self, start: tuple[int, int], by: tuple[int, int]) -> None:
-        """Drags from a place in the window with the left button."""
-        left, top, _, _ = self.place()
-        self._assistant.person.drag((left + start[0], top + start[1]), by)
+        """Drags from a place in the window with the left button, as far as by says in px of the
+        screen."""
+        self._assistant.person.drag(self._on_screen(start), by)
 
     def picture_size(self) -> tuple[int, int]:
-        """Width and height of what differs from the area's background; (0, 0) when nothing does."""
+        """Width and height, in px of the screen, of what differs from the area's background; (0, 0)
+        when nothing does."""
         window = self.look()
-        area = window.crop((_FRAME, _TITLE_HEIGHT, window.width - _FRAME,
-                            window.height - _TOOLS_HEIGHT))
+        frame, title, tools = (math.ceil(length * self._assistant.scale)
+                               for length in (_FRAME, _TITLE_HEIGHT, _TOOLS_HEIGHT))
+        area = window.crop((frame, title, window.width - frame, window.height - tools))
         empty = Image.new("RGB", area.size, _BACKGROUND)
         box = ImageChops.difference(area, empty).getbbox()
         return (box[2] - box[0], box[3] - box[1]) if box else (0, 0)
+
+    def _on_screen(self, place: tuple[int, int]) -> tuple[int, int]:
+        left, top, _, _ = self.place()
+        scale = self._assistant.scale
+        return left + round(place[0] * scale), top + round(place[1] * scale)
 
     def wait_for_picture(self, size: tuple[int, int]) -> None:
         """Waits until the picture is shown in this size."""

@@ -9,16 +9,18 @@ from typing import Mapping
 
 from .assistant import Assistant
 from .demoservice import DemoService
-from .display import Display
+from .display import HEIGHT, WIDTH, Display
 from .installation import Installation
 
 
 class DesktopTest(unittest.TestCase):
     """Nothing is shared between two tests, so that they pass alone, together and in any order."""
 
+    SCREEN = (WIDTH, HEIGHT)
+
     def setUp(self) -> None:
         self.folder = Path(self.enterContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
-        self.display = self.enterContext(Display(self.folder / "display"))
+        self.display = self.enterContext(Display(self.folder / "display", size=self.SCREEN))
         self.installation = Installation(self.folder / "installation")
         self._services = 0
 

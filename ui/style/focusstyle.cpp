@@ -43,6 +43,15 @@ void FocusStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
     painter->restore();
 }
 
+int FocusStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                          QStyleHintReturn *returnData) const
+{
+    if (hint == SH_ToolTip_Mask) {
+        return 0; // Windows' own would replace it whenever a tool tip changes its size
+    }
+    return QProxyStyle::styleHint(hint, option, widget, returnData);
+}
+
 bool FocusStyle::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType()) {

@@ -19,6 +19,10 @@ public:
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override;
 
+    /// As the style below, but without a shape for tool tips: they have one of ours.
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *returnData) const override;
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 };

@@ -104,6 +104,22 @@ QString cutTo(const QString &text, int most)
     return text.left(splitsPair ? most - 1 : most) + QChar(u'…');
 }
 
+/// How many characters of \a text are shown: \a most, or fewer when many of them turn or join
+/// others.
+int affordableLength(const QString &text, int most)
+{
+    constexpr int formatCost = 5; // laying one out takes as long as that many letters
+    const int end = qMin(text.size(), most);
+    int cost = 0;
+    for (int position = 0; position < end; ++position) {
+        cost += text.at(position).category() == QChar::Other_Format ? formatCost : 1;
+        if (cost > most) {
+            return position;
+        }
+    }
+    return end;
+}
+
 } // namespace
 
 QString brokenToWidth(const QFontMetrics &metrics, const QString &text, int width)
@@ -130,7 +146,7 @@ QString brokenToWidth(const QFontMetrics &metrics, const QString &text, int widt
 
 QString shownPart(const QString &text)
 {
-    return withoutMarkRuns(cutTo(text, maxShownCharacters));
+    return withoutMarkRuns(cutTo(text, affordableLength(text, maxShownCharacters)));
 }
 
 QString withoutMarkRuns(const QString &text)

@@ -4,7 +4,8 @@
 
 class QFontMetrics;
 
-/// A bubble shows no more characters than these of one question or title.
+/// A bubble shows no more characters than these of one question or title; one that turns the
+/// direction or joins others counts as five.
 inline constexpr int maxShownCharacters = 20000;
 
 /// \a text as far as a bubble shows it, with an ellipsis where it is cut, and without runs of

@@ -6,6 +6,16 @@
 #include <QRegularExpression>
 #include <QTest>
 
+namespace {
+
+#ifdef Q_OS_WIN
+constexpr int slack = 4; // Wine's font engine sets lines 1 to 2 px higher; three are above the fold
+#else
+constexpr int slack = 0;
+#endif
+
+} // namespace
+
 /// How the answers of the shipped local library look in the conversation.
 class TestLibraryAnswers : public QObject
 {
@@ -41,7 +51,8 @@ void TestLibraryAnswers::fold_cutsNoRow()
     QFETCH(QString, question);
     QFETCH(QString, answer);
     const AnswerFold fold = measureFold(question, answer, false);
-    QVERIFY2(fold.mistake().isEmpty(), qPrintable(fold.mistake()));
+    const QString mistake = fold.mistake(slack);
+    QVERIFY2(mistake.isEmpty(), qPrintable(mistake));
 }
 
 QTEST_MAIN(TestLibraryAnswers)

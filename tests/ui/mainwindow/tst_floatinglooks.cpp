@@ -3,6 +3,7 @@
 #include "ui/answer/qaregion.h"
 #include "ui/mainwindow/frame/aboutmenu.h"
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
+#include "ui/style/compositor.h"
 #include "ui/style/styles.h"
 
 #include <QApplication>
@@ -42,6 +43,14 @@ void leave(QWidget *widget)
 {
     QEvent event(QEvent::Leave);
     QCoreApplication::sendEvent(widget, &event);
+}
+
+/// Whether \a floating has round corners: what is below is seen there, or, where the system says
+/// that it blends nothing, as Wine does, they are cut off.
+bool isRound(QWidget *floating)
+{
+    return screenIsComposited() ? floating->grab().toImage().pixelColor(0, 0).alpha() == 0
+                                : !floating->mask().isEmpty() && !floating->mask().contains({0, 0});
 }
 
 /// How far \a one and \a other are apart in their most different part.
@@ -162,7 +171,7 @@ void TestFloatingLooks::toolTip_hasTheLookOfTheMenus_overEveryWidget()
     const QColor edge = image.pixelColor(middle.x(), 0);
     QVERIFY2(edge.alpha() < 255 || distance(edge, QColor(205, 211, 222)) <= 3,
              qPrintable(edge.name(QColor::HexArgb)));
-    QCOMPARE(image.pixelColor(0, 0).alpha(), 0); // round
+    QVERIFY(isRound(toolTip()));
     QCOMPARE(toolTip()->palette().color(toolTip()->foregroundRole()), QColor(0x1d, 0x26, 0x33));
     QCOMPARE(toolTip()->font().family(), QStringLiteral("Microsoft YaHei"));
     QCOMPARE(toolTip()->font().pixelSize(), 12);
@@ -177,7 +186,7 @@ void TestFloatingLooks::toolTip_thatMovesOn_keepsItsLook()
     QToolTip::showText(QPoint(200, 200), longText.left(20), widgetAt(QStringLiteral("关闭")));
     QVERIFY(toolTip()->width() > narrow);
     QCOMPARE(toolTip()->font().pixelSize(), 12);
-    QCOMPARE(toolTip()->grab().toImage().pixelColor(0, 0).alpha(), 0);
+    QVERIFY(isRound(toolTip()));
 }
 
 void TestFloatingLooks::toolTip_holdsItsText()
@@ -197,7 +206,7 @@ void TestFloatingLooks::aboutMenu_hasTheLookOfTheInputMenu()
     QVERIFY(menu->windowFlags().testFlag(Qt::FramelessWindowHint));
     QVERIFY(menu->windowFlags().testFlag(Qt::NoDropShadowWindowHint));
     const QImage image = menu->grab().toImage();
-    QCOMPARE(image.pixelColor(0, 0).alpha(), 0); // round
+    QVERIFY(isRound(menu));
     QCOMPARE(image.pixelColor(menu->width() / 2, 3), QColor(Qt::white));
     menu->setActiveAction(menu->actions().first());
     const QRect entry = menu->actionGeometry(menu->actions().first());

@@ -75,13 +75,14 @@ const AnswerContent *contentOf(const QARegion &region)
 
 } // namespace
 
-QString AnswerFold::mistake() const
+QString AnswerFold::mistake(int slack) const
 {
     if (rows.isEmpty() || rows.first().isPicture) {
         return QStringLiteral("the first row is no text");
     }
     for (const SeenRow &row : rows) {
-        if (row.top < fold && fold < row.bottom) {
+        const int allowed = row.isPicture ? 0 : slack;
+        if (row.top + allowed < fold && fold < row.bottom - allowed) {
             return QStringLiteral("the row from %1 to %2 is cut at %3")
                 .arg(row.top)
                 .arg(row.bottom)

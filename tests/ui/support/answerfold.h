@@ -18,8 +18,9 @@ struct AnswerFold
     int fold = 0;          ///< where the open bar begins, in px as the rows; 0 without a bar
     int height = 0;        ///< of the content in px
 
-    /// What is wrong at the fold, in words; empty when no row is cut by it.
-    [[nodiscard]] QString mistake() const;
+    /// What is wrong at the fold, in words; empty when no row is cut by it. A line of text may
+    /// reach \a slack px over it.
+    [[nodiscard]] QString mistake(int slack = 0) const;
 };
 
 /// Shows an answer as the conversation does, with a box of recommendations when \a hasRecommends,

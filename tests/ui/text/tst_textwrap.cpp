@@ -13,6 +13,7 @@ private slots:
     void marks_areKeptUpToAHundred();
     void rowPart_isLongerThanARow();
     void shownPart_cutsOnlyWhatIsTooLong();
+    void shownPart_countsTurnsAndJoinersAsFive();
     void textThatFits_isUnchanged();
     void textOfExactlyTheWidth_staysOnOneLine();
     void onePixelMore_breaks();
@@ -38,6 +39,20 @@ QFontMetrics TestTextWrap::metrics()
     QFont font(QStringLiteral("Microsoft YaHei"));
     font.setPixelSize(14);
     return QFontMetrics(font);
+}
+
+void TestTextWrap::shownPart_countsTurnsAndJoinersAsFive()
+{
+    const QString turns = QStringLiteral("\u202Ea\u202Db"); // 12 for 4 characters
+    const int shown = maxShownCharacters / 12 * 4;
+    QCOMPARE(shownPart(turns.repeated(shown / 4)).size(), shown);
+    const QString cut = shownPart(turns.repeated(shown));
+    QVERIFY(cut.endsWith(QChar(u'…')));
+    QVERIFY(cut.size() <= shown + turns.size());
+    const QString joined = QStringLiteral("\U0001F468\u200D\U0001F469").repeated(5000);
+    QVERIFY(shownPart(joined).size() < joined.size());
+    QVERIFY(shownPart(joined).at(shownPart(joined).size() - 2)
+            != QChar(u'\xD83D')); // no pair is torn
 }
 
 void TestTextWrap::textThatFits_isUnchanged()
