@@ -2,6 +2,7 @@
 
 #include "app/base/logstream.h"
 #include "ui/answer/desktopuser.h"
+#include "ui/answer/questionlimit.h"
 
 #include <QJsonDocument>
 
@@ -17,7 +18,7 @@ QuestionCycle::QuestionCycle(QObject *parent)
 void QuestionCycle::ask(const QString &question, const QString &source,
                         const QString &originalQuestion, qint64 questionId)
 {
-    if (m_underWay >= mostUnderWay) {
+    if (m_underWay >= mostQuestionsUnderWay()) {
         LOG_WARNING() << "question is not sent, so many wait: " << m_underWay;
         emit notSent();
         return;

@@ -34,12 +34,11 @@ public:
     /// Whether an address of the service was found. False means that the network is in the way.
     [[nodiscard]] bool isServiceFound() const;
 
-    /// So many questions may wait at a time; each takes a thread and some descriptors, of which a
-    /// process has about a thousand.
+    /// No more questions wait at a time; mostQuestionsUnderWay() tells how many may.
     static constexpr int mostUnderWay = 160;
 
 signals:
-    /// A question was not sent because mostUnderWay others wait.
+    /// A question was not sent because too many others wait.
     void notSent();
 
     /// A question is about to be sent; waitEnded() tells when its reply has come or its time is

@@ -11,6 +11,13 @@
 #include <QJsonObject>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
+
+#include <functional>
+
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#endif
 
 /// The question cycle against a real server, without an answer region: what is sent, and which
 /// signals tell of what came back.
@@ -31,6 +38,7 @@ private slots:
     void unknownResult_tellsTheReplyOnly();
     void noDocument_tellsAnEmptyReply();
     void service_isFound_untilNobodyAnswers();
+    void questionsThatHang_leaveDescriptors_andRecover();
 
 private:
     void answerWith(const QJsonObject &result);
@@ -187,6 +195,43 @@ void TestQuestionCycle::service_isFound_untilNobodyAnswers()
     m_config->setServer(nobody.port());
     ask();
     QVERIFY(!m_cycle->isServiceFound());
+}
+
+void TestQuestionCycle::questionsThatHang_leaveDescriptors_andRecover()
+{
+#ifdef Q_OS_LINUX
+    constexpr int most = 10;
+    rlimit before = {};
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit few{96 + 3 * most, before.rlim_max};
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    m_server->setReply(held(httpReply(R"({"errorCode":"0","result":{"reply":"a"}})")));
+    QSignalSpy replied(m_cycle.get(), &QuestionCycle::replied);
+    QSignalSpy notSent(m_cycle.get(), &QuestionCycle::notSent);
+    int asked = 0;
+    // Each waits inside the one before, as when somebody asks on and on.
+    const std::function<void()> askNext = [&] {
+        if (!notSent.isEmpty()) {
+            m_server->release();
+            return;
+        }
+        QTimer::singleShot(1, m_cycle.get(), askNext);
+        if (m_server->requests().size() == asked) {
+            ++asked;
+            ask();
+        }
+    };
+    askNext();
+    QTRY_COMPARE(replied.size(), most);
+    QCOMPARE(notSent.size(), 1);
+    QCOMPARE(asked, most + 1);
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &before), 0);
+    ask();
+    QCOMPARE(replied.size(), most + 1);
+    QCOMPARE(replied.last().first().toString(), QStringLiteral("a"));
+#else
+    QSKIP("only Linux lets a process limit its descriptors");
+#endif
 }
 
 QTEST_MAIN(TestQuestionCycle)

@@ -105,7 +105,7 @@ QString wholeText(const QTextDocument &document)
 QString wholeText(const QTextDocument &document, int begin, int end)
 {
     QString text;
-    for (QTextBlock block = document.findBlock(begin); block.isValid() && block.position() < end;
+    for (QTextBlock block = document.findBlock(begin); block.isValid() && block.position() <= end;
          block = block.next()) {
         if (block.position() > begin) {
             text += QLatin1Char('\n');

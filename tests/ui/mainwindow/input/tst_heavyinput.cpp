@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QInputMethodEvent>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextEdit>
@@ -21,6 +22,10 @@ private slots:
 
     void pasted_data();
     void pasted();
+    void composed();
+    void setByAProgram_data() { pasted_data(); }
+    void setByAProgram();
+    void typedBeyondTheBound_isShown();
     void heldText_isCopied_deleted_andBroughtBack();
     void shortPaste_isShownWhole();
     void guardQuestion();
@@ -104,6 +109,47 @@ void TestHeavyInput::pasted()
     QVERIFY(asked() == (text + QStringLiteral("ab")).simplified());
     look("next question", [this] { m_bench->send(QStringLiteral("下一个")); });
     QCOMPARE(asked(), QStringLiteral("下一个"));
+}
+
+void TestHeavyInput::composed()
+{
+    const QString text = QStringLiteral("长").repeated(1'000'000);
+    QInputMethodEvent event;
+    event.setCommitString(text);
+    look("committed", [&] { QApplication::sendEvent(m_bench->input(), &event); });
+    QVERIFY(m_bench->input()->toPlainText().size() <= InputBox::mostShown);
+    look("typed on", [this] { QTest::keyClicks(m_bench->input(), QStringLiteral("a")); });
+    look("sent", [this] { m_bench->window().send_messages(); });
+    QVERIFY(asked() == text + QLatin1Char('a'));
+    QInputMethodEvent shortOne;
+    shortOne.setCommitString(QStringLiteral("短"));
+    QApplication::sendEvent(m_bench->input(), &shortOne);
+    QCOMPARE(m_bench->input()->toPlainText(), QStringLiteral("短"));
+}
+
+/// As what serves the user in place of the keyboard sets it.
+void TestHeavyInput::setByAProgram()
+{
+    QFETCH(QString, text);
+    // Making blocks of lines takes Qt long before anybody can know of them: fewer of those.
+    text.truncate(text.contains(QLatin1Char('\n')) ? 200'000 : text.size());
+    look("set", [&] { m_bench->input()->setPlainText(text); });
+    QVERIFY(m_bench->input()->toPlainText().size() <= InputBox::mostShown + 1);
+    look("typed on", [this] {
+        m_bench->input()->moveCursor(QTextCursor::End);
+        QTest::keyClicks(m_bench->input(), QStringLiteral("a"));
+    });
+    look("sent", [this] { m_bench->window().send_messages(); });
+    QVERIFY(asked() == (text + QLatin1Char('a')).simplified());
+}
+
+void TestHeavyInput::typedBeyondTheBound_isShown()
+{
+    const QString text(InputBox::mostShown - 1, QLatin1Char('x'));
+    m_bench->input()->setPlainText(text);
+    m_bench->input()->moveCursor(QTextCursor::End);
+    QTest::keyClicks(m_bench->input(), QStringLiteral("abc"));
+    QCOMPARE(m_bench->input()->toPlainText(), text + QStringLiteral("abc"));
 }
 
 void TestHeavyInput::heldText_isCopied_deleted_andBroughtBack()
