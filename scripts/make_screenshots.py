@@ -21,7 +21,6 @@ from PIL import Image, ImageChops, ImageStat
 
 from desktop.display import Display
 from desktop.project import SOURCE, base_environment
-from desktop.wine import WinePrefix
 
 PAGE = SOURCE / "build/screenshots/states"
 PROGRAMS = ("windowshots", "conversationshots")
@@ -43,17 +42,10 @@ def take_under_wine(folder: Path, scale: int) -> None:
     with tempfile.TemporaryDirectory(prefix="miravel-") as private:
         with Display(Path(private) / "display") as display:
             display.manage_windows()
-            prefix = WinePrefix(Path(private))
-            # Bigger than any screen here are only the pictures, not the windows' places.
-            env = prefix.environment({**base_environment(), "DISPLAY": display.name,
-                                      "TMPDIR": private, "QT_SCALE_FACTOR": str(scale)})
-            prefix.start(env)
-            try:
-                for program in PROGRAMS:
-                    exe = SOURCE / "build/windows/tests" / f"{program}.exe"
-                    run(prefix.command(exe, (f"Z:{folder}",)), env)
-            finally:
-                prefix.stop()
+            env = {**base_environment(), "DISPLAY": display.name, "QT_SCALE_FACTOR": str(scale)}
+            for program in PROGRAMS:
+                exe = SOURCE / "build/windows/tests" / f"{program}.exe"
+                run([SOURCE / "scripts/windows/wine_run.sh", exe, f"Z:{folder}"], env)
 
 
 def run(command: Sequence[str | Path], env: dict[str, str]) -> None:

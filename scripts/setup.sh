@@ -21,6 +21,7 @@ packages=(
     fonts-noto-cjk       # stands in for the font that the program asks for
     python3              # drives the window in `make run` and in the end-to-end tests
     python3-pil          # reads what the screen shows and writes the pictures
+    python3-jsonschema   # checks the schema of the demo service's knowledge
     xvfb                 # a screen for a machine that has none
     xcompmgr             # gives that screen translucent windows
     xdotool              # moves the mouse and presses the keys

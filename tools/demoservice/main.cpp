@@ -1,5 +1,6 @@
 #include "tools/demoservice/base/files.h"
 #include "tools/demoservice/knowledge/knowledgeloader.h"
+#include "tools/demoservice/knowledge/knowledgestore.h"
 #include "tools/demoservice/net/certificate.h"
 #include "tools/demoservice/net/listener.h"
 #include "tools/demoservice/options.h"
@@ -72,7 +73,7 @@ bool announce(const Options &options, const Listener &http, const Listener *http
         || demo::writeFileAtomically(options.portsFile, ports.dump() + "\n");
 }
 
-int serve(const Options &options, const demo::Knowledge &knowledge, demo::RequestLog &log)
+int serve(const Options &options, demo::KnowledgeStore &knowledge, demo::RequestLog &log)
 {
     const sigset_t endSignals = blockEndSignals();
     demo::Service service(options, knowledge, log);
@@ -114,15 +115,21 @@ int run(const std::vector<std::string> &arguments)
         std::cout << demo::usage();
         return exitGood;
     }
-    const auto knowledge = demo::loadKnowledge(options->knowledgeFile, error);
+    auto knowledge = demo::loadKnowledge(options->knowledgeFile, error);
     if (!knowledge) {
         return complain(exitBadInput, error);
     }
+    if (options->checkOnly) {
+        std::cout << options->knowledgeFile << ": " << knowledge->entries().size()
+                  << " entries, all good" << std::endl;
+        return exitGood;
+    }
+    demo::KnowledgeStore store(options->knowledgeFile, std::move(knowledge));
     demo::RequestLog log(options->logFile);
     if (!log.isOpen()) {
         return complain(exitBadInput, options->logFile + " cannot be written");
     }
-    return serve(*options, *knowledge, log);
+    return serve(*options, store, log);
 }
 
 } // namespace

@@ -50,6 +50,14 @@ bool readSkew(Options &options, const std::string &value, std::string &error)
     return skew.has_value();
 }
 
+/// A knowledge file that is only looked at.
+bool readCheck(Options &options, const std::string &value, std::string &)
+{
+    options.checkOnly = true;
+    options.knowledgeFile = value;
+    return true;
+}
+
 bool readFault(Options &options, const std::string &value, std::string &error)
 {
     const auto equals = value.find('=');
@@ -75,6 +83,7 @@ const std::map<std::string, Reader> &readers()
 {
     static const std::map<std::string, Reader> all = {
         {"--knowledge", textInto(&Options::knowledgeFile)},
+        {"--check", readCheck},
         {"--http-port", portInto(&Options::httpPort)},
         {"--https-port", portInto(&Options::httpsPort)},
         {"--tenant", textInto(&Options::tenant)},
@@ -166,6 +175,7 @@ std::string usage()
            "A question service on 127.0.0.1 that checks every signature.\n"
            "\n"
            "  --knowledge FILE         questions and answers (JSON)\n"
+           "  --check FILE             look for mistakes in such a file, and end\n"
            "  --http-port N            listen for HTTP; 0 = a free port (the default)\n"
            "  --https-port N           listen for HTTPS; 0 = a free port\n"
            "  --tenant T               tenant id (demo-tenant)\n"

@@ -34,6 +34,7 @@ struct Options
     std::string associationPath = "/robot/v1/associations";
     std::string askPath = "/robot/v1/answers";
     std::int64_t maxSkewMs = 300000;
+    bool checkOnly = false; ///< only the knowledge file is looked at
     bool help = false;
 
     /// The URL path of a call.

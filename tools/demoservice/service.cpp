@@ -80,12 +80,13 @@ std::string literalPattern(const std::string &path)
 
 } // namespace
 
-Service::Service(const Options &options, const Knowledge &knowledge, RequestLog &log)
+Service::Service(const Options &options, KnowledgeStore &knowledge, RequestLog &log)
     : m_options(options)
     , m_knowledge(knowledge)
     , m_log(log)
     , m_verifier(options.tenant, options.key, options.secret, options.maxSkewMs)
     , m_control(m_plan, m_history)
+    , m_page(knowledge)
 {
     for (const Options::PlannedFault &planned : options.faults) {
         m_plan.set(planned.call, planned.fault, std::nullopt);
@@ -102,6 +103,7 @@ void Service::install(httplib::Server &server, const std::string &scheme)
                     });
     }
     m_control.install(server);
+    m_page.install(server);
     // The handler is called for every error, also for a refusal that has its body already.
     server.set_error_handler(httplib::Server::HandlerWithResponse(
         [this, scheme](const Request &request, Response &response) {
@@ -137,7 +139,8 @@ void Service::handleCall(Call call, const std::string &scheme, const Request &re
     record.httpStatus = statusWith(fault);
     writeDown(record); // before the answer, which may take long or never come
     const PeerSocket peer(request.local_port, request.remote_port, m_stopping);
-    answer(response, call, resultOf(call, *body, m_knowledge), fault, peer);
+    const auto knowledge = m_knowledge.current();
+    answer(response, call, resultOf(call, *body, *knowledge), fault, peer);
 }
 
 httplib::Server::HandlerResponse Service::handleStray(const std::string &scheme,
@@ -155,7 +158,7 @@ httplib::Server::HandlerResponse Service::handleStray(const std::string &scheme,
     } else if (response.status == statusTooLarge) {
         verdict.refusal = Refusal::TooLarge;
         verdict.message = "the body is too large";
-    } else if (record.call || ControlEndpoint::owns(request.path)) {
+    } else if (record.call || ControlEndpoint::owns(request.path) || DemoPage::owns(request.path)) {
         verdict.refusal
             = request.method == "POST" ? Refusal::MalformedRequest : Refusal::WrongMethod;
         verdict.message = "the request or its method does not fit this path";

@@ -20,7 +20,8 @@ _CONTROL_S = 10.0
 class DemoService:
     """Runs from construction until stop() or the end of the with block."""
 
-    def __init__(self, folder: Path, *, http_port: int = 0, https: bool = False) -> None:
+    def __init__(self, folder: Path, *, http_port: int = 0, https: bool = False,
+                 knowledge: Path = KNOWLEDGE) -> None:
         """Starts the service and waits until it listens; its files lie in folder. Port 0 lets the
         system choose."""
         folder.mkdir(parents=True, exist_ok=True)
@@ -29,7 +30,7 @@ class DemoService:
         self.log = ProgramLog(folder / "demoservice.log")
         self.log.mark()
         command: list[str | Path] = [
-            DEMO_SERVICE, "--knowledge", KNOWLEDGE, "--http-port", str(http_port),
+            DEMO_SERVICE, "--knowledge", knowledge, "--http-port", str(http_port),
             "--ports-file", ports_file, "--log", self.log.path]
         if https:
             command += ["--https-port", "0"]
@@ -56,6 +57,14 @@ class DemoService:
     def requests(self) -> Any:
         """What the service says it was asked so far."""
         return self._control("GET", "/demo/requests", None)
+
+    def entries(self) -> Any:
+        """What the service knows now."""
+        return self._control("GET", "/demo/knowledge", None)["entries"]
+
+    def printed(self) -> str:
+        """What the service has written to its outputs."""
+        return self._process.printed()
 
     def fault(self, call: str, kind: str, *, arg: int | str | None = None, times: int = 1) -> None:
         """Lets the next calls ("hot", "association" or "ask") go wrong in the named way."""

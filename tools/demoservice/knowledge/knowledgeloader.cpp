@@ -1,6 +1,7 @@
 #include "tools/demoservice/knowledge/knowledgeloader.h"
 
 #include "tools/demoservice/base/files.h"
+#include "tools/demoservice/knowledge/entrylines.h"
 #include "tools/demoservice/knowledge/markup.h"
 #include "tools/demoservice/knowledge/pictures.h"
 
@@ -66,54 +67,78 @@ std::string mistakeIn(const KnowledgeEntry &entry)
     return {};
 }
 
-/// What does not fit between the entries; empty when all does.
-std::string mistakeAmong(const std::vector<KnowledgeEntry> &entries)
+/// A mistake, and which entry has it, counted from 0.
+struct Mistake
+{
+    std::string sentence; ///< empty for none
+    std::size_t entry = 0;
+};
+
+/// What does not fit between the entries.
+Mistake mistakeAmong(const std::vector<KnowledgeEntry> &entries)
 {
     std::set<std::int64_t> ids;
     std::set<std::int64_t> answered;
-    for (const KnowledgeEntry &entry : entries) {
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const KnowledgeEntry &entry = entries[i];
         if (!ids.insert(entry.id).second) {
-            return "the id " + std::to_string(entry.id) + " is there twice";
+            return {"the id " + std::to_string(entry.id) + " is there twice", i};
         }
         if (!entry.noHit) {
             answered.insert(entry.id);
         }
     }
-    for (const KnowledgeEntry &entry : entries) {
-        for (const std::int64_t id : entry.recommends) {
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        for (const std::int64_t id : entries[i].recommends) {
             if (answered.count(id) == 0) {
-                return "entry " + std::to_string(entry.id) + " recommends " + std::to_string(id)
-                     + ", which has no answer";
+                return {"entry " + std::to_string(entries[i].id) + " recommends "
+                            + std::to_string(id) + ", which has no answer",
+                        i};
             }
         }
     }
     return {};
 }
 
-bool readEntries(const json &document, const std::string &folder,
-                 std::vector<KnowledgeEntry> &entries, std::string &error)
+/// Reads the entry `object`, pictures and all; what is wrong with it comes back.
+std::string takeEntry(const json &object, Pictures &pictures, std::vector<KnowledgeEntry> &entries)
+{
+    try {
+        KnowledgeEntry entry = readEntry(object);
+        std::string error = mistakeIn(entry);
+        if (error.empty()) {
+            entry.reply = pictures.inlined(entry.reply, error);
+        }
+        entries.push_back(std::move(entry));
+        return error;
+    } catch (const std::exception &problem) {
+        return problem.what();
+    }
+}
+
+Mistake readEntries(const json &document, const std::string &folder,
+                    std::vector<KnowledgeEntry> &entries)
 {
     Pictures pictures(folder);
-    std::size_t number = 0;
-    for (const json &object : document.at("entries")) {
-        ++number;
-        try {
-            KnowledgeEntry entry = readEntry(object);
-            error = mistakeIn(entry);
-            if (error.empty()) {
-                entry.reply = pictures.inlined(entry.reply, error);
-            }
-            entries.push_back(std::move(entry));
-        } catch (const std::exception &problem) {
-            error = problem.what();
-        }
+    const json &objects = document.at("entries");
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        const std::string error = takeEntry(objects[i], pictures, entries);
         if (!error.empty()) {
-            error.insert(0, "entry number " + std::to_string(number) + ": ");
-            return false;
+            return {"entry number " + std::to_string(i + 1) + ": " + error, i};
         }
     }
-    error = mistakeAmong(entries);
-    return error.empty();
+    return mistakeAmong(entries);
+}
+
+/// The document of `text`; a value that is no object, and a sentence, when it cannot be read.
+json parsed(const std::string &text, std::string &error)
+{
+    try {
+        return json::parse(text);
+    } catch (const json::parse_error &problem) { // which names line and column
+        error = std::string(": ") + problem.what();
+        return nullptr;
+    }
 }
 
 } // namespace
@@ -125,16 +150,21 @@ std::unique_ptr<Knowledge> loadKnowledge(const std::string &path, std::string &e
         error = path + " cannot be read";
         return nullptr;
     }
-    const json document = json::parse(*bytes, nullptr, false);
+    std::string reason;
+    const json document = parsed(*bytes, reason);
     if (!document.is_object() || !document.contains("entries")
         || !document.at("entries").is_array()) {
-        error = path + " is not a JSON object with an array \"entries\"";
+        error = path + " is not a JSON object with an array \"entries\"" + reason;
         return nullptr;
     }
     const auto folder = std::filesystem::path(path).parent_path() / "pictures";
     std::vector<KnowledgeEntry> entries;
-    if (!readEntries(document, folder.string(), entries, error)) {
-        error = path + ": " + error;
+    const Mistake mistake = readEntries(document, folder.string(), entries);
+    if (!mistake.sentence.empty()) {
+        const std::vector<std::size_t> lines = entryLines(*bytes);
+        const std::string line
+            = mistake.entry < lines.size() ? std::to_string(lines[mistake.entry]) + ":" : "";
+        error = path + ":" + line + " " + mistake.sentence;
         return nullptr;
     }
     return std::make_unique<Knowledge>(std::move(entries));

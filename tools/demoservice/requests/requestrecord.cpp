@@ -1,5 +1,7 @@
 #include "tools/demoservice/requests/requestrecord.h"
 
+#include "tools/demoservice/requests/verdictsteps.h"
+
 #include <strings.h>
 
 #include <array>
@@ -108,7 +110,8 @@ json toJson(const RequestRecord &record)
             {"reason", factsOf(record.verdict.refusal).reason},
             {"signature", signatureStateName(record.verdict.signature)},
             {"status", record.httpStatus},
-            {"fault", record.fault}};
+            {"fault", record.fault},
+            {"steps", stepsOf(record)}};
 }
 
 } // namespace demo
