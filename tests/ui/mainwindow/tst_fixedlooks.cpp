@@ -269,7 +269,8 @@ void TestFixedLooks::recommendationRow()
 void TestFixedLooks::pictureRow()
 {
     const WindowBench bench;
-    const PictureRow row({100, 50}, nullptr);
+    PictureRow row(nullptr);
+    row.setPlace({100, 50}, false);
     const QString style = QStringLiteral("QPushButton{background-color: transparent;border:none;}");
     QCOMPARE(row.label()->styleSheet(), style);
     QCOMPARE(row.button()->styleSheet(), style);

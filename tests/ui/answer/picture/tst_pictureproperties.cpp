@@ -1,11 +1,17 @@
 #include "tests/support/generator.h"
 #include "tests/ui/support/plainscale.h"
+#include "ui/answer/picture/conversationpictures.h"
 #include "ui/answer/picture/inlinepicture.h"
+#include "ui/answer/picture/picturereading.h"
 #include "ui/answer/picture/picturerow.h"
 
+#include <QBuffer>
+#include <QImage>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+
+#include <limits>
 
 /// The sizes in which pictures are shown, over generated ones.
 class TestPictureProperties : public QObject
@@ -15,7 +21,7 @@ class TestPictureProperties : public QObject
 private slots:
     void labelSize_isInProportionWithinItsLimits();
     void row_isAsHighAsThePictureInIt();
-    void decoded_areTheNewestWithinTheLimit();
+    void shown_areTheNewestWithinTheLimit();
 
 private:
     [[nodiscard]] static QSize plainLabelSize(const QSize &picture);
@@ -23,7 +29,16 @@ private:
 
 namespace {
 
-const QString stillTag = QStringLiteral("<img src=\"data:image/png;base64,\"/>");
+/// A picture of \a size px as an answer holds it.
+QByteArray encoded(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    image.save(&buffer, "BMP");
+    return bytes;
+}
 
 } // namespace
 
@@ -53,11 +68,10 @@ void TestPictureProperties::row_isAsHighAsThePictureInIt()
     Generator generator;
     for (int i = 0; i < 400; ++i) {
         const QSize size(generator.anyOrder(1, 1500), generator.anyOrder(1, 400));
-        QPixmap picture(size);
-        picture.fill(Qt::blue);
-        PictureRow row(size, nullptr);
-        row.showPicture(stillTag, picture, QString());
-        row.fitToPicture(stillTag, row.label()->width());
+        PictureRow row(nullptr);
+        row.setPlace(size, false);
+        row.showStill(QPixmap::fromImage(decodeForRow(encoded(size), false).shown));
+        row.fitToPicture(row.label()->width());
         const QSize label = plainLabelSize(size);
         if (label.isEmpty()) {
             continue; // thinner than a pixel: nothing is seen of it
@@ -69,24 +83,21 @@ void TestPictureProperties::row_isAsHighAsThePictureInIt()
     }
 }
 
-void TestPictureProperties::decoded_areTheNewestWithinTheLimit()
+void TestPictureProperties::shown_areTheNewestWithinTheLimit()
 {
-    constexpr qint64 most = 128LL * 1024 * 1024;
     Generator generator;
-    for (int i = 0; i < 20; ++i) {
-        QVector<ConversationPicture> pictures;
-        for (int left = generator.between(1, 9); left > 0; --left) {
-            const QSize size(generator.between(1, 4000), generator.between(1, 3000));
-            ConversationPicture picture;
-            picture.pixmap = QPixmap(size);
-            pictures.append(picture);
+    for (int i = 0; i < 5; ++i) {
+        ConversationPictures pictures;
+        qint64 costLeft = std::numeric_limits<qint64>::max();
+        for (int left = generator.between(100, 500); left > 0; --left) {
+            const QSize size(generator.between(1, 430), generator.between(1, 110));
+            (void)pictures.add(encoded(size), QString(), false, costLeft);
         }
-        const QVector<ConversationPicture> all = pictures;
-        keepNewestDecoded(pictures);
         qint64 bytes = 0;
-        for (int k = all.size() - 1; k >= 0; --k) {
-            bytes += 4LL * all.at(k).pixmap.width() * all.at(k).pixmap.height();
-            QCOMPARE(pictures.at(k).pixmap.isNull(), bytes > most);
+        for (int k = pictures.count() - 1; k >= 0; --k) {
+            const QSize size = pictures.at(k).size;
+            bytes += 4LL * size.width() * size.height();
+            QCOMPARE(pictures.at(k).shown.isNull(), bytes > ConversationPictures::mostShownBytes);
         }
     }
 }
