@@ -1,6 +1,5 @@
 #include "tests/support/installation.h"
 #include "tests/support/processcontrol.h"
-#include "tests/support/virtualdisplay.h"
 
 #include <QDir>
 #include <QFile>
@@ -54,14 +53,11 @@ private slots:
     void unknownOption_endsWithAMessageAndNoLog();
     void textBesideTheOption_isIgnored();
     void qtVariablesOfTheCaller_haveNoEffect();
-    void scaleFactorOfTheCaller_leavesTheWindowsSize();
     void secondStart_endsWithStatusZeroAfterItsTwoLines_data();
     void secondStart_endsWithStatusZeroAfterItsTwoLines();
-    void secondStart_restoresTheMinimisedWindow();
     void startAfterACrash_becomesTheFirst();
     void startBesideAHungCopy_endsWithStatusZero();
     void folderForNamesThatIsTheProgramsOwn_keepsTheProgram();
-    void closingTheWindow_endsWithStatusZero();
 };
 
 void TestStartup::caller_decidesLayoutAndLogLines_data()
@@ -185,26 +181,6 @@ void TestStartup::qtVariablesOfTheCaller_haveNoEffect()
     QCOMPARE(installation.logLinesWith(QStringLiteral("QFactoryLoader")), QStringList());
 }
 
-void TestStartup::scaleFactorOfTheCaller_leavesTheWindowsSize()
-{
-    if (!VirtualDisplay::missingTools().isEmpty()) {
-        QSKIP(qPrintable(VirtualDisplay::missingTools()));
-    }
-    VirtualDisplay display;
-    QVERIFY(display.start());
-    Installation installation(Layout::Shortcut);
-    QVERIFY(installation.isValid());
-    installation.setPlatform(QString());
-    QProcessEnvironment &environment = installation.environment();
-    environment.insert(QStringLiteral("DISPLAY"), display.name());
-    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("nonexistent"));
-    const QString window = display.waitForWindow(installation.start().processId());
-    QVERIFY(!window.isEmpty());
-    const QString geometry = display.xdotool({QStringLiteral("getwindowgeometry"), window});
-    QVERIFY2(geometry.contains(QStringLiteral("Geometry: 920x640")), qPrintable(geometry));
-}
-
 void TestStartup::secondStart_endsWithStatusZeroAfterItsTwoLines_data()
 {
     QTest::addColumn<QString>("argument");
@@ -234,29 +210,6 @@ void TestStartup::secondStart_endsWithStatusZeroAfterItsTwoLines()
     QCOMPARE(versions.size(), 2);
     QVERIFY(isStartupLine(callers.at(1), callerLine + caller));
     QVERIFY(isStartupLine(versions.at(1), layoutLine + clientVersion));
-}
-
-void TestStartup::secondStart_restoresTheMinimisedWindow()
-{
-    if (!VirtualDisplay::missingTools().isEmpty()) {
-        QSKIP(qPrintable(VirtualDisplay::missingTools()));
-    }
-    VirtualDisplay display;
-    QVERIFY(display.start());
-    QVERIFY(display.startWindowManager());
-    Installation installation(Layout::Client);
-    QVERIFY(installation.isValid());
-    installation.setPlatform(QStringLiteral("xcb"));
-    installation.environment().insert(QStringLiteral("DISPLAY"), display.name());
-    const qint64 first = installation.start({vdi}).processId();
-    const QString window = display.waitForWindow(first);
-    QVERIFY(!window.isEmpty());
-    display.xdotool({QStringLiteral("windowminimize"), window});
-    QTRY_COMPARE(display.visibleWindow(first), QString());
-
-    QVERIFY(installation.start({vdi}).endsWith(0));
-    QTRY_COMPARE(display.visibleWindow(first), window);
-    QTRY_COMPARE(display.xdotool({QStringLiteral("getactivewindow")}), window);
 }
 
 void TestStartup::startAfterACrash_becomesTheFirst()
@@ -311,27 +264,6 @@ void TestStartup::folderForNamesThatIsTheProgramsOwn_keepsTheProgram()
     }
     QVERIFY(QFileInfo(installation.programPath()).isFile());
     QCOMPARE(QFileInfo(installation.programPath()).size(), size);
-}
-
-void TestStartup::closingTheWindow_endsWithStatusZero()
-{
-    if (!VirtualDisplay::missingTools().isEmpty()) {
-        QSKIP(qPrintable(VirtualDisplay::missingTools()));
-    }
-    VirtualDisplay display;
-    QVERIFY(display.start());
-    QVERIFY(display.startWindowManager());
-    Installation installation(Layout::Shortcut);
-    QVERIFY(installation.isValid());
-    installation.setPlatform(QStringLiteral("xcb"));
-    installation.environment().insert(QStringLiteral("DISPLAY"), display.name());
-    ChildProcess &program = installation.start();
-    const QString window = display.waitForWindow(program.processId());
-    QVERIFY(!window.isEmpty());
-    display.xdotool({QStringLiteral("windowactivate"), QStringLiteral("--sync"), window});
-    display.xdotool({QStringLiteral("key"), QStringLiteral("alt+F4")});
-    QVERIFY(program.endsWith(0));
-    QVERIFY(!QFile::exists(installation.localName()));
 }
 
 QTEST_GUILESS_MAIN(TestStartup)
