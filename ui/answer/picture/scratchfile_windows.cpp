@@ -5,8 +5,12 @@
 
 #include <fcntl.h>
 #include <io.h>
-#include <sddl.h>
+
+// clang-format off
+// The second needs the first.
 #include <windows.h>
+#include <sddl.h>
+// clang-format on
 
 namespace {
 
