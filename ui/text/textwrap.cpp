@@ -108,11 +108,10 @@ QString cutTo(const QString &text, int most)
 /// others.
 int affordableLength(const QString &text, int most)
 {
-    constexpr int formatCost = 5; // laying one out takes as long as that many letters
     const int end = qMin(text.size(), most);
     int cost = 0;
     for (int position = 0; position < end; ++position) {
-        cost += text.at(position).category() == QChar::Other_Format ? formatCost : 1;
+        cost += layoutCost(text.at(position));
         if (cost > most) {
             return position;
         }
@@ -142,6 +141,12 @@ QString brokenToWidth(const QFontMetrics &metrics, const QString &text, int widt
         wrapped += QLatin1Char('\n');
     }
     return wrapped + text.mid(start);
+}
+
+int layoutCost(QChar character)
+{
+    constexpr int formatCost = 5;
+    return character.category() == QChar::Other_Format ? formatCost : 1;
 }
 
 QString shownPart(const QString &text)

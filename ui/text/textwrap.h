@@ -8,6 +8,10 @@ class QFontMetrics;
 /// direction or joins others counts as five.
 inline constexpr int maxShownCharacters = 20000;
 
+/// How many letters \a character counts as: laying out one that turns the direction or joins others
+/// takes as long as five.
+[[nodiscard]] int layoutCost(QChar character);
+
 /// \a text as far as a bubble shows it, with an ellipsis where it is cut, and without runs of
 /// marks. Laying out a megabyte takes many seconds.
 [[nodiscard]] QString shownPart(const QString &text);

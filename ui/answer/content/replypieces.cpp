@@ -1,5 +1,7 @@
 #include "ui/answer/content/replypieces.h"
 
+#include "ui/text/textwrap.h"
+
 namespace {
 
 bool isPictureCandidate(const QString &piece)
@@ -39,14 +41,14 @@ ParagraphTag nextTag(const QString &reply, int from)
     return {reply.size(), 0};
 }
 
-/// A place in a text, and the characters outside tags before it.
+/// A place in a text, and what the characters outside tags before it cost.
 struct Extent
 {
     int length;
     int characters;
 };
 
-/// The longest beginning of \a text that has no more than \a most characters outside tags.
+/// The longest beginning of \a text that has characters outside tags for at most \a most letters.
 Extent beginning(const QStringRef &text, int most)
 {
     Extent extent{0, 0};
@@ -57,8 +59,11 @@ Extent beginning(const QStringRef &text, int most)
             inTag = true;
         } else if (character == QLatin1Char('>') && inTag) {
             inTag = false;
-        } else if (!inTag && ++extent.characters > most) {
-            return {extent.length, most};
+        } else if (!inTag) {
+            extent.characters += layoutCost(character);
+            if (extent.characters > most) {
+                return {extent.length, most};
+            }
         }
     }
     return extent;

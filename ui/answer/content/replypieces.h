@@ -24,8 +24,8 @@ struct ReplyPiece
 
 /// How much of one answer is shown: what is beyond is cut, since laying out millions of characters
 /// or rows would freeze the window for minutes. No answer that is meant to be read comes near.
-/// Characters are those outside tags, of which the dearest scripts take about 15 microseconds each;
-/// with the tags there may be five times as many.
+/// Characters are those outside tags, of which the dearest scripts take about 15 microseconds each
+/// and one that turns the direction counts as five; with the tags there may be five times as many.
 inline constexpr int maxAnswerCharacters = 40000;
 inline constexpr int maxAnswerSource = 5 * maxAnswerCharacters;
 inline constexpr int maxAnswerRows = 10000;

@@ -14,6 +14,7 @@ private slots:
     void longReply_isSplitInReasonableTime();
     void answerWithinTheLimits_isNotCut();
     void tooManyCharacters_areCut();
+    void turnsOfDirection_countAsFive();
     void tooManyRows_areCut();
     void tags_doNotCountAsCharacters();
     void tooManyTags_areCut();
@@ -97,6 +98,17 @@ void TestReplyPieces::tooManyCharacters_areCut()
             {Kind::Text, QStringLiteral("never")}};
     QVERIFY(limitRows(rows));
     QCOMPARE(rows.size(), 1);
+}
+
+void TestReplyPieces::turnsOfDirection_countAsFive()
+{
+    constexpr int most = maxAnswerCharacters / 5;
+    QVector<ReplyPiece> rows{{Kind::Text, QString(most, QChar(0x202E))}};
+    QVERIFY(!limitRows(rows));
+    rows.append({Kind::Text, QStringLiteral("x")});
+    QVERIFY(limitRows(rows));
+    QCOMPARE(rows.size(), 1);
+    QCOMPARE(rows.first().source.size(), most);
 }
 
 void TestReplyPieces::tooManyRows_areCut()
