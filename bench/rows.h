@@ -14,7 +14,8 @@
 /// Appending to a long conversation against a short one, and what an exchange takes in memory.
 [[nodiscard]] Rows measureConversation();
 
-/// An answer with fifty large pictures against reading and scaling them.
+/// An answer with fifty large pictures, until the last is there, against reading and scaling them,
+/// and what a thousand answers with one each take in memory.
 [[nodiscard]] Rows measurePictures();
 
 /// The longest time in which the GUI thread handles no event, for each thing that a user does.

@@ -7,6 +7,7 @@
 #include "ui/answer/content/answercontent.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/answer/qaregion.h"
+#include "ui/preview/imagedisplay.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -33,6 +34,7 @@ private slots:
     void reply();
     void pictures_data();
     void pictures();
+    void previewOfHugePictures();
     void title_data();
     void title();
     void recommendation_data();
@@ -288,6 +290,41 @@ void TestHeavyAnswers::pictures()
     // Those that are decoded elsewhere come one after another.
     QVERIFY(longestStallMs([] {}, [&] { return isThere(0) && isThere(3); }) < mostStallMs);
     QVERIFY(isThere(3));
+    checkMemory();
+}
+
+void TestHeavyAnswers::previewOfHugePictures()
+{
+    m_region->showAnswer(QStringLiteral("标题"),
+                         tag("png", png(8191, 8191)) + tag("gif", gif(8000, 8000)));
+    m_region->picture_preview(0);
+    ImageDisplay *preview = m_region->preview();
+    const auto *label = preview->findChild<QLabel *>(QStringLiteral("pictureLabel"));
+    const auto isThere = [label] {
+        return !label->pixmap(Qt::ReturnByValue).isNull() || label->movie() != nullptr;
+    };
+    const auto watch = [&](const char *what, const std::function<void()> &action) {
+        const qint64 stall = longestStallMs(action, isThere);
+        qInfo("%s: %lld ms, %lld MiB", what, stall, peakMemoryMb());
+        QVERIFY2(stall < mostStallMs, what);
+    };
+    const auto call = [preview](const char *slot) {
+        return [preview, slot] {
+            QMetaObject::invokeMethod(preview, slot);
+        };
+    };
+    watch("decoded", [] {});
+    for (int step = 0; step < 3; ++step) {
+        watch("zoomed in", call("magnifier_clicked"));
+    }
+    watch("fitted", call("MaxPicWind_clicked"));
+    watch("zoomed out", call("narrow_clicked"));
+    watch("maximised", call("max_windows_Imag"));
+    watch("in its size", call("oneToOneSize_clicked"));
+    watch("the animation", [this] { m_region->changeToNextImg(1); });
+    QVERIFY(label->movie() == nullptr); // each of its frames would take as long
+    QCOMPARE(label->pixmap(Qt::ReturnByValue).size(), QSize(8000, 8000));
+    watch("the picture", [this] { m_region->changeToPreviousImg(0); });
     checkMemory();
 }
 
