@@ -14,7 +14,7 @@
 
 namespace {
 
-/// \a text as it comes out of UTF-8, in which halves of pairs are lost.
+/// \a text as it comes out of UTF-8, in which halves of pairs are lost: settings may hold such.
 QString written(const QString &text)
 {
     return QString::fromUtf8(text.toUtf8());
@@ -38,7 +38,8 @@ QJsonObject checkBody(const QSettings &settings, const ServiceCall &call, const 
               || value("recommendSize").toInt() == -1,
           "so is the number of questions");
     const QString robot = settings.value(QStringLiteral("RobotId/robotId")).toString();
-    check(body.value(QLatin1String("robotId")).toString() == written(robot), "so is the robot");
+    check(written(body.value(QLatin1String("robotId")).toString()) == written(robot),
+          "so is the robot");
     return body;
 }
 
@@ -81,18 +82,14 @@ void runTarget(const QByteArray &input)
     const ServiceCall hot = hotCall(path);
     checkBody(settings, hot, "HotRecommendation", 3);
     const ServiceCall association = associationCall(path, question);
-    check(checkBody(settings, association, "ProblemAssociation", 4)
-                  .value(QLatin1String("text"))
-                  .toString()
-              == written(question),
-          "what is typed is sent");
+    const QJsonObject typed = checkBody(settings, association, "ProblemAssociation", 4);
+    check(typed.value(QLatin1String("text")).toString() == question, "what is typed is sent");
 
     const qint64 id = static_cast<qint64>(qHash(question)) << 31 | parts.first().size();
     const ServiceCall ask
         = askCall(path, {question, QString(), question, QStringLiteral("rawquery"), question, id});
     const QJsonObject body = checkBody(settings, ask, "QuestAndAnw", 9);
-    check(body.value(QLatin1String("rawQuery")).toString() == written(question),
-          "the question is sent");
+    check(body.value(QLatin1String("rawQuery")).toString() == question, "the question is sent");
     check(ask.body.contains("\"questionId\":" + QByteArray::number(id) + ','),
           "the id is sent whole");
     check(ask.httpMode == settings.value(settingsName(SettingsKey::HttpMode)).toInt(),

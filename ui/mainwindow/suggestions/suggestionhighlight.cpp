@@ -18,7 +18,8 @@ SuggestionHighlight::SuggestionHighlight(const QString &typed)
                 QRegularExpression::CaseInsensitiveOption)
 {
     // After a bracket a star begins a command to the matcher, such as one that lifts the limit.
-    m_givenUp = typed.startsWith(QLatin1Char('*')) || !m_pattern.isValid();
+    // A typed "?:" takes the group away, and with it what a match is to be replaced by.
+    m_givenUp = typed.startsWith(QLatin1Char('*')) || m_pattern.captureCount() < 1;
 }
 
 QString SuggestionHighlight::apply(const QString &text)

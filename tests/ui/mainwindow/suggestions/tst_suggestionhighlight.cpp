@@ -88,6 +88,8 @@ void TestSuggestionHighlight::marksNothing_data()
     QTest::newRow("half a character") << QString(QChar(0xD83D));
     QTest::newRow("deep nesting") << QString(100'000, QLatin1Char('('));
     QTest::newRow("huge repetition") << QStringLiteral("((桌{999}){999}){999}");
+    QTest::newRow("no group, which would lose the text") << QStringLiteral("?:桌面");
+    QTest::newRow("no group but empty branches") << QStringLiteral("?|");
     QTest::newRow("moved start") << QStringLiteral("(?=桌面\\K)");
     QTest::newRow("a command to the matcher") << QStringLiteral("*LIMIT_MATCH=4000000000)(桌");
     QTest::newRow("a megabyte") << QString(1'000'000, QChar(u'桌'));
