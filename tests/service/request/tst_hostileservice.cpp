@@ -230,7 +230,7 @@ void TestHostileService::oddReply_endsWithinItsRequest_data()
     const QByteArray chunked = headBegin + "Transfer-Encoding: chunked\r\n\r\n";
     const QByteArray good = headBegin + "Content-Length: 2\r\n\r\nhi";
     row("100 first", "HTTP/1.1 100 Continue\r\n\r\n" + good);
-    row("100, a thousand times", QByteArray("HTTP/1.1 100 Continue\r\n\r\n").repeated(1000) + good);
+    row("100, twenty times", QByteArray("HTTP/1.1 100 Continue\r\n\r\n").repeated(20) + good);
     row("101", "HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\n\r\n" + good);
     row("103 first", "HTTP/1.1 103 Early Hints\r\nLink: </a>\r\n\r\n" + good);
     row("204 with a body", "HTTP/1.1 204 No Content\r\nContent-Length: 2\r\n\r\nhi");
@@ -263,7 +263,7 @@ void TestHostileService::oddReply_endsWithinItsRequest_data()
     row("NUL in the head",
         headBegin + QByteArray("X-A: a\0b\r\n", 10) + "Content-Length: 2\r\n\r\nhi");
     row("cookies", headBegin + "Set-Cookie: a=b\r\nContent-Length: 2\r\n\r\nhi");
-    row("only line ends", QByteArray("\r\n").repeated(1000));
+    row("only line ends", QByteArray("\r\n").repeated(50));
     row("compressed nothing", headBegin + "Content-Encoding: gzip\r\nContent-Length: 0\r\n\r\n");
 }
 
