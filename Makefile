@@ -8,9 +8,9 @@
 run:
 	scripts/run.sh
 
-# Every test, release build.
+# Every test, release build; TESTS="-L e2e" takes only those, as ctest does.
 test:
-	scripts/test.sh release
+	scripts/test.sh release $(TESTS)
 
 # Ten minutes of mixed work against a service that keeps failing; longer: scripts/soak.sh --minutes N.
 soak:
