@@ -1,16 +1,16 @@
 # The front door. Each target is one script or one preset; see docs/development.md.
 
 .DEFAULT_GOAL := build
-.PHONY: run screenshots check-docs windows test-windows package test-packages test soak build bench sanitize fuzz format format-check tidy
+.PHONY: run screenshots check-docs windows test-windows package test-packages test soak build bench sanitize coverage mutants fuzz format format-check tidy
 
 # Builds what is needed and opens the assistant on the demo service (on a screen in memory without a
 # display).
 run:
 	scripts/run.sh
 
-# Every test, release build.
+# Every test, release build; TESTS="-L e2e" takes only those, as ctest does.
 test:
-	scripts/test.sh release
+	scripts/test.sh release $(TESTS)
 
 # Ten minutes of mixed work against a service that keeps failing; longer: scripts/soak.sh --minutes N.
 soak:
@@ -50,8 +50,16 @@ test-packages:
 
 # Every test under ASan and UBSan, the threaded ones under TSan.
 sanitize:
-	scripts/test.sh asan
-	scripts/test.sh tsan
+	scripts/sanitize.sh
+
+# Which of our own lines and branches the tests reach: build/coverage/report/index.html. Fails below
+# 98 % of the lines.
+coverage:
+	scripts/coverage.sh
+
+# Random changes that no test notices; MUTANTS=n says how many are tried, else 200.
+mutants:
+	scripts/mutants.sh
 
 # Every fuzzer for FUZZ_SECONDS (60), with clang; docs/development.md says more.
 fuzz:
