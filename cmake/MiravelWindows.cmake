@@ -8,6 +8,15 @@ set(MIRAVEL_COMPANY "Ostrel Technologies Co., Ltd."
 
 set(MIRAVEL_TRIPLET x86_64-w64-mingw32)
 
+# The linker orders what is imported by the paths of the import libraries, which are therefore named by
+# their place in the build folder: the same in every checkout.
+set(MIRAVEL_IMPORTS "${CMAKE_BINARY_DIR}/imports")
+file(CREATE_LINK "${MIRAVEL_WINDOWS_LIBRARIES}/qt5/lib" "${MIRAVEL_IMPORTS}" SYMBOLIC)
+foreach(module Core Gui Network Widgets)
+    set_target_properties(Qt5::${module} PROPERTIES IMPORTED_IMPLIB_RELEASE
+                                                    "${MIRAVEL_IMPORTS}/libQt5${module}.a")
+endforeach()
+
 # miravel_windows_program(<target>): no console, icon, version and manifest, a roomy stack, symbols in
 # build/windows/symbols/<file>.debug.
 function(miravel_windows_program target)

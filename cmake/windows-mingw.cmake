@@ -33,7 +33,14 @@ set(SSL_EAY "${MIRAVEL_WINDOWS_LIBRARIES}/openssl/lib64/libssl.dll.a" CACHE FILE
 # what is shipped; see MiravelWindows.cmake. Not -ffile-prefix-map: it would win over the maps that
 # make the file names of log lines bare.
 get_filename_component(MIRAVEL_CHECKOUT "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
-set(CMAKE_CXX_FLAGS_RELEASE_INIT "-g1 -gno-record-gcc-switches -fdebug-prefix-map=${MIRAVEL_CHECKOUT}/=")
+# A compiler cache may hand files over by their path from the build folder, and finds what it has without
+# looking at these maps: the definition is for the cache, to be changed with the maps.
+get_filename_component(MIRAVEL_LIBRARIES_PLACE "${MIRAVEL_WINDOWS_LIBRARIES}" REALPATH)
+set(CMAKE_CXX_FLAGS_RELEASE_INIT "-g1 -gno-record-gcc-switches -DMIRAVEL_DEBUG_PATHS=2")
+foreach(map "${MIRAVEL_CHECKOUT}/=" ../../= "${MIRAVEL_LIBRARIES_PLACE}=build/windows-sdk"
+            ../windows-sdk=build/windows-sdk)
+    string(APPEND CMAKE_CXX_FLAGS_RELEASE_INIT " -fdebug-prefix-map=${map}")
+endforeach()
 set(CMAKE_EXE_LINKER_FLAGS_RELEASE_INIT "-Wl,--no-insert-timestamp")
 set(CMAKE_MODULE_LINKER_FLAGS_RELEASE_INIT "-Wl,--no-insert-timestamp")
 

@@ -75,6 +75,21 @@ class PackageTest(unittest.TestCase):
         self.assertEqual(sums, (again / "SHA256SUMS").read_text())
         print("\n" + sums)
 
+    def test_bytes_do_not_tell_where_the_checkout_lies(self) -> None:
+        """Whether a compiler cache has handed the sources over by their relative paths or not."""
+        command = subprocess.run(["ninja", "-C", BUILD, "-t", "commands", "bin/Miravel.exe"], check=True,
+                                 capture_output=True, text=True).stdout.splitlines()[-1]
+        libraries = [word for word in command.split() if word.endswith("libQt5Core.a")]
+        self.assertEqual(["imports/libQt5Core.a"], libraries)  # sorted by path, which orders the imports
+        symbols = BUILD / "symbols/Miravel.exe.debug"
+        paths = subprocess.run(["strings", "-a", symbols], check=True, capture_output=True,
+                               text=True).stdout.splitlines()
+        self.assertIn("app/startup", paths)
+        libraries_place = (BUILD.parent / "windows-sdk").resolve()
+        found = {path for path in paths
+                 if path.startswith(("../", f"{SOURCE}/", f"{libraries_place}/"))}
+        self.assertEqual(set(), found)
+
     def test_clock_that_cannot_be_set_at_first_is_tried_again(self) -> None:
         """Killed runs leave names behind that keep faketime from starting."""
         stand_in = self.folder / "stand-in/faketime"
