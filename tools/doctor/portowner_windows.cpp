@@ -4,10 +4,11 @@
 #include <QVector>
 #include <QtEndian>
 
-// The order counts: addresses before the tables of them.
-#include <iphlpapi.h>
-#include <winsock2.h>
+// clang-format off
+#include <winsock2.h> // what the next ones are declared with
 #include <ws2tcpip.h>
+#include <iphlpapi.h>
+// clang-format on
 
 namespace {
 

@@ -3,10 +3,13 @@
 #include <QDir>
 #include <QRandomGenerator>
 
+// clang-format off
+#include <windows.h> // what the last one is declared with
+// clang-format on
+
 #include <fcntl.h>
 #include <io.h>
 #include <sddl.h>
-#include <windows.h>
 
 namespace {
 
