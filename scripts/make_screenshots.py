@@ -19,7 +19,7 @@ from typing import Sequence
 
 from PIL import Image, ImageChops, ImageStat
 
-from desktop.display import Display
+from desktop.display import HEIGHT, WIDTH, Display
 from desktop.project import SOURCE, base_environment
 
 PAGE = SOURCE / "build/screenshots/states"
@@ -40,7 +40,8 @@ def take_on_linux(folder: Path, scale: int) -> None:
 
 def take_under_wine(folder: Path, scale: int) -> None:
     with tempfile.TemporaryDirectory(prefix="miravel-") as private:
-        with Display(Path(private) / "display") as display:
+        size = (WIDTH * scale, HEIGHT * scale)  # no window is made smaller to fit
+        with Display(Path(private) / "display", size=size) as display:
             display.manage_windows()
             env = {**base_environment(), "DISPLAY": display.name, "QT_SCALE_FACTOR": str(scale)}
             for program in PROGRAMS:

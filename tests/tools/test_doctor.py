@@ -2,15 +2,18 @@
 
 from __future__ import annotations
 
+import os
 import shutil
+import socket
 import subprocess
+import sys
 import tempfile
 import unittest
 from pathlib import Path
 
 from desktop.demoservice import DemoService
 from desktop.display import Display
-from desktop.installation import SECRET, Installation, default_settings, encoded, free_port
+from desktop.installation import LOOPBACK, SECRET, Installation, default_settings, encoded, free_port
 from desktop.project import DOCTOR, GATEWAY_LIBRARY_NAME, ON_WINE, base_environment
 from desktop.runner import Runner, runner_for
 
@@ -224,6 +227,38 @@ class DoctorTest(unittest.TestCase):
         status, said = self.examine()
         self.assertEqual(0, status, said)
         self.assertIn("ok    KorVpnTool is not here", said)
+
+    def test_guard_port_that_another_program_has_is_told_of(self) -> None:
+        with socket.socket() as other:
+            other.bind((LOOPBACK, 0))
+            other.listen()
+            port = other.getsockname()[1]
+            self.installation.settings.update({"SysguardPort/port1": str(port)})
+            said = self.assert_mend(f"the guard tool's port {port} is taken by ")
+            if not ON_WINE:  # which does not know this system's processes
+                self.assertRegex(said, rf"taken by python3[.0-9]*, process {os.getpid()}\n")
+        status, said = self.examine()
+        self.assertEqual(0, status, said)
+        self.assertIn(f"the guard tool's port {port} is free", said)
+
+    def test_guard_port_of_the_program_itself_is_well(self) -> None:
+        if ON_WINE:
+            self.skipTest("the stand-in is a program of this system")
+        program = self.private / "Miravel-listens"
+        shutil.copy(sys.executable, program)
+        port = free_port()
+        self.installation.settings.update({"SysguardPort/port1": str(port)})
+        script = (f"import socket, time; s = socket.create_server(('{LOOPBACK}', {port}));"
+                  " print('listens', flush=True); time.sleep(600)")
+        with subprocess.Popen([program, "-I", "-c", script], stdout=subprocess.PIPE) as running:
+            try:
+                assert running.stdout is not None
+                running.stdout.readline()
+                status, said = self.examine()
+            finally:
+                running.kill()
+        self.assertEqual(0, status, said)
+        self.assertIn(f"the guard tool's port {port} is the running program's", said)
 
     def test_wrong_command_lines(self) -> None:
         for arguments in (("--no-such-option",), ("--wait", "0"), ("--wait", "soon"), ("second",)):

@@ -44,6 +44,7 @@ class Display:
         folder.mkdir(parents=True, exist_ok=True)
         self._folder = folder
         self._size = size
+        self._size = size
         self._memory = folder / "Xvfb_screen0"
         self._memory.unlink(missing_ok=True)
         self.name, self._server = self._start()

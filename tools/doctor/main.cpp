@@ -4,6 +4,7 @@
 #include "tools/doctor/callcheck.h"
 #include "tools/doctor/endpointcheck.h"
 #include "tools/doctor/installationcheck.h"
+#include "tools/doctor/machinecheck.h"
 #include "tools/doctor/report.h"
 #include "tools/doctor/servicelog.h"
 #include "tools/doctor/settingscheck.h"
@@ -82,6 +83,7 @@ bool examine(const Options &options)
     ServiceLog log(options.verbose);
     report.begin(QStringLiteral("The installation"));
     report.add(checkInstallation());
+    report.add(checkMachine(miravelConfigPath()));
     report.begin(QStringLiteral("The settings"));
     report.add(checkSettings(miravelConfigPath()));
     httpsRequest request;
@@ -101,6 +103,7 @@ int main(int argc, char *argv[])
 {
     narrowLibrarySearch();
     showNoWindow();
+    askForRights();
     const QApplication app(argc, argv);
     const Options options = readCommandLine(app);
     if (!QDir::setCurrent(options.folder)) {

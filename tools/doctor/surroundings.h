@@ -3,3 +3,6 @@
 /// Lets the doctor run where there is no screen: it shows no window. Call it before the application
 /// object is made.
 void showNoWindow();
+
+/// Lets questions whether a file may be written ask for the rights of the user.
+void askForRights();
