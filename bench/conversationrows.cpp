@@ -50,7 +50,9 @@ Rows measureMoving(QARegion &region)
     };
     const double wheel = watch.longestDuring([&list, &bar] {
         bar.setValue(bar.maximum());
-        constexpr int notches = 8; // a flick turns the wheel by several at once
+        constexpr int turns = 200; // of a wheel without a catch
+        constexpr int pixelsOfNotch = 60;
+        const int notches = bar.maximum() / turns / pixelsOfNotch + 1;
         for (int value = -1; value != bar.value();) {
             value = bar.value();
             const QPointF place = list.viewport()->rect().center();
@@ -62,7 +64,7 @@ Rows measureMoving(QARegion &region)
         }
     });
     const double drag = watch.longestDuring([&bar] {
-        constexpr int steps = 400;
+        constexpr int steps = 100;
         bar.setSliderDown(true);
         for (int step = steps; step >= 0; --step) {
             bar.setSliderPosition(static_cast<int>(qint64(bar.maximum()) * step / steps));
