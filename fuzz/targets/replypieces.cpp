@@ -4,6 +4,7 @@
 #include "fuzz/support/target.h"
 #include "ui/answer/picture/base64.h"
 #include "ui/answer/picture/inlinepicture.h"
+#include "ui/answer/picture/picturereading.h"
 
 #include <QRegularExpression>
 #include <QStringList>
