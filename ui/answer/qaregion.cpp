@@ -278,8 +278,9 @@ void QARegion::setPicture(QString part, QString gifPath, int k)
     const QPixmap picture = m_pictures.decoded(k);
     const bool isAnimated = isAnimatedPicture(part);
     if (!picture.isNull() && !(isAnimated && row->play(gifPath, picture.size()))) {
-        row->showStill(picture.scaled(shownPictureSize(picture.size(), isAnimated),
-                                      Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        row->showStill(picture.scaled(row->label()->size(),
+                                      isAnimated ? Qt::IgnoreAspectRatio : Qt::KeepAspectRatio,
+                                      Qt::SmoothTransformation));
     }
 }
 
