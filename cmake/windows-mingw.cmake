@@ -37,7 +37,7 @@ get_filename_component(MIRAVEL_CHECKOUT "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
 # looking at these maps: the definition is for the cache, to be changed with the maps.
 get_filename_component(MIRAVEL_LIBRARIES_PLACE "${MIRAVEL_WINDOWS_LIBRARIES}" REALPATH)
 set(CMAKE_CXX_FLAGS_RELEASE_INIT "-g1 -gno-record-gcc-switches -DMIRAVEL_DEBUG_PATHS=2")
-foreach(map "${MIRAVEL_CHECKOUT}/=" ../../= "${MIRAVEL_LIBRARIES_PLACE}=build/windows-sdk"
+foreach(map "${MIRAVEL_CHECKOUT}/=" "${MIRAVEL_CHECKOUT}/build/windows/=" ../../= "${MIRAVEL_LIBRARIES_PLACE}=build/windows-sdk"
             ../windows-sdk=build/windows-sdk)
     string(APPEND CMAKE_CXX_FLAGS_RELEASE_INIT " -fdebug-prefix-map=${map}")
 endforeach()
