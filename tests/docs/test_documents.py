@@ -112,7 +112,7 @@ class DocumentsTest(unittest.TestCase):
         self.assertLessEqual({"sh", "sh ci", "sh example", "text"}, seen)
 
     def test_what_the_check_runs_is_in_it(self) -> None:
-        """The check calls the scripts behind the targets of make."""
+        """The check calls the targets of make, or the scripts behind them."""
         check = (ROOT / ".ci/run").read_text(encoding="utf-8")
         makefile = (ROOT / "Makefile").read_text(encoding="utf-8")
         recipes = dict(re.findall(r"^([a-z-]+):.*\n\t(.*)$", makefile, re.MULTILINE))
@@ -121,7 +121,9 @@ class DocumentsTest(unittest.TestCase):
                 for line in body.splitlines() if label == "sh ci" else []:
                     command = line.partition("#")[0].strip()
                     target = command.removeprefix("make ")
-                    self.assertIn(recipes.get(target, command), check, document.name)
+                    script = recipes.get(target, command)
+                    self.assertTrue(command in check or script in check,
+                                    f"{document.name}: {command}")
 
     def test_every_target_of_make_exists(self) -> None:
         makefile = (ROOT / "Makefile").read_text(encoding="utf-8")
