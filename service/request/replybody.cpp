@@ -6,9 +6,6 @@
 ReplyBody::ReplyBody(QNetworkReply &reply)
     : m_reply(reply)
 {
-    // Qt reads ahead on a thread of its own, also while this one is busy.
-    QObject::connect(&reply, &QNetworkReply::metaDataChanged, &m_watch,
-                     [&reply] { reply.setReadBufferSize(longestReplyBody + 1); });
     QObject::connect(&reply, &QNetworkReply::readyRead, &m_watch, [this] { giveUpWhenTooLong(); });
 }
 

@@ -67,10 +67,11 @@ bool isStrip(const QString &name)
                .contains(name);
 }
 
-/// What the picture at twice its size is called; empty for icons, which have sizes of their own.
+/// What the picture at twice its size is called; empty for icons, which have sizes of their own,
+/// and for the shadow, which is even along its edges.
 QString largeName(const QString &name)
 {
-    if (name.startsWith(QLatin1String("Miravel"))) {
+    if (name.startsWith(QLatin1String("Miravel")) || name == QLatin1String("surface-shadow.png")) {
         return {};
     }
     if (isStrip(name)) {

@@ -157,9 +157,12 @@ void TestHostileService::endlessBody_isGivenUp()
         QStringLiteral("warning: reply is longer than 134217728 bytes, it is given up.")));
     QCOMPARE(bench.log.lines().constLast(),
              QStringLiteral("warning: https reply error:OperationCanceledError"));
-    constexpr int mayBeHeldMb = 2 * longestReplyBody / 1024 / 1024;
-    QVERIFY2(peakMemoryMb() - before < mayBeHeldMb,
-             qPrintable(QString::number(peakMemoryMb() - before)));
+    if (begin.contains("deflate")) {
+        // How far Qt's own thread reads ahead of this one is not ours, what is inflated is.
+        constexpr int mayBeHeldMb = 2 * longestReplyBody / 1024 / 1024;
+        QVERIFY2(peakMemoryMb() - before < mayBeHeldMb,
+                 qPrintable(QString::number(peakMemoryMb() - before)));
+    }
     verifyUsable(bench);
 }
 
