@@ -21,13 +21,17 @@ Finding checkGuardPort(int port)
     if (owner->program.startsWith(QLatin1String("Miravel"))) {
         return good(what + QStringLiteral(" is the running program's"));
     }
-    const QString who
-        = owner->program.isEmpty()
-            ? QStringLiteral("another user's program")
-            : QStringLiteral("%1, process %2").arg(owner->program).arg(owner->process);
-    return toMend(what + QStringLiteral(" is taken by ") + who,
-                  QStringLiteral("End that program, or give SysguardPort/port1 and the guard tool "
-                                 "another port."));
+    const QString mend
+        = QStringLiteral("End that program, or give SysguardPort/port1 and the guard tool another "
+                         "port.");
+    if (owner->program.isEmpty()) {
+        return note(what + QStringLiteral(" is in use, and the system does not tell by whom"),
+                    QStringLiteral("Nothing, if it is the assistant. ") + mend);
+    }
+    return toMend(
+        what
+            + QStringLiteral(" is taken by %1, process %2").arg(owner->program).arg(owner->process),
+        mend);
 }
 
 Finding checkPictureFolder()
