@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr QLatin1String place("url(:/Images/");
+const QLatin1String place("url(:/Images/");
 
 /// As styles::spriteRow() writes them.
 const QRegularExpression &strip()

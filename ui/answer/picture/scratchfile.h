@@ -45,4 +45,4 @@ void removeLeftScratchFiles(const QString &folder);
 [[nodiscard]] bool isRemovableScratchFile(const QString &path);
 
 /// What the names of scratch files begin with.
-inline constexpr QLatin1String scratchFilePrefix("miravel-pictures-");
+inline const QLatin1String scratchFilePrefix("miravel-pictures-");
