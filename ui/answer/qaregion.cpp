@@ -10,6 +10,7 @@
 #include "ui/answer/list/conversationlist.h"
 #include "ui/answer/picture/base64.h"
 #include "ui/answer/picture/inlinepicture.h"
+#include "ui/answer/picture/picturereading.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/answer/questioncycle.h"
 #include "ui/answer/recommend/recommendonlyitem.h"
@@ -278,9 +279,10 @@ void QARegion::setPicture(QString part, QString gifPath, int k)
     const QPixmap picture = m_pictures.decoded(k);
     const bool isAnimated = isAnimatedPicture(part);
     if (!picture.isNull() && !(isAnimated && row->play(gifPath, picture.size()))) {
-        row->showStill(picture.scaled(row->label()->size(),
-                                      isAnimated ? Qt::IgnoreAspectRatio : Qt::KeepAspectRatio,
-                                      Qt::SmoothTransformation));
+        const QSize place = row->label()->size();
+        const QSize size = isAnimated ? place : picture.size().scaled(place, Qt::KeepAspectRatio);
+        row->showStill(
+            QPixmap::fromImage(scaledForScreen(picture.toImage(), size, row->devicePixelRatioF())));
     }
 }
 

@@ -28,6 +28,9 @@ PictureArea::PictureArea(QWidget *parent)
     m_label->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
     setMouseTracking(true);
     m_label->setMouseTracking(true);
+    // Not inside the painting.
+    connect(m_label, &PictureLabel::screenDiffers, this, &PictureArea::makeForScreen,
+            Qt::QueuedConnection);
 }
 
 QLabel *PictureArea::label() const
@@ -70,6 +73,15 @@ void PictureArea::makePart()
     made.setDevicePixelRatio(scale);
     m_label->setPixmap(made);
     m_partPlace = part.topLeft() / scale;
+}
+
+/// The window has come to a screen of another scale.
+void PictureArea::makeForScreen()
+{
+    if (!m_original.isNull()) {
+        makePart();
+        placeLabel();
+    }
 }
 
 bool PictureArea::playMovie(const QString &file)

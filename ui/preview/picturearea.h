@@ -62,6 +62,7 @@ private:
     void closeMovie();
     void setPictureSize(const QSize &size);
     void makePart();
+    void makeForScreen();
     void placeLabel();
     void placePicture();
     [[nodiscard]] bool showsPart() const;

@@ -32,15 +32,20 @@ QSize PictureLabel::shownSize() const
 void PictureLabel::paintEvent(QPaintEvent *event)
 {
     const QPixmap picture = shownPicture();
-    if (hasScaledContents() || picture.isNull()) {
-        QLabel::paintEvent(event);
-        return;
+    if (!picture.isNull() && movie() == nullptr
+        && !qFuzzyCompare(picture.devicePixelRatio(), devicePixelRatioF())) {
+        emit screenDiffers();
     }
-    if (devicePixelRatioF() > 1) {
+    const bool isOnScaledScreen = devicePixelRatioF() > 1 && !picture.isNull();
+    if (isOnScaledScreen && !hasScaledContents()) {
         paintScaled(picture);
         return;
     }
-    if (m_offset.isNull()) {
+    if (isOnScaledScreen && movie() != nullptr) {
+        paintStretched(picture);
+        return;
+    }
+    if (hasScaledContents() || picture.isNull() || m_offset.isNull()) {
         QLabel::paintEvent(event);
         return;
     }
@@ -64,4 +69,15 @@ void PictureLabel::paintScaled(const QPixmap &picture)
                           !qFuzzyCompare(ratio, devicePixelRatioF()));
     painter.drawPixmap(QRectF(seen), picture,
                        QRectF(QPointF(part.topLeft()) * ratio, QSizeF(part.size()) * ratio));
+}
+
+/// An animation on a scaled screen, for which QLabel would stretch it twice, and roughly.
+void PictureLabel::paintStretched(const QPixmap &picture)
+{
+    const qreal ratio = devicePixelRatioF();
+    const bool isMadeForIt = picture.size() == (QSizeF(size()) * ratio).toSize();
+    const QSizeF place = isMadeForIt ? QSizeF(picture.size()) / ratio : QSizeF(size());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, !isMadeForIt);
+    painter.drawPixmap(QRectF(QPointF(), place), picture, QRectF(picture.rect()));
 }

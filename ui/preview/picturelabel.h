@@ -4,7 +4,8 @@
 #include <QPoint>
 
 /// A label that can show its picture, still or animated, beside its middle. What lies outside of
-/// the label is not drawn, however large the picture is.
+/// the label is not drawn, however large the picture is. On a scaled screen it is painted in the
+/// pixels of that screen.
 class PictureLabel : public QLabel
 {
     Q_OBJECT
@@ -24,11 +25,16 @@ public:
     /// The size of that picture, in device-independent px.
     [[nodiscard]] QSize shownSize() const;
 
+signals:
+    /// A still picture was painted that is made for a screen of another scale.
+    void screenDiffers();
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     void paintScaled(const QPixmap &picture);
+    void paintStretched(const QPixmap &picture);
 
     QPoint m_offset;
 };

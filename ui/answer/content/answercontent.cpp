@@ -115,7 +115,8 @@ AnswerContent::AnswerContent(const QVector<ContentRow> &rows, const QString &tit
 int AnswerContent::addPicture(const QString &source, const QString &title)
 {
     const QByteArray bytes = bytesOfBase64(inlinePictureText(source));
-    const int number = m_pictures.add(bytes, title, isAnimatedPicture(source), m_costLeft);
+    const int number
+        = m_pictures.add(bytes, title, isAnimatedPicture(source), devicePixelRatioF(), m_costLeft);
     saveAnimation(source, bytes, animationFile(number));
     return number;
 }

@@ -1,6 +1,7 @@
 #include "ui/answer/picture/animationplay.h"
 
 #include "app/base/logstream.h"
+#include "ui/answer/picture/inlinepicture.h"
 #include "ui/answer/picture/picturereading.h"
 #include "ui/style/movierest.h"
 
@@ -78,8 +79,10 @@ bool AnimationPlay::start()
     }
     playing().append(this);
     m_movie = new QMovie(m_file, QByteArray(), m_label);
-    if (pixelsOf(m_canvas) > pixelsOfALarge) {
-        m_movie->setScaledSize(m_label->size()); // or each frame is kept twice in full
+    m_ratio = m_label->devicePixelRatioF();
+    if (m_ratio > 1 || pixelsOf(m_canvas) > pixelsOfALarge) {
+        // Or each frame is kept twice in full, and a scaled screen shows it coarse.
+        m_movie->setScaledSize(sizeOnScreen(m_label->size(), m_ratio));
     }
     new MovieRest(m_movie, m_label); // which the movie owns
     m_label->setScaledContents(true);
@@ -101,11 +104,26 @@ void AnimationPlay::release()
     delete m_movie;
 }
 
+bool AnimationPlay::isForAnotherScreen() const
+{
+    return m_movie != nullptr && !qFuzzyCompare(m_ratio, m_label->devicePixelRatioF());
+}
+
+void AnimationPlay::restart()
+{
+    if (isForAnotherScreen()) {
+        release();
+        start();
+    }
+}
+
 bool AnimationPlay::eventFilter(QObject *watched, QEvent *event)
 {
+    // Not inside the painting, which a new movie would disturb.
     if (event->type() == QEvent::Paint && m_movie == nullptr && !m_told) {
-        // Not inside the painting, which a new movie would disturb.
         QMetaObject::invokeMethod(this, &AnimationPlay::start, Qt::QueuedConnection);
+    } else if (event->type() == QEvent::Paint && isForAnotherScreen()) {
+        QMetaObject::invokeMethod(this, &AnimationPlay::restart, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
 }

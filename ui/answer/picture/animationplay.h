@@ -29,6 +29,8 @@ protected:
 
 private:
     void release();
+    void restart();
+    [[nodiscard]] bool isForAnotherScreen() const;
     [[nodiscard]] bool isSeen() const;
     [[nodiscard]] static bool makeRoom(qint64 pixels);
 
@@ -36,5 +38,6 @@ private:
     QString m_file;
     QSize m_canvas;
     QPointer<QMovie> m_movie;
+    qreal m_ratio = 1;   ///< of the screen that the movie is made for
     bool m_told = false; ///< that there is no room for it
 };

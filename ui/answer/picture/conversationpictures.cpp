@@ -39,7 +39,7 @@ ConversationPictures::ConversationPictures()
 ConversationPictures::~ConversationPictures() = default;
 
 int ConversationPictures::add(const QByteArray &data, const QString &title, bool isAnimated,
-                              qint64 &costLeft)
+                              qreal ratio, qint64 &costLeft)
 {
     const int number = m_pictures.size();
     ConversationPicture picture;
@@ -53,7 +53,7 @@ int ConversationPictures::add(const QByteArray &data, const QString &title, bool
         return number; // the header gives it its place
     }
     costLeft -= picture.cost;
-    const RowPicture decoded = decodeForRow(data, isAnimated);
+    const RowPicture decoded = decodeForRow(data, isAnimated, ratio);
     settle(number, decoded.size);
     if (!decoded.shown.isNull()) {
         keepShown(number, QPixmap::fromImage(decoded.shown));
@@ -109,7 +109,7 @@ void ConversationPictures::want(int number, PictureDecoder::Turn turn)
     ConversationPicture &picture = m_pictures[number];
     if (!picture.isAwaited) {
         picture.isAwaited = true;
-        m_decoder.decodeForRow(number, picture.isAnimated, turn);
+        m_decoder.decodeForRow(number, picture.isAnimated, picture.row->devicePixelRatioF(), turn);
     } else if (turn == PictureDecoder::Turn::First) {
         m_decoder.hurry(number);
     }

@@ -54,9 +54,11 @@ public:
     [[nodiscard]] int count() const { return m_pictures.size(); }
     [[nodiscard]] const ConversationPicture &at(int number) const { return m_pictures.at(number); }
 
-    /// Adds the picture \a data of an answer with \a title and returns its number. It is decoded at
-    /// once if that costs no more than \a costLeft, which it takes from.
-    int add(const QByteArray &data, const QString &title, bool isAnimated, qint64 &costLeft);
+    /// Adds the picture \a data of an answer with \a title, on a screen of \a ratio, and returns
+    /// its number. It is decoded at once if that costs no more than \a costLeft, which it takes
+    /// from.
+    int add(const QByteArray &data, const QString &title, bool isAnimated, qreal ratio,
+            qint64 &costLeft);
 
     /// Lets \a row show picture \a number, now or once it is decoded.
     void showIn(PictureRow *row, int number);

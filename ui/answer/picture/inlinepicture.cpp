@@ -58,6 +58,11 @@ QSize shownPictureSize(const QSize &size, bool isAnimated)
     return (isAnimated ? label : size.scaled(label, Qt::KeepAspectRatio)).expandedTo({1, 1});
 }
 
+QSize sizeOnScreen(const QSize &size, qreal ratio)
+{
+    return (QSizeF(size) * ratio).toSize();
+}
+
 void saveAnimation(const QString &part, const QByteArray &data, const QString &fileName)
 {
     if (!isAnimatedPicture(part)) {

@@ -20,6 +20,9 @@
 /// a still one inside it, proportions kept. At least a pixel each way.
 [[nodiscard]] QSize shownPictureSize(const QSize &size, bool isAnimated);
 
+/// \a size, in device-independent px, in whole pixels of a screen of \a ratio.
+[[nodiscard]] QSize sizeOnScreen(const QSize &size, qreal ratio);
+
 /// Writes \a data to \a fileName when the image tag \a part holds an animation, making its folder
 /// first. A file that cannot be written gives a warning in the log; the animation then has no
 /// frames.

@@ -32,9 +32,9 @@ PictureDecoder::~PictureDecoder()
     }
 }
 
-void PictureDecoder::decodeForRow(int number, bool isAnimated, Turn turn)
+void PictureDecoder::decodeForRow(int number, bool isAnimated, qreal ratio, Turn turn)
 {
-    post({isAnimated ? Kind::Animation : Kind::Row, number}, turn);
+    post({isAnimated ? Kind::Animation : Kind::Row, number, ratio}, turn);
 }
 
 bool PictureDecoder::isForRow(const Job &job)
@@ -63,12 +63,12 @@ void PictureDecoder::decodeWhole(int number, Purpose purpose)
         };
         m_jobs.erase(std::remove_if(m_jobs.begin(), m_jobs.end(), isEarlier), m_jobs.end());
     }
-    post({kind, number}, Turn::First);
+    post({kind, number, 1}, Turn::First);
 }
 
 void PictureDecoder::removeLeftFiles()
 {
-    post({Kind::LeftFiles, 0}, Turn::Last);
+    post({Kind::LeftFiles, 0, 1}, Turn::Last);
 }
 
 void PictureDecoder::post(const Job &job, Turn turn)
@@ -126,7 +126,7 @@ PictureDecoder::Result PictureDecoder::resultOf(const Job &job)
         return result; // known to be none, or given up, by now
     }
     if (isForRow(job)) {
-        result.picture = ::decodeForRow(data, job.kind == Kind::Animation, &m_isEnding);
+        result.picture = ::decodeForRow(data, job.kind == Kind::Animation, job.ratio, &m_isEnding);
     } else {
         result.picture.shown = withPixmapFormat(decodeImage(data, &m_isEnding));
     }

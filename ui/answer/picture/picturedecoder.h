@@ -34,9 +34,9 @@ public:
     /// Drops what waits. The picture that is being decoded is given up at the next of its bytes.
     ~PictureDecoder() override;
 
-    /// Decodes picture \a number for its row, a moving one if \a isAnimated; rowDecoded() tells
-    /// of it.
-    void decodeForRow(int number, bool isAnimated, Turn turn);
+    /// Decodes picture \a number for its row on a screen of \a ratio, a moving one if
+    /// \a isAnimated; rowDecoded() tells of it.
+    void decodeForRow(int number, bool isAnimated, qreal ratio, Turn turn);
 
     /// Decodes picture \a number, which waits for its row, before the others.
     void hurry(int number);
@@ -78,6 +78,7 @@ private:
     {
         Kind kind;
         int number;
+        qreal ratio; ///< of the screen of the row
     };
 
     struct Result

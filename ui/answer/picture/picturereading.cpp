@@ -143,7 +143,7 @@ QImage withPixmapFormat(QImage image)
     return std::move(image).convertToFormat(format);
 }
 
-RowPicture decodeForRow(const QByteArray &data, bool isAnimated,
+RowPicture decodeForRow(const QByteArray &data, bool isAnimated, qreal ratio,
                         const std::atomic<bool> *isCancelled)
 {
     QImage whole = decodeImage(data, isCancelled);
@@ -152,6 +152,13 @@ RowPicture decodeForRow(const QByteArray &data, bool isAnimated,
     }
     const QSize size = whole.size();
     const QImage shown = withPixmapFormat(std::move(whole));
-    return {size, shown.scaled(shownPictureSize(size, isAnimated), Qt::IgnoreAspectRatio,
-                               Qt::SmoothTransformation)};
+    return {size, scaledForScreen(shown, shownPictureSize(size, isAnimated), ratio)};
+}
+
+QImage scaledForScreen(const QImage &picture, const QSize &size, qreal ratio)
+{
+    QImage scaled = picture.scaled(sizeOnScreen(size, ratio), Qt::IgnoreAspectRatio,
+                                   Qt::SmoothTransformation);
+    scaled.setDevicePixelRatio(ratio);
+    return scaled;
 }

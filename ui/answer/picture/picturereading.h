@@ -11,7 +11,7 @@
 struct RowPicture
 {
     QSize size;   ///< of the whole picture, px; invalid when there is none
-    QImage shown; ///< scaled to the row, in the format of pixmaps
+    QImage shown; ///< scaled to the row's pixels on its screen, in the format of pixmaps
 };
 
 /// Reads \a data in any format that Qt knows. Null, with a warning in the log, when they
@@ -23,9 +23,13 @@ struct RowPicture
 [[nodiscard]] QImage decodeImage(const QByteArray &data,
                                  const std::atomic<bool> *isCancelled = nullptr);
 
-/// Decodes \a data, and scales it for its row, on any thread; likewise.
-[[nodiscard]] RowPicture decodeForRow(const QByteArray &data, bool isAnimated,
+/// Decodes \a data, and scales it for its row on a screen of \a ratio, on any thread; likewise.
+[[nodiscard]] RowPicture decodeForRow(const QByteArray &data, bool isAnimated, qreal ratio,
                                       const std::atomic<bool> *isCancelled = nullptr);
+
+/// \a picture as it is shown in \a size device-independent px on a screen of \a ratio: in the
+/// pixels of that screen.
+[[nodiscard]] QImage scaledForScreen(const QImage &picture, const QSize &size, qreal ratio);
 
 /// \a image in the format of pixmaps, in place where it can be.
 [[nodiscard]] QImage withPixmapFormat(QImage image);

@@ -2,11 +2,11 @@
 
 #include "ui/answer/picture/animationplay.h"
 #include "ui/answer/picture/inlinepicture.h"
+#include "ui/preview/picturelabel.h"
 #include "ui/style/styles.h"
 #include "ui/text/bubblelabel.h"
 
 #include <QEvent>
-#include <QLabel>
 #include <QListWidgetItem>
 #include <QPushButton>
 
@@ -23,13 +23,14 @@ QString pictureStyle()
 
 PictureRow::PictureRow(QWidget *parent)
     : QWidget(parent)
-    , m_label(new QLabel(this))
+    , m_label(new PictureLabel(this))
     , m_button(new QPushButton(this))
 {
     setContentsMargins(0, 0, 0, 0);
     setStyleSheet(styles::transparentItem);
     m_label->setStyleSheet(pictureStyle());
     m_label->installEventFilter(this);
+    connect(m_label, &PictureLabel::screenDiffers, this, &PictureRow::pictureWanted);
     m_button->setStyleSheet(pictureStyle());
     m_button->setFlat(true);
     m_button->setCursor(Qt::PointingHandCursor);
@@ -37,6 +38,11 @@ PictureRow::PictureRow(QWidget *parent)
     m_button->setAccessibleName(tr("查看图片"));
     m_button->setToolTip(m_button->accessibleName());
     setPictureSize({0, 0});
+}
+
+QLabel *PictureRow::label() const
+{
+    return m_label;
 }
 
 void PictureRow::setPlace(const QSize &size, bool isAnimated)
@@ -48,8 +54,8 @@ void PictureRow::setPlace(const QSize &size, bool isAnimated)
 
 void PictureRow::showStill(const QPixmap &picture)
 {
-    lastPictureHeight = qMin(picture.height(), m_label->height());
     m_label->setPixmap(picture);
+    lastPictureHeight = qMin(m_label->shownSize().height(), m_label->height());
 }
 
 bool PictureRow::play(const QString &file, const QSize &canvas)

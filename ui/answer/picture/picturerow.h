@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class AnimationPlay;
+class PictureLabel;
 class QLabel;
 class QListWidgetItem;
 class QPixmap;
@@ -43,13 +44,13 @@ public:
     /// Makes this the row of \a item of a list, which has its size from now on.
     void joinListAs(QListWidgetItem *item);
 
-    [[nodiscard]] QLabel *label() const { return m_label; }
+    [[nodiscard]] QLabel *label() const;
     [[nodiscard]] QPushButton *button() const { return m_button; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
-    /// The row is painted without its picture.
+    /// The row is painted without its picture, or with one for a screen of another scale.
     void pictureWanted();
 
     /// The row is higher or lower than it was.
@@ -58,7 +59,7 @@ signals:
 private:
     void setPictureSize(const QSize &size);
 
-    QLabel *m_label;
+    PictureLabel *m_label;
     QPushButton *m_button;
     AnimationPlay *m_animation = nullptr; ///< once the picture has been played
     QListWidgetItem *m_item = nullptr;    ///< once it is in a list

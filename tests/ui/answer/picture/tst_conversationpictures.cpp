@@ -60,14 +60,14 @@ void TestConversationPictures::fill(ConversationPictures &pictures, int count)
 {
     qint64 costLeft = AnswerContent::mostCostAtOnce;
     for (int i = 0; i < count; ++i) {
-        (void)pictures.add(encoded({10 + i, 20}), QString::number(i), false, costLeft);
+        (void)pictures.add(encoded({10 + i, 20}), QString::number(i), false, 1, costLeft);
     }
 }
 
 void TestConversationPictures::fillDear(ConversationPictures &pictures)
 {
     qint64 costLeft = 0;
-    (void)pictures.add(encoded(dearSize), QString(), false, costLeft);
+    (void)pictures.add(encoded(dearSize), QString(), false, 1, costLeft);
     fill(pictures, 1);
 }
 
@@ -165,7 +165,7 @@ void TestConversationPictures::rowPictures_takeLittleInAll()
     const QByteArray data = encoded({430, 110}); // 185 KiB in a row
     qint64 costLeft = std::numeric_limits<qint64>::max();
     for (int i = 0; i < 400; ++i) {
-        (void)pictures.add(data, QString(), false, costLeft);
+        (void)pictures.add(data, QString(), false, 1, costLeft);
     }
     QVERIFY(pictures.shownBytes() <= ConversationPictures::mostShownBytes);
     QVERIFY(pictures.shownBytes() > ConversationPictures::mostShownBytes / 2);
@@ -183,7 +183,7 @@ void TestConversationPictures::droppedRowPicture_comesBackWhenItIsSeen()
     window.resize(500, 300);
     QVector<PictureRow *> rows;
     const auto add = [&] {
-        const int number = pictures.add(data, QString(), false, costLeft);
+        const int number = pictures.add(data, QString(), false, 1, costLeft);
         rows.append(new PictureRow(&window));
         pictures.showIn(rows.last(), number);
         return rows.last()->label();

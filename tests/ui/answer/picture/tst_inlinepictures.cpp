@@ -92,7 +92,7 @@ PictureRow *TestInlinePictures::stillRow(const QPixmap &pixmap)
     const QByteArray bytes = pixmap.isNull() ? "none" : encoded(pixmap.toImage(), "PNG");
     m_row = std::make_unique<PictureRow>(nullptr);
     m_row->setPlace(pixmap.size(), false);
-    m_row->showStill(QPixmap::fromImage(decodeForRow(bytes, false).shown));
+    m_row->showStill(QPixmap::fromImage(decodeForRow(bytes, false, 1).shown));
     m_row->fitToPicture(m_row->label()->width());
     return m_row.get();
 }
@@ -286,7 +286,7 @@ void TestInlinePictures::animation_isWrittenAndPlays()
     ConversationPictures pictures;
     qint64 costLeft = 0;
     for (int number = 0; number < 3; ++number) {
-        (void)pictures.add(gif, QString(), true, costLeft);
+        (void)pictures.add(gif, QString(), true, 1, costLeft);
     }
     QWidget bubble;
     const AnswerContent content(tag(gif, "gif"), QString(), pictures, &bubble);

@@ -76,7 +76,7 @@ void TestPictureDecoder::picturesForRows_comeInOrder_scaled()
     m_store->add(encoded({1600, 200}, "JPEG"));
     m_store->add(encoded({20, 10}));
     for (int number = 0; number < 3; ++number) {
-        m_decoder->decodeForRow(number, false, PictureDecoder::Turn::Last);
+        m_decoder->decodeForRow(number, false, 1, PictureDecoder::Turn::Last);
     }
     QTRY_COMPARE(m_order, (QVector<int>{0, 1, 2}));
     QCOMPARE(m_pictures.at(0).size, QSize(1920, 1080));
@@ -90,7 +90,7 @@ void TestPictureDecoder::picturesForRows_comeInOrder_scaled()
 void TestPictureDecoder::animation_fillsItsRow()
 {
     m_store->add(encoded({1600, 200}));
-    m_decoder->decodeForRow(0, true, PictureDecoder::Turn::Last);
+    m_decoder->decodeForRow(0, true, 1, PictureDecoder::Turn::Last);
     QTRY_COMPARE(m_order.size(), 1);
     QCOMPARE(m_pictures.first().shown.size(), QSize(430, 110));
 }
@@ -99,7 +99,7 @@ void TestPictureDecoder::brokenPicture_hasNoSize_withAWarning()
 {
     const LogCapture log;
     m_store->add(encoded({200, 100}).left(60));
-    m_decoder->decodeForRow(0, false, PictureDecoder::Turn::Last);
+    m_decoder->decodeForRow(0, false, 1, PictureDecoder::Turn::Last);
     QTRY_COMPARE(m_order.size(), 1);
     QVERIFY(!m_pictures.first().size.isValid());
     QVERIFY(m_pictures.first().shown.isNull());
@@ -110,7 +110,7 @@ void TestPictureDecoder::noData_haveNoSize_withoutAWarning()
 {
     const LogCapture log;
     m_store->add(QByteArray());
-    m_decoder->decodeForRow(0, false, PictureDecoder::Turn::Last);
+    m_decoder->decodeForRow(0, false, 1, PictureDecoder::Turn::Last);
     QTRY_COMPARE(m_order.size(), 1);
     QVERIFY(!m_pictures.first().size.isValid());
     QCOMPARE(log.lines(), QStringList());
@@ -121,7 +121,7 @@ void TestPictureDecoder::hurriedPicture_comesBeforeThoseThatWait()
     const QByteArray data = encoded({800, 600});
     for (int number = 0; number < 30; ++number) {
         m_store->add(data);
-        m_decoder->decodeForRow(number, false, PictureDecoder::Turn::Last);
+        m_decoder->decodeForRow(number, false, 1, PictureDecoder::Turn::Last);
     }
     m_decoder->hurry(29);
     QTRY_COMPARE(m_order.size(), 30);
@@ -137,7 +137,7 @@ void TestPictureDecoder::wholePicture_comesBeforeThoseThatWait()
     const QByteArray data = encoded({800, 600});
     for (int number = 0; number < 30; ++number) {
         m_store->add(data);
-        m_decoder->decodeForRow(number, false, PictureDecoder::Turn::Last);
+        m_decoder->decodeForRow(number, false, 1, PictureDecoder::Turn::Last);
     }
     QImage whole;
     int before = -1;
@@ -157,7 +157,7 @@ void TestPictureDecoder::wholePicture_comesBeforeThoseThatWait()
 void TestPictureDecoder::wholePictureThatIsNoLongerWanted_isNotDecoded()
 {
     m_store->add(encoded({4000, 4000}));
-    m_decoder->decodeForRow(0, false, PictureDecoder::Turn::Last); // keeps the thread busy
+    m_decoder->decodeForRow(0, false, 1, PictureDecoder::Turn::Last); // keeps the thread busy
     QSignalSpy whole(m_decoder.get(), &PictureDecoder::wholeDecoded);
     const QByteArray small = encoded({20, 20});
     for (int number = 1; number < 20; ++number) {
@@ -180,7 +180,7 @@ void TestPictureDecoder::manyPictures_withTheStoreInUse()
             });
     for (int number = 0; number < 100; ++number) {
         m_store->add(encoded({20 + number, 10}));
-        m_decoder->decodeForRow(number, false, PictureDecoder::Turn::Last);
+        m_decoder->decodeForRow(number, false, 1, PictureDecoder::Turn::Last);
     }
     QTRY_COMPARE(good, 100);
 }
@@ -195,7 +195,7 @@ void TestPictureDecoder::end_doesNotWaitForALargePicture()
     const qint64 all = clock.elapsed();
     for (int number = 0; number < 30; ++number) {
         m_store->add(data);
-        m_decoder->decodeForRow(number, false, PictureDecoder::Turn::Last);
+        m_decoder->decodeForRow(number, false, 1, PictureDecoder::Turn::Last);
     }
     QTRY_VERIFY(!m_order.isEmpty()); // the next is being decoded
     clock.start();

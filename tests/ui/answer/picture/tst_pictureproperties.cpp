@@ -70,7 +70,7 @@ void TestPictureProperties::row_isAsHighAsThePictureInIt()
         const QSize size(generator.anyOrder(1, 1500), generator.anyOrder(1, 400));
         PictureRow row(nullptr);
         row.setPlace(size, false);
-        row.showStill(QPixmap::fromImage(decodeForRow(encoded(size), false).shown));
+        row.showStill(QPixmap::fromImage(decodeForRow(encoded(size), false, 1).shown));
         row.fitToPicture(row.label()->width());
         const QSize label = plainLabelSize(size);
         if (label.isEmpty()) {
@@ -91,7 +91,7 @@ void TestPictureProperties::shown_areTheNewestWithinTheLimit()
         qint64 costLeft = std::numeric_limits<qint64>::max();
         for (int left = generator.between(100, 500); left > 0; --left) {
             const QSize size(generator.between(1, 430), generator.between(1, 110));
-            (void)pictures.add(encoded(size), QString(), false, costLeft);
+            (void)pictures.add(encoded(size), QString(), false, 1, costLeft);
         }
         qint64 bytes = 0;
         for (int k = pictures.count() - 1; k >= 0; --k) {
