@@ -28,6 +28,11 @@ packages=(
     xclip                # carries Chinese text into the input box
     libfaketime          # puts the program's clock forward in the tour and the tests
     openbox              # minimises and restores windows in the tests of the start-up
+    at-spi2-core         # the desktop's accessibility service, in a test of what a screen reader reads
+    gir1.2-atspi-2.0     # what a screen reader reads through
+    python3-gi           # brings that to the test
+    dbus-daemon          # the session's bus of that test
+    dbus-bin             # asks whether that service is ready
     openssl              # makes the certificate in a test of the demo service
     clang-format         # make format, make format-check
     clang-tidy           # make tidy

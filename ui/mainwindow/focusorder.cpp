@@ -1,5 +1,7 @@
 #include "ui/mainwindow/focusorder.h"
 
+#include "ui/text/reader/readgroup.h"
+
 #include <QWidget>
 
 #include <algorithm>
@@ -19,10 +21,25 @@ bool before(const Stop &one, const Stop &other)
                                             : one.place.x() < other.place.x();
 }
 
+/// Whether the fold of an answer hides all of \a widget. Being scrolled out of view is no matter.
+bool isFoldedAway(const QWidget *widget)
+{
+    const QWidget *const entry = groupAround(widget);
+    const auto *const group = dynamic_cast<const ReadGroup *>(entry);
+    if (group == nullptr || group->readRole() != QAccessible::ListItem) {
+        return false;
+    }
+    QRect seen = widget->rect();
+    for (const QWidget *part = widget; part != entry; part = part->parentWidget()) {
+        seen = seen.translated(part->pos()) & part->parentWidget()->rect();
+    }
+    return seen.isEmpty();
+}
+
 bool takesTab(const QWidget *widget)
 {
     return widget->isVisible() && widget->isEnabled() && widget->focusProxy() == nullptr
-        && (widget->focusPolicy() & Qt::TabFocus) != 0;
+        && (widget->focusPolicy() & Qt::TabFocus) != 0 && !isFoldedAway(widget);
 }
 
 /// Places are compared within one area: what is scrolled out of view has one like everything else.

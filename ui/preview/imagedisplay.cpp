@@ -11,7 +11,10 @@
 #include "ui/preview/previewtoolbar.h"
 #include "ui/preview/resizeborder.h"
 #include "ui/style/screenfollower.h"
+#include "ui/text/richtext.h"
+#include "ui/text/textwrap.h"
 
+#include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
@@ -116,6 +119,7 @@ void ImageDisplay::takePicture(const QPixmap &picture, const QString &title, boo
     setCurrentIndex(number);
     resetStill();
     m_titleBar->setPictureTitle(title);
+    m_area->label()->setAccessibleName(readableText(shownPart(title)).simplified());
 }
 
 void ImageDisplay::setCurrentIndex(int number)

@@ -61,6 +61,7 @@ PreviewTitleBar::PreviewTitleBar(QWidget *parent)
     auto *title = new QLabel(tr("图片预览"), this);
     title->setObjectName(QStringLiteral("previewTitle"));
     title->setStyleSheet(titleStyle);
+    title->lower(); // a screen reader reads it first, as it stands first
     m_position->setObjectName(QStringLiteral("picturePosition"));
     m_position->setStyleSheet(positionStyle);
     m_position->hide();

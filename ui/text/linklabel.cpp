@@ -1,7 +1,9 @@
 #include "ui/text/linklabel.h"
 
 #include "ui/text/linkaddress.h"
+#include "ui/text/reader/textinterface.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -43,6 +45,7 @@ bool LinkLabel::focusNextPrevChild(bool next)
     const bool stayed = QLabel::focusNextPrevChild(next);
     if (stayed) {
         showFocused();
+        announceFocused();
     } else {
         QToolTip::hideText();
     }
@@ -81,6 +84,18 @@ void LinkLabel::showFocused()
 {
     const QRect place = placeOfFocused();
     QToolTip::showText(mapToGlobal(place.bottomLeft()), linkToolTip(focusedAddress()), this);
+}
+
+/// Qt tells a screen reader of the label that gets the focus, not of the links in it.
+void LinkLabel::announceFocused()
+{
+    const auto *text = dynamic_cast<TextInterface *>(QAccessible::queryAccessibleInterface(this));
+    const int link = text == nullptr || !hasSelectedText() ? -1 : text->linkAt(selectionStart());
+    if (link >= 0) {
+        QAccessibleEvent focus(this, QAccessible::Focus);
+        focus.setChild(link);
+        QAccessible::updateAccessibility(&focus);
+    }
 }
 
 QString LinkLabel::focusedAddress() const

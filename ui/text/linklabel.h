@@ -23,6 +23,7 @@ private:
     void activate(const QString &address);
     void showHovered(const QString &address);
     void showFocused();
+    void announceFocused();
     [[nodiscard]] QRect placeOfFocused() const;
     [[nodiscard]] QString focusedAddress() const;
 };

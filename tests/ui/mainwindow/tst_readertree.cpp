@@ -27,6 +27,10 @@ private slots:
     void cleanup();
 
     void windows_areWindows();
+    void noArea_isAFrame();
+    void everyPicture_isNamed();
+    void rowsOfQuestions_arePressedByTheReader();
+    void preview_isReadInOrder();
     void everyWindow_namesItsControls();
     void conversation_leadsDownAndUpTheSameWay();
     void questionAndAnswer_areToldApart();
@@ -34,11 +38,13 @@ private slots:
     void openedAnswer_readsTheOtherBar();
     void picture_isRead();
     void link_isPressedByTheReader();
+    void focusedLink_saysSo();
     void recommendation_isPressedByTheReader();
     void recommendationsOnTheirOwn_areRead();
     void sleepingEntry_isReadWhole();
     void coveredPage_isNoStopAndNotRead();
     void coveredPage_handsTheFocusOn();
+    void whatIsFoldedAway_isNoStopAndIsRead();
 
 private:
     using Found = QVector<QAccessibleInterface *>;
@@ -142,6 +148,73 @@ void TestReaderTree::windows_areWindows()
     QCOMPARE(roleOf(&m_bench->window()), QAccessible::Window);
     QCOMPARE(roleOf(region()->preview()), QAccessible::Window);
     QCOMPARE(roleOf(region()), QAccessible::Client);
+}
+
+void TestReaderTree::noArea_isAFrame()
+{
+    m_bench->window().about_clicked();
+    const QWidgetList all = QApplication::topLevelWidgets();
+    for (QWidget *window : all) {
+        Found found = below(window);
+        found.removeFirst();
+        for (const QAccessibleInterface *interface : qAsConst(found)) {
+            QVERIFY(interface->role() != QAccessible::Border);
+            QVERIFY(interface->role() != QAccessible::Window);
+        }
+    }
+}
+
+void TestReaderTree::everyPicture_isNamed()
+{
+    region()->showAnswer(title, picture());
+    region()->picture_preview(0);
+    int pictures = 0;
+    const QWidgetList all = QApplication::topLevelWidgets();
+    for (QWidget *window : all) {
+        const Found found = below(window);
+        for (const QAccessibleInterface *interface : found) {
+            const bool isPicture = interface->role() == QAccessible::Graphic;
+            pictures += isPicture ? 1 : 0;
+            QVERIFY(!isPicture || !interface->text(QAccessible::Name).isEmpty());
+        }
+    }
+    QCOMPARE(pictures, 2); // in the title bar, and in the preview
+}
+
+void TestReaderTree::rowsOfQuestions_arePressedByTheReader()
+{
+    m_bench->serveHotQuestions(2);
+    m_bench->window().refreshHotQuestionsTimer();
+    QTRY_COMPARE(m_bench->hotRows().at(2), QStringLiteral("3. "));
+    Found lists;
+    const Found found = below(&m_bench->window());
+    for (QAccessibleInterface *interface : found) {
+        if (interface->role() == QAccessible::List) {
+            lists.append(interface);
+        }
+    }
+    QAccessibleInterface *hot = lists.last();
+    QCOMPARE(hot->text(QAccessible::Name), QStringLiteral("热门问答"));
+    QCOMPARE(hot->childCount(), 2); // the empty rows are not read
+    QAccessibleInterface *row = hot->child(1);
+    QCOMPARE(row->role(), QAccessible::Button);
+    QCOMPARE(row->parent(), hot);
+    row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(m_bench->questions(), QStringList{row->text(QAccessible::Name)});
+}
+
+void TestReaderTree::preview_isReadInOrder()
+{
+    region()->showAnswer(title, picture());
+    region()->picture_preview(0);
+    QStringList read = names(below(region()->preview()));
+    read.removeAll(QString()); // areas
+    QCOMPARE(read, (QStringList{QStringLiteral("图片预览"), QStringLiteral("图片预览"),
+                                QStringLiteral("1 / 1"), title, QStringLiteral("最小化"),
+                                QStringLiteral("最大化"), QStringLiteral("关闭"), title,
+                                QStringLiteral("原始大小"), QStringLiteral("适应窗口"),
+                                QStringLiteral("上一张"), QStringLiteral("下一张"),
+                                QStringLiteral("放大"), QStringLiteral("缩小")}));
 }
 
 void TestReaderTree::everyWindow_namesItsControls()
@@ -252,6 +325,19 @@ void TestReaderTree::link_isPressedByTheReader()
     QVERIFY(link->rect().width() > 10);
 }
 
+void TestReaderTree::focusedLink_saysSo()
+{
+    region()->showAnswer(title, text);
+    QAccessibleInterface *link = named(below(lastEntry()), QStringLiteral("链接"));
+    QVERIFY(link->state().focusable);
+    qobject_cast<QWidget *>(link->parent()->object())->setFocus();
+    QVERIFY(!link->state().focused);
+    QTest::keyClick(m_bench->window().focusWidget(), Qt::Key_Tab);
+    QVERIFY(link->state().focused);
+    m_bench->input()->setFocus();
+    QVERIFY(!link->state().focused);
+}
+
 void TestReaderTree::recommendation_isPressedByTheReader()
 {
     region()->showAnswerWithRecommends(title, text, recommends(2), QString());
@@ -314,6 +400,28 @@ void TestReaderTree::coveredPage_handsTheFocusOn()
     QVERIFY(focus != nullptr);
     QCOMPARE(focus->text(), QStringLiteral("换一换"));
     QVERIFY(region()->isAncestorOf(focus));
+}
+
+void TestReaderTree::whatIsFoldedAway_isNoStopAndIsRead()
+{
+    region()->showAnswer(title,
+                         QStringLiteral("<p>长</p>").repeated(20)
+                             + QStringLiteral("<p><a href=\"https://a.example\">尾</a></p>"));
+    QWidget *hidden
+        = qobject_cast<QWidget *>(named(below(lastEntry()), QStringLiteral("尾"))->object());
+    QVERIFY(hidden != nullptr);
+    const auto stops = [this] {
+        QWidgetList found;
+        m_bench->input()->setFocus();
+        do {
+            QTest::keyClick(m_bench->window().focusWidget(), Qt::Key_Tab);
+            found.append(m_bench->window().focusWidget());
+        } while (found.last() != m_bench->input() && found.size() < 100);
+        return found;
+    };
+    QVERIFY(!stops().contains(hidden));
+    region()->FoldToOpen_answer(0);
+    QVERIFY(stops().contains(hidden));
 }
 
 QTEST_MAIN(TestReaderTree)

@@ -58,6 +58,7 @@ TitleBar::TitleBar(AboutButton about, QWidget *parent)
     picture->setGeometry(picturePlace);
     picture->setAttribute(Qt::WA_TranslucentBackground);
     picture->setPicture(QStringLiteral("top-nav-title.png"));
+    picture->setAccessibleName(QStringLiteral("Miravel")); // it shows the name
 
     m_about = makeButton(aboutLeft, aboutStyle(about), tr("关于"), front);
     QPushButton *minimise = makeButton(

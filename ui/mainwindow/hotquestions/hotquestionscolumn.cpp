@@ -1,13 +1,13 @@
 #include "ui/mainwindow/hotquestions/hotquestionscolumn.h"
 
 #include "ui/mainwindow/hotquestions/hotpaging.h"
+#include "ui/mainwindow/questionlist.h"
 #include "ui/style/hovermark.h"
 #include "ui/style/styles.h"
 #include "ui/style/surfaceshadow.h"
 #include "ui/text/plaintooltip.h"
 
 #include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
 
 #include <memory>
@@ -108,7 +108,7 @@ HotQuestionsColumn::HotQuestionsColumn(QWidget *parent)
     frame->setStyleSheet(QStringLiteral("QFrame{background-color:white;border:1px solid rgb(238, "
                                         "240, 244);}"));
     addSurfaceShadow(frame);
-    m_list = new QListWidget(frame);
+    m_list = new QuestionList(frame);
     m_list->setGeometry(listPlace);
     m_list->setMask(listInsideFrame);
     // The column's border is for itself alone.
@@ -180,18 +180,12 @@ void HotQuestionsColumn::showPage()
     }
 }
 
-QPushButton *HotQuestionsColumn::rowButton(int row) const
-{
-    const QWidget *widget = m_list->itemWidget(m_list->item(row));
-    return widget == nullptr ? nullptr : widget->findChild<QPushButton *>();
-}
-
 /// The row whose button has the window's focus, or -1.
 int HotQuestionsColumn::focusedRow() const
 {
     const QWidget *focus = window()->focusWidget();
     for (int row = 0; focus != nullptr && row < m_list->count(); ++row) {
-        if (rowButton(row) == focus) {
+        if (m_list->rowButton(row) == focus) {
             return row;
         }
     }
@@ -200,7 +194,7 @@ int HotQuestionsColumn::focusedRow() const
 
 void HotQuestionsColumn::focusRow(int row)
 {
-    QPushButton *button = rowButton(row);
+    QPushButton *button = m_list->rowButton(row);
     if (button != nullptr && button->focusPolicy() != Qt::NoFocus) {
         button->setFocus();
     }

@@ -6,8 +6,8 @@
 #include <QVector>
 #include <QWidget>
 
-class QListWidget;
 class QPushButton;
+class QuestionList;
 
 /// The column of popular questions at the right of the window: a heading, sixteen rows, and a
 /// button for the next page.
@@ -42,7 +42,6 @@ private:
     void turnPage();
     void showNextServicePage();
     void showPage();
-    [[nodiscard]] QPushButton *rowButton(int row) const;
     [[nodiscard]] int focusedRow() const;
     void focusRow(int row);
     void fillServicePage();
@@ -50,7 +49,7 @@ private:
     QWidget *addRow(const QString &accessibleName);
     void fillRow(QWidget *row, int number, const ListedQuestion &question);
 
-    QListWidget *m_list;
+    QuestionList *m_list;
     QPushButton *m_nextPage;
     bool m_showsLocal = false; ///< which of the two lists is paged through
     QVector<ListedQuestion> m_questions;

@@ -1,6 +1,7 @@
 #include "ui/mainwindow/suggestions/suggestionpopup.h"
 
 #include "service/reply/listedquestion.h"
+#include "ui/mainwindow/questionlist.h"
 #include "ui/mainwindow/suggestions/suggestionhighlight.h"
 #include "ui/style/hovermark.h"
 #include "ui/style/styles.h"
@@ -9,7 +10,6 @@
 #include <QGraphicsDropShadowEffect>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
 #include <QScrollBar>
 
@@ -70,7 +70,7 @@ void setRowText(QLabel *label, const QString &text, SuggestionHighlight &highlig
 SuggestionPopup::SuggestionPopup(const QVector<ListedQuestion> &suggestions, const QString &typed,
                                  QWidget *parent)
     : QWidget(parent)
-    , m_list(new QListWidget(this))
+    , m_list(new QuestionList(this))
 {
     const int rows = qMin(suggestions.size(), capacity);
     setGeometry(popupPlace(rows));

@@ -3,8 +3,8 @@
 #include <QVector>
 #include <QWidget>
 
-class QListWidget;
 class QPushButton;
+class QuestionList;
 class SuggestionHighlight;
 struct ListedQuestion;
 
@@ -39,6 +39,6 @@ private:
 
     [[nodiscard]] bool takeKey(QPushButton *button, int key);
 
-    QListWidget *m_list;
+    QuestionList *m_list;
     QVector<QPushButton *> m_buttons; ///< of the rows, which own them
 };

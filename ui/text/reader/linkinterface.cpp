@@ -81,6 +81,9 @@ QAccessible::State LinkInterface::state() const
     state.readOnly = true;
     state.invalid = m_label.isNull();
     state.invisible = m_label.isNull() || !m_label->isVisible();
+    state.focusable = true;
+    state.focused = !m_label.isNull() && m_label->hasFocus() && m_label->hasSelectedText()
+                 && m_label->selectionStart() == m_link.position;
     return state;
 }
 

@@ -11,6 +11,11 @@ struct ReadLink
     QString text;
     QString address;
     int position;
+
+    [[nodiscard]] bool operator==(const ReadLink &other) const
+    {
+        return text == other.text && address == other.address && position == other.position;
+    }
 };
 
 /// How a link in a label meets a screen reader: what it does when it is pressed is what a click on
@@ -21,6 +26,8 @@ class LinkInterface final : public QAccessibleInterface, public QAccessibleActio
 
 public:
     LinkInterface(QLabel *label, const ReadLink &link);
+
+    [[nodiscard]] const ReadLink &link() const { return m_link; }
 
     [[nodiscard]] bool isValid() const override { return !m_label.isNull(); }
     [[nodiscard]] QObject *object() const override { return nullptr; }

@@ -19,14 +19,22 @@ QAccessibleInterface *PartInterface::parent() const
 
 QString PartInterface::text(QAccessible::Text kind) const
 {
-    if (kind != QAccessible::Name || !widget()->accessibleName().isEmpty()) {
+    if (kind != QAccessible::Name) {
         return QAccessibleWidget::text(kind);
+    }
+    return name().trimmed(); // a text may end with the lines that keep it apart
+}
+
+QString PartInterface::name() const
+{
+    if (!widget()->accessibleName().isEmpty()) {
+        return widget()->accessibleName();
     }
     if (const auto *button = qobject_cast<QAbstractButton *>(widget())) {
         return button->text();
     }
     const auto *label = qobject_cast<QLabel *>(widget());
-    return label == nullptr ? QAccessibleWidget::text(kind) : label->text();
+    return label == nullptr ? QString() : label->text();
 }
 
 QStringList PartInterface::actionNames() const

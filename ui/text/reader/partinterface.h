@@ -11,10 +11,13 @@ public:
 
     [[nodiscard]] QAccessibleInterface *parent() const override;
 
-    /// The widget's accessible name, or else the text that it shows.
+    /// The widget's accessible name, or else the text that it shows, without blanks around it.
     [[nodiscard]] QString text(QAccessible::Text kind) const override;
 
     // A button is pressed; other parts do what every widget does.
     [[nodiscard]] QStringList actionNames() const override;
     void doAction(const QString &name) override;
+
+private:
+    [[nodiscard]] QString name() const;
 };

@@ -28,9 +28,13 @@ QAccessibleInterface *readerInterface(const QString &className, QObject *object)
                  ? nullptr
                  : new PartInterface(widget, QAccessible::Button);
     }
-    // Qt takes a window of no particular kind for a mere area.
-    const bool isPlainWindow = className == QLatin1String("QWidget") && widget->isWindow();
-    return isPlainWindow ? new QAccessibleWidget(widget, QAccessible::Window) : nullptr;
+    // Qt takes a window of no particular kind for a mere area, and a mere area for a frame, which
+    // some readers take for a window.
+    if (className == QLatin1String("QWidget") && widget->isWindow()) {
+        return new QAccessibleWidget(widget, QAccessible::Window);
+    }
+    const bool isArea = className == QLatin1String("QFrame") && !widget->isWindow();
+    return isArea ? new QAccessibleWidget(widget, QAccessible::Client) : nullptr;
 }
 
 } // namespace

@@ -2,6 +2,14 @@
 
 #include <QWidget>
 
+void forgetEarlyInterface(QWidget *group)
+{
+    if (QAccessible::isActive()) { // else nobody was told
+        QAccessibleInterface *early = QAccessible::queryAccessibleInterface(group);
+        QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(early));
+    }
+}
+
 QWidget *groupAround(const QWidget *widget)
 {
     QWidget *around = widget->isWindow() ? nullptr : widget->parentWidget();

@@ -25,5 +25,9 @@ protected:
     ~ReadGroup() = default;
 };
 
+/// For the constructor of a group whose base class may have told readers of itself: what Qt made
+/// for them then knows nothing of the group, and is dropped.
+void forgetEarlyInterface(QWidget *group);
+
 /// The group that \a widget is read in; null when there is none.
 [[nodiscard]] QWidget *groupAround(const QWidget *widget);

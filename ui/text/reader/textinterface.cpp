@@ -28,6 +28,11 @@ QVector<ReadLink> linksIn(const QTextDocument &document)
     return links;
 }
 
+const ReadLink &linkOf(QAccessible::Id id)
+{
+    return static_cast<LinkInterface *>(QAccessible::accessibleInterface(id))->link();
+}
+
 } // namespace
 
 TextInterface::TextInterface(QLabel *label)
@@ -58,16 +63,27 @@ const QVector<QAccessible::Id> &TextInterface::links() const
         return m_links;
     }
     if (label->text() != m_text || document->revision() != m_revision) {
-        dropLinks();
         m_text = label->text();
         m_revision = document->revision();
-        const QVector<ReadLink> found = linksIn(*document);
-        for (const ReadLink &link : found) {
-            m_links.append(
-                QAccessible::registerAccessibleInterface(new LinkInterface(label, link)));
-        }
+        takeLinks(label, linksIn(*document));
     }
     return m_links;
+}
+
+/// The same links stay: a reader may still know them.
+void TextInterface::takeLinks(QLabel *label, const QVector<ReadLink> &found) const
+{
+    QVector<ReadLink> known;
+    for (const QAccessible::Id id : qAsConst(m_links)) {
+        known.append(linkOf(id));
+    }
+    if (known == found) {
+        return;
+    }
+    dropLinks();
+    for (const ReadLink &link : found) {
+        m_links.append(QAccessible::registerAccessibleInterface(new LinkInterface(label, link)));
+    }
 }
 
 int TextInterface::childCount() const
@@ -85,6 +101,17 @@ int TextInterface::indexOfChild(const QAccessibleInterface *child) const
 {
     for (int index = 0; index < links().size(); ++index) {
         if (QAccessible::accessibleInterface(links()[index]) == child) {
+            return index;
+        }
+    }
+    return -1;
+}
+
+int TextInterface::linkAt(int position) const
+{
+    const QVector<QAccessible::Id> &found = links();
+    for (int index = 0; index < found.size(); ++index) {
+        if (linkOf(found[index]).position == position) {
             return index;
         }
     }

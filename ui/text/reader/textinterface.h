@@ -5,6 +5,7 @@
 #include <QVector>
 
 class QLabel;
+struct ReadLink;
 
 /// How a text inside a ReadGroup meets a screen reader: with the links in it as children. Owned by
 /// Qt's cache of interfaces.
@@ -20,8 +21,12 @@ public:
     [[nodiscard]] QAccessibleInterface *child(int index) const override;
     [[nodiscard]] int indexOfChild(const QAccessibleInterface *child) const override;
 
+    /// The number of the link that begins at \a position of the label's text, or -1.
+    [[nodiscard]] int linkAt(int position) const;
+
 private:
     [[nodiscard]] const QVector<QAccessible::Id> &links() const;
+    void takeLinks(QLabel *label, const QVector<ReadLink> &found) const;
     void dropLinks() const;
 
     mutable QVector<QAccessible::Id> m_links; ///< read on demand
