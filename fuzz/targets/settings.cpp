@@ -1,3 +1,4 @@
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/parts.h"
@@ -9,7 +10,6 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSettings>
 #include <QUrl>
 
 namespace {
@@ -21,7 +21,7 @@ QString written(const QString &text)
 }
 
 /// The body of a call, which must be an object with the settings of \a group and \a count members.
-QJsonObject checkBody(const QSettings &settings, const ServiceCall &call, const char *group,
+QJsonObject checkBody(const SettingsFile &settings, const ServiceCall &call, const char *group,
                       int count)
 {
     const auto value = [&settings, group](const char *name) {
@@ -78,7 +78,7 @@ void runTarget(const QByteArray &input)
     const QString question = QString::fromUtf8(parts.at(1));
     checkHeaders(path);
 
-    const QSettings settings(path, QSettings::IniFormat);
+    const SettingsFile settings(path);
     const ServiceCall hot = hotCall(path);
     checkBody(settings, hot, "HotRecommendation", 3);
     const ServiceCall association = associationCall(path, question);
