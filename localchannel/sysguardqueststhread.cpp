@@ -2,12 +2,11 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "app/base/texttools.h"
 #include "localchannel/asyntcpsocket.h"
 #include "localchannel/guardmessage.h"
-
-#include <QSettings>
 
 namespace {
 
@@ -23,7 +22,7 @@ SysguardQuestsThread::SysguardQuestsThread(QObject * /*parent*/)
     , iniFilePath(miravelConfigPath())
     , m_unread(unreadLimit)
 {
-    const QSettings settings(iniFilePath, QSettings::IniFormat);
+    const SettingsFile settings(iniFilePath);
     port = settings.value(settingsName(SettingsKey::GuardPort)).toInt();
     LOG_INFO() << "SysguardQuestsThread port =" << port;
 }

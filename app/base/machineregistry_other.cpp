@@ -1,9 +1,8 @@
 #include "app/base/machineregistry.h"
-
-#include <QSettings>
+#include "app/base/settingsfile.h"
 
 QString machineRegistryText(const QString &key, const QString &name)
 {
-    const QSettings file(QStringLiteral("HKEY_LOCAL_MACHINE\\") + key, QSettings::NativeFormat);
+    const SettingsFile file(QStringLiteral("HKEY_LOCAL_MACHINE\\") + key);
     return file.value(name).toString();
 }

@@ -13,6 +13,20 @@ QString throughLocalEncoding(const QString &text)
     return QString::fromLocal8Bit(text.toLocal8Bit().constData());
 }
 
+QString wholeCharacters(QString text)
+{
+    for (int place = 0; place < text.size(); ++place) {
+        const bool isPair = text.at(place).isHighSurrogate() && place + 1 < text.size()
+                         && text.at(place + 1).isLowSurrogate();
+        if (isPair) {
+            ++place;
+        } else if (text.at(place).isSurrogate()) {
+            text[place] = QChar::ReplacementCharacter;
+        }
+    }
+    return text;
+}
+
 QString timeOfDay()
 {
     return QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"));

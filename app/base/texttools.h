@@ -11,5 +11,9 @@
 /// cannot hold comes back as its substitute.
 [[nodiscard]] QString throughLocalEncoding(const QString &text);
 
+/// \a text with U+FFFD for each half of a surrogate pair that lacks the other one: no document in
+/// UTF-8 can hold such a half.
+[[nodiscard]] QString wholeCharacters(QString text);
+
 /// The current time of day as "hh:mm:ss.zzz", as log messages show it.
 [[nodiscard]] QString timeOfDay();

@@ -2,6 +2,7 @@
 #include "app/base/librarysearch.h"
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "app/base/startgate.h"
 #include "app/startup/closerequests.h"
@@ -24,7 +25,6 @@
 #include <QDir>
 #include <QFont>
 #include <QIcon>
-#include <QSettings>
 
 namespace {
 
@@ -57,13 +57,14 @@ int main(int argc, char *argv[])
     QString callerType = parser.value(typeOption);
     initAppPaths(callerType);
 
-    const QSettings settings(configFilePath, QSettings::IniFormat);
+    const SettingsFile settings(configFilePath);
     const QString level = settings.value(settingsName(SettingsKey::LogLevel)).toString().toUpper();
     initLogSetting(level, logFolderPath);
     qInstallMessageHandler(logMessageHandler);
 
     LOG_INFO() << "Caller Type: " << callerType;
     LOG_INFO() << "miravelVersion: " << miravelVersion;
+    logRefusedSettings(configFilePath);
 
     if (installationLayout() == InstallationLayout::Shortcut) {
         callerType = vdiClient;

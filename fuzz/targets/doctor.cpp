@@ -1,3 +1,4 @@
+#include "app/base/settingsfile.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/parts.h"
 #include "fuzz/support/scratchfolder.h"
@@ -8,7 +9,6 @@
 #include "tools/doctor/settingscheck.h"
 
 #include <QJsonObject>
-#include <QSettings>
 
 namespace {
 
@@ -43,7 +43,7 @@ void checkFile(const QString &path)
     const Findings findings = checkSettings(path);
     check(!findings.isEmpty() && findings.first().grade == Grade::Good,
           "the findings begin with what is well");
-    const QSettings settings(path, QSettings::IniFormat);
+    const SettingsFile settings(path);
     for (const Finding &finding : findings) {
         checkSentence(finding);
         for (const char *key : {"Authorization/xcafirst", "Authorization/xcasecond"}) {

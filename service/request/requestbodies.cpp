@@ -1,5 +1,7 @@
 #include "service/request/requestbodies.h"
 
+#include "app/base/texttools.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -9,7 +11,7 @@ QJsonObject commonMembers(const CallSettings &settings)
 {
     return {{QStringLiteral("channelId"), settings.channelId},
             {QStringLiteral("recommendSize"), settings.recommendSize},
-            {QStringLiteral("robotId"), settings.robotId}};
+            {QStringLiteral("robotId"), wholeCharacters(settings.robotId)}};
 }
 
 QByteArray compact(const QJsonObject &object)
@@ -34,18 +36,18 @@ QByteArray hotQuestionsBody(const CallSettings &settings)
 QByteArray associationBody(const CallSettings &settings, const QString &text)
 {
     QJsonObject body = commonMembers(settings);
-    body.insert(QStringLiteral("text"), text);
+    body.insert(QStringLiteral("text"), wholeCharacters(text));
     return compact(body);
 }
 
 QByteArray askBody(const CallSettings &settings, const AskFields &fields)
 {
     QJsonObject body = commonMembers(settings);
-    body.insert(QStringLiteral("rawQuery"), fields.rawQuery);
-    body.insert(QStringLiteral("currentDomain"), fields.currentDomain);
-    body.insert(QStringLiteral("accountId"), fields.accountId);
-    body.insert(QStringLiteral("source"), fields.source);
-    body.insert(QStringLiteral("originalQuestion"), fields.originalQuestion);
+    body.insert(QStringLiteral("rawQuery"), wholeCharacters(fields.rawQuery));
+    body.insert(QStringLiteral("currentDomain"), wholeCharacters(fields.currentDomain));
+    body.insert(QStringLiteral("accountId"), wholeCharacters(fields.accountId));
+    body.insert(QStringLiteral("source"), wholeCharacters(fields.source));
+    body.insert(QStringLiteral("originalQuestion"), wholeCharacters(fields.originalQuestion));
     body.insert(QStringLiteral("questionId"), 0);
     QByteArray bytes = compact(body);
     setQuestionId(bytes, fields.questionId);

@@ -1,18 +1,17 @@
 #include "service/request/requestsettings.h"
 
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "service/request/requestsigning.h"
 
-#include <QSettings>
-
 namespace {
 
-QString text(const QSettings &settings, SettingsKey key)
+QString text(const SettingsFile &settings, SettingsKey key)
 {
     return settings.value(settingsName(key)).toString();
 }
 
-ServiceEndpoint configuredServer(const QSettings &settings)
+ServiceEndpoint configuredServer(const SettingsFile &settings)
 {
     return {text(settings, SettingsKey::ServerAddress), text(settings, SettingsKey::ServerPort)};
 }
@@ -21,7 +20,7 @@ ServiceEndpoint configuredServer(const QSettings &settings)
 
 RequestSettings readRequestSettings(const QString &configPath)
 {
-    const QSettings settings(configPath, QSettings::IniFormat);
+    const SettingsFile settings(configPath);
     return {configuredServer(settings), text(settings, SettingsKey::TenantId),
             decodedCredential(text(settings, SettingsKey::ApplicationKey)),
             decodedCredential(text(settings, SettingsKey::ApplicationSecret))};
@@ -29,5 +28,5 @@ RequestSettings readRequestSettings(const QString &configPath)
 
 ServiceEndpoint readConfiguredServer(const QString &configPath)
 {
-    return configuredServer(QSettings(configPath, QSettings::IniFormat));
+    return configuredServer(SettingsFile(configPath));
 }

@@ -1,28 +1,27 @@
 #include "service/request/servicecall.h"
 
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
-
-#include <QSettings>
 
 namespace {
 
-QString readText(const QSettings &settings, SettingsKey key)
+QString readText(const SettingsFile &settings, SettingsKey key)
 {
     return settings.value(settingsName(key)).toString();
 }
 
-int readNumber(const QSettings &settings, SettingsKey key)
+int readNumber(const SettingsFile &settings, SettingsKey key)
 {
     return settings.value(settingsName(key)).toInt();
 }
 
-CallSettings readCallSettings(const QSettings &settings, SettingsKey channel, SettingsKey count)
+CallSettings readCallSettings(const SettingsFile &settings, SettingsKey channel, SettingsKey count)
 {
     return {readNumber(settings, channel), readNumber(settings, count),
             readText(settings, SettingsKey::Robot)};
 }
 
-int readHttpMode(const QSettings &settings)
+int readHttpMode(const SettingsFile &settings)
 {
     return readNumber(settings, SettingsKey::HttpMode);
 }
@@ -31,7 +30,7 @@ int readHttpMode(const QSettings &settings)
 
 ServiceCall hotCall(const QString &configPath)
 {
-    const QSettings settings(configPath, QSettings::IniFormat);
+    const SettingsFile settings(configPath);
     const auto call = readCallSettings(settings, SettingsKey::HotChannel, SettingsKey::HotCount);
     return {readText(settings, SettingsKey::HotPath), hotQuestionsBody(call),
             readHttpMode(settings)};
@@ -39,7 +38,7 @@ ServiceCall hotCall(const QString &configPath)
 
 ServiceCall associationCall(const QString &configPath, const QString &text)
 {
-    const QSettings settings(configPath, QSettings::IniFormat);
+    const SettingsFile settings(configPath);
     const auto call = readCallSettings(settings, SettingsKey::AssociationChannel,
                                        SettingsKey::AssociationCount);
     return {readText(settings, SettingsKey::AssociationPath), associationBody(call, text),
@@ -48,7 +47,7 @@ ServiceCall associationCall(const QString &configPath, const QString &text)
 
 ServiceCall askCall(const QString &configPath, AskFields fields)
 {
-    const QSettings settings(configPath, QSettings::IniFormat);
+    const SettingsFile settings(configPath);
     const auto call = readCallSettings(settings, SettingsKey::AskChannel, SettingsKey::AskCount);
     fields.currentDomain = readText(settings, SettingsKey::AskDomain);
     return {readText(settings, SettingsKey::AskPath), askBody(call, fields),

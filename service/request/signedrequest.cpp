@@ -1,17 +1,36 @@
 #include "service/request/signedrequest.h"
 
+#include "app/base/logstream.h"
+
 #include <QDateTime>
 #include <QSsl>
 #include <QSslConfiguration>
 #include <QSslSocket>
 #include <QUuid>
 
+#include <algorithm>
+
 namespace {
 
-// A null array would take the header away; an empty one sends it without a value.
-QByteArray headerValue(const QString &text)
+bool isControl(char character)
 {
-    return text.isEmpty() ? QByteArray("") : text.toUtf8();
+    const auto code = static_cast<uchar>(character);
+    return (code < 0x20 && character != '\t') || code == 0x7f;
+}
+
+/// Sets a header to what is configured. A line end in it would begin another header: there and with
+/// every other control character \a text goes out without it.
+void setHeader(QNetworkRequest &request, const char *name, const QString &text)
+{
+    QByteArray value = text.toUtf8();
+    const auto kept = std::remove_if(value.begin(), value.end(), isControl);
+    const int count = static_cast<int>(kept - value.begin());
+    if (count < value.size()) {
+        LOG_WARNING() << "Header " << name << ": control characters in the settings are not sent.";
+        value.truncate(count);
+    }
+    // A null array would take the header away; an empty one sends it without a value.
+    request.setRawHeader(name, value.isEmpty() ? QByteArray("") : value);
 }
 
 } // namespace
@@ -26,14 +45,13 @@ void setSignedHeaders(QNetworkRequest &request, const RequestCredentials &creden
                       const ServiceEndpoint &configured)
 {
     request.setRawHeader("Content-Type", "application/json");
-    request.setRawHeader("tenantId", headerValue(credentials.tenantId));
-    request.setRawHeader("x-ca-key", headerValue(credentials.key));
-    request.setRawHeader("x-ca-timestamp", headerValue(credentials.timestamp));
-    request.setRawHeader("x-ca-nonce", headerValue(credentials.nonce));
+    setHeader(request, "tenantId", credentials.tenantId);
+    setHeader(request, "x-ca-key", credentials.key);
+    setHeader(request, "x-ca-timestamp", credentials.timestamp);
+    setHeader(request, "x-ca-nonce", credentials.nonce);
     request.setRawHeader("x-ca-signature",
                          requestSignature(stringToSign(credentials), credentials.secret));
-    request.setRawHeader("X-Ap-sHost",
-                         headerValue(configured.strAddr + QLatin1Char(':') + configured.strPort));
+    setHeader(request, "X-Ap-sHost", configured.strAddr + QLatin1Char(':') + configured.strPort);
 }
 
 void setTlsConfiguration(QNetworkRequest &request)

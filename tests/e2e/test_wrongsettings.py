@@ -37,6 +37,8 @@ KINDS = {
     "an unknown variant": "@Variant(\\0\\0\\xff\\xff)",
     "a variant that is cut off": "@Variant(\\0\\0\\0\\n\\x7f\\xff\\xff\\xff)",
     "a map that claims too much": "@Variant(\\0\\0\\0\\b\\x7f\\xff\\xff\\xff)",
+    "a list of texts that claims too much": "@Variant(\\0\\0\\0\\xb\\x7f\\xff\\xff\\xff)",
+    "a list of values that claims too much": "@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)",
     "a picture as a variant": "@Variant(\\0\\0\\0\\x41\\0\\0\\0\\x1\\x89PNG)",
 }
 
@@ -69,6 +71,16 @@ class WrongSettingsTest(DesktopTest):
         for kind, value in KINDS.items():
             with self.subTest(kind):
                 self.use_with(written(value))
+
+    def test_values_of_no_use_are_named_in_the_log(self) -> None:
+        hostile = KINDS["a list of texts that claims too much"]
+        (self.installation.root / "config/Miravel.ini").write_text(
+            f"[Log]\nlevel={hostile}\n[IpAndPort]\nmserverip={hostile}\n")
+        assistant = self.start_assistant()
+        assistant.wait_for_window()
+        assistant.wait_for_log("Settings are neither text nor number and count as missing: "
+                               "Log/level, IpAndPort/mserverip")
+        self.assertEqual(0, assistant.close(), assistant.process.printed())
 
     def test_no_settings_file_at_all(self) -> None:
         for kind, content in {

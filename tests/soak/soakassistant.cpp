@@ -1,5 +1,6 @@
 #include "app/base/apppaths.h"
 #include "app/base/loghandler.h"
+#include "app/base/settingsfile.h"
 #include "app/startup/heap.h"
 #include "app/startup/qtenvironment.h"
 #include "resources/resources.h"
@@ -11,7 +12,6 @@
 #include <QDir>
 #include <QFont>
 #include <QPushButton>
-#include <QSettings>
 #include <QTimer>
 
 namespace {
@@ -71,7 +71,7 @@ int main(int argc, char *argv[])
     initResources();
     QApplication::setFont(QFont(QStringLiteral("Microsoft YaHei")));
     initAppPaths(QStringLiteral("vdi"));
-    const QSettings settings(configFilePath, QSettings::IniFormat);
+    const SettingsFile settings(configFilePath);
     initLogSetting(settings.value(QStringLiteral("Log/level")).toString(), logFolderPath);
     qInstallMessageHandler(logMessageHandler);
 

@@ -1,11 +1,11 @@
 #include "tools/doctor/machinecheck.h"
 
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "tools/doctor/portowner.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSettings>
 
 namespace {
 
@@ -55,7 +55,7 @@ Finding checkPictureFolder()
 Findings checkMachine(const QString &path)
 {
     Findings findings = {checkPictureFolder()};
-    const QSettings settings(path, QSettings::IniFormat);
+    const SettingsFile settings(path);
     const int port = settings.value(settingsName(SettingsKey::GuardPort)).toInt();
     if (port > 0 && port <= highestPort) { // else it has been complained of
         findings.append(checkGuardPort(port));

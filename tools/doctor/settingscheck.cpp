@@ -1,9 +1,11 @@
 #include "tools/doctor/settingscheck.h"
 
+#include "app/base/settingscontent.h"
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "tools/doctor/settingkinds.h"
 
-#include <QSettings>
+#include <QFile>
 
 namespace {
 
@@ -42,11 +44,22 @@ Finding malformed(const QString &name, const Complaint &complaint)
                   complaint.mend.isEmpty() ? change : complaint.mend);
 }
 
+SettingsContent contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? readSettings(file.readAll()) : SettingsContent();
+}
+
 /// Nothing for a key with which all is well.
-Findings checkKey(const QSettings &settings, const SettingsEntry &entry)
+Findings checkKey(const SettingsFile &settings, const QStringList &refused,
+                  const SettingsEntry &entry)
 {
     const QString name = QLatin1String(entry.name);
     const QVariant value = settings.value(name);
+    if (refused.contains(name)) {
+        return {toMend(
+            name + QStringLiteral(" is neither text nor number, which counts as missing"), change)};
+    }
     if (!value.isValid()) {
         const QString what
             = name + QStringLiteral(" is missing: without it ") + QLatin1String(entry.without);
@@ -65,16 +78,17 @@ Findings checkKey(const QSettings &settings, const SettingsEntry &entry)
 
 Findings checkSettings(const QString &path)
 {
-    const QSettings settings(path, QSettings::IniFormat);
+    const SettingsFile settings(path);
+    const SettingsContent content = contentOf(path);
     Findings findings;
     int count = 0;
     for (const SettingsEntry &entry : settingsTable) {
         if (entry.need != SettingsNeed::WrittenByClient) {
-            findings += checkKey(settings, entry);
+            findings += checkKey(settings, content.refused, entry);
             ++count;
         }
     }
-    if (settings.status() == QSettings::FormatError) {
+    if (!content.isWellFormed) {
         findings.append(toMend(QStringLiteral("some lines are neither [group] nor key=value"),
                                QStringLiteral("Look for lines without an equals sign.")));
     }

@@ -2,15 +2,14 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/machineregistry.h"
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
-
-#include <QSettings>
 
 QString desktopUserName()
 {
     const InstallationLayout layout = installationLayout();
     if (layout == InstallationLayout::Client) {
-        const QSettings settings(clientSettingsPath(), QSettings::IniFormat);
+        const SettingsFile settings(clientSettingsPath());
         return settings.value(settingsName(SettingsKey::LastUser)).toString();
     }
     if (layout == InstallationLayout::Shortcut) {

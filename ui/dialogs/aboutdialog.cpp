@@ -2,13 +2,13 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "ui/dialogs/opensoulicense.h"
 #include "ui/dialogs/rightsnotice.h"
 #include "ui_aboutdialog.h"
 
 #include <QFile>
-#include <QSettings>
 #include <QTimer>
 
 namespace {
@@ -83,7 +83,7 @@ void AboutDialog::fillForm()
 
 void AboutDialog::showVersion()
 {
-    const QSettings settings(iniPath, QSettings::IniFormat);
+    const SettingsFile settings(iniPath);
     version = settings.value(settingsName(SettingsKey::ShownVersion)).toString();
     LOG_INFO() << "Current version = " << version;
     ui->versionLabel->setText(version);

@@ -2,12 +2,12 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "service/diagnosis/netstatetestthread.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
-#include <QSettings>
 #include <QUrl>
 
 bool itReportHasSite(NetStateTestThread &diagnosis)
@@ -26,7 +26,7 @@ bool itReportHasSite(NetStateTestThread &diagnosis)
 
 void openItReportSite(const QString &configPath)
 {
-    const QSettings settings(configPath, QSettings::IniFormat);
+    const SettingsFile settings(configPath);
     const QString site = settings.value(settingsName(SettingsKey::ItReportAddress)).toString();
     QDesktopServices::openUrl(QUrl(site));
 }

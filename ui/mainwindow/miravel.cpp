@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "app/base/texttools.h"
 #include "localchannel/guardmessage.h"
@@ -29,7 +30,6 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
-#include <QSettings>
 #include <QTextEdit>
 
 Miravel::Miravel(QWidget *parent)
@@ -62,7 +62,7 @@ Miravel::~Miravel() = default;
 
 bool Miravel::opensAboutMenu() const
 {
-    const QSettings settings(m_configPath, QSettings::IniFormat);
+    const SettingsFile settings(m_configPath);
     return settings.value(settingsName(SettingsKey::AboutButton), 1).toInt() != 1;
 }
 

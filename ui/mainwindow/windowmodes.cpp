@@ -2,6 +2,7 @@
 
 #include "app/base/apppaths.h"
 #include "app/base/logstream.h"
+#include "app/base/settingsfile.h"
 #include "app/base/settingskeys.h"
 #include "service/reply/listedquestion.h"
 #include "ui/answer/qaregion.h"
@@ -12,7 +13,6 @@
 #include "ui/mainwindow/windowtimers.h"
 
 #include <QJsonArray>
-#include <QSettings>
 #include <QTextEdit>
 
 namespace {
@@ -53,7 +53,7 @@ void WindowModes::startForLauncher()
 
 void WindowModes::checkLogin()
 {
-    const QSettings settings(clientSettingsPath(), QSettings::IniFormat);
+    const SettingsFile settings(clientSettingsPath());
     const bool loggedIn = settings.value(settingsName(SettingsKey::LoginState)).toInt() != 0;
     LOG_INFO() << (loggedIn ? "Account is logged in!" : "Account not logged in!");
     carryOut(m_state.loginChecked(loggedIn));

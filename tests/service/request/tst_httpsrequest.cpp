@@ -20,6 +20,7 @@ private slots:
     void wire_timestampIsNow();
     void wire_headersStayWithoutCredentials();
     void wire_nonAsciiCredentials();
+    void wire_lineEndInTheSettingsBeginsNoHeader();
     void wire_noncesDiffer();
     void settings_areReadForEveryRequest();
     void settings_unusableFileSendsEmptyCredentials_data();
@@ -149,6 +150,31 @@ void TestHttpsRequest::wire_nonAsciiCredentials()
                           + "&x-ca-secret=" + TestConfig::secret
                           + "&x-ca-timestamp=" + received.header("x-ca-timestamp");
     QCOMPARE(received.header("x-ca-signature"), opensslSignature(text, TestConfig::secret));
+}
+
+void TestHttpsRequest::wire_lineEndInTheSettingsBeginsNoHeader()
+{
+    RequestBench bench;
+    setResolvedEndpoint(loopback(bench.server.port()));
+    bench.config.set(QStringLiteral("Authorization/tenantid"),
+                     QStringLiteral("a\r\nX-Other: b\n\tc\x7f"));
+    bench.config.set(QStringLiteral("Authorization/xcafirst"), // as "echo" gives it
+                     QString::fromLatin1(QByteArray("demo-key\n").toBase64()));
+    bench.config.set(QStringLiteral("IpAndPort/mserverip"), QStringLiteral("a\nX-More: d"));
+    const LogCapture log;
+    QByteArray reply;
+    bench.send(&reply);
+    const ReceivedRequest received = bench.server.requests().value(0);
+    QCOMPARE(received.header("tenantId"), QByteArray("aX-Other: b\tc"));
+    QCOMPARE(received.header("x-ca-key"), QByteArray("demo-key"));
+    QVERIFY(received.header("X-Ap-sHost").startsWith("aX-More: d:"));
+    QVERIFY(!received.headerNames().contains("X-Other"));
+    QVERIFY(!received.headerNames().contains("X-More"));
+    const QString end = QStringLiteral(": control characters in the settings are not sent.");
+    QCOMPARE(log.linesWith(QStringLiteral("warning: Header ")),
+             (QStringList{QStringLiteral("warning: Header tenantId") + end,
+                          QStringLiteral("warning: Header x-ca-key") + end,
+                          QStringLiteral("warning: Header X-Ap-sHost") + end}));
 }
 
 void TestHttpsRequest::wire_noncesDiffer()

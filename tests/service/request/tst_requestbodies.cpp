@@ -18,6 +18,7 @@ private slots:
     void ask_questionIdIsAWholeNumber_data();
     void ask_questionIdIsAWholeNumber();
     void texts_areEscapedAsJsonAsksFor();
+    void halvesOfPairs_areReplaced();
     void ask_questionIdIsSetInItsOwnPlaceOnly();
 };
 
@@ -86,6 +87,19 @@ void TestRequestBodies::texts_areEscapedAsJsonAsksFor()
     QCOMPARE(associationBody({}, QStringLiteral("a\"b\\c\nd\te")),
              json("{'channelId':0,'recommendSize':0,'robotId':'',"
                   "'text':'a\\'b\\\\c\\nd\\te'}"));
+}
+
+void TestRequestBodies::halvesOfPairs_areReplaced()
+{
+    const QString half = QChar(0xd83d);
+    QCOMPARE(hotQuestionsBody({0, 0, half}),
+             json("{'channelId':0,'recommendSize':0,'robotId':'\xef\xbf\xbd'}"));
+    QCOMPARE(associationBody({}, half + QLatin1Char('a')),
+             json("{'channelId':0,'recommendSize':0,'robotId':'','text':'\xef\xbf\xbd"
+                  "a'}"));
+    const QByteArray ask = askBody({0, 0, half}, {half, half, half, half, half, 0});
+    QCOMPARE(ask.count("\xef\xbf\xbd"), 6);
+    QVERIFY(!ask.contains("\\u"));
 }
 
 void TestRequestBodies::ask_questionIdIsSetInItsOwnPlaceOnly()
