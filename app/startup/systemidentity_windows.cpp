@@ -2,11 +2,8 @@
 #include "app/startup/restartarguments.h"
 #include "app/startup/systemidentity.h"
 
-// clang-format off
-// The second needs the first.
 #include <windows.h>
 #include <shobjidl.h>
-// clang-format on
 
 void introduceToSystem()
 {

@@ -15,11 +15,8 @@
 //
 // Exit status 0, 1 when there is no such program or window, 2 for wrong arguments.
 
-// clang-format off
-// The second needs the first.
 #include <windows.h>
 #include <tlhelp32.h>
-// clang-format on
 
 #include <algorithm>
 #include <cstdio>

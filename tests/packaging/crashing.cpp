@@ -1,12 +1,9 @@
 // Writes a crash dump as the system would. crashing <dump>: of its own crash in a known function;
 // crashing <dump> <program>: of the running program of that name, as it is.
 
-// clang-format off
-// The others need the first.
 #include <windows.h>
 #include <dbghelp.h>
 #include <tlhelp32.h>
-// clang-format on
 
 #include <cstdlib>
 #include <cstring>

@@ -4,11 +4,9 @@
 #include <QVector>
 #include <QtEndian>
 
-// clang-format off
-#include <winsock2.h> // what the next ones are declared with
-#include <ws2tcpip.h>
+#include <winsock2.h>
 #include <iphlpapi.h>
-// clang-format on
+#include <ws2tcpip.h>
 
 namespace {
 

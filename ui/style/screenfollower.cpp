@@ -17,27 +17,40 @@ ScreenFollower::ScreenFollower(QWidget *window)
 bool ScreenFollower::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Show && m_window->windowHandle() != m_watched) {
-        m_watched = m_window->windowHandle();
-        m_scale = m_window->devicePixelRatioF();
-        connect(m_watched, &QWindow::screenChanged, this, &ScreenFollower::screenChanged);
+        watchWindow();
+    } else if (event->type() == QEvent::Paint && isOnNewScale()) {
+        screenChanged(); // the same screen, of which Qt does not tell
     }
     return QObject::eventFilter(watched, event);
 }
 
+void ScreenFollower::watchWindow()
+{
+    m_watched = m_window->windowHandle();
+    m_scale = m_window->devicePixelRatioF();
+    connect(m_watched, &QWindow::screenChanged, this, &ScreenFollower::screenChanged);
+}
+
+bool ScreenFollower::isOnNewScale() const
+{
+    return m_watched != nullptr && !qFuzzyCompare(m_window->devicePixelRatioF(), m_scale);
+}
+
 void ScreenFollower::screenChanged()
 {
-    m_size = m_window->size();
+    const bool isFixed = m_window->minimumSize() == m_window->maximumSize();
+    // The system may have sized the window for the new scale before Qt knew of it.
+    m_size = isFixed ? m_window->minimumSize() : m_window->size();
     // Qt is still in the middle of the change.
     QMetaObject::invokeMethod(this, &ScreenFollower::settle, Qt::QueuedConnection);
 }
 
 void ScreenFollower::settle()
 {
-    const qreal scale = m_window->devicePixelRatioF();
-    if (qFuzzyCompare(scale, m_scale)) {
+    if (!isOnNewScale()) {
         return;
     }
-    m_scale = scale;
+    m_scale = m_window->devicePixelRatioF();
     if (!m_window->isMaximized() && m_window->windowHandle() != nullptr) {
         m_window->windowHandle()->resize(m_size);
     }

@@ -1,10 +1,7 @@
 #pragma once
 
-// clang-format off
-// The second needs the first.
 #include <windows.h>
 #include <msi.h>
-// clang-format on
 
 #include <string>
 #include <vector>

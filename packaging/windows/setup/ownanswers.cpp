@@ -1,10 +1,7 @@
 #include "ownanswers.h"
 
-// clang-format off
-// The second needs the first.
 #include <windows.h>
 #include <msi.h>
-// clang-format on
 
 #include <cstdio>
 

@@ -3,14 +3,10 @@
 #include <QDir>
 #include <QRandomGenerator>
 
+#include <windows.h>
 #include <fcntl.h>
 #include <io.h>
-
-// clang-format off
-// The second needs the first.
-#include <windows.h>
 #include <sddl.h>
-// clang-format on
 
 namespace {
 
