@@ -168,7 +168,7 @@ void shootSuggestions(Photographer &photographer, WindowBench &bench)
         bench.window().showAssociation_process();
         photographer.shoot(name, bench.window());
         if (count == 10 && bench.popup() != nullptr) {
-            bench.popup()->focusFirstRow();
+            QTest::keyClick(bench.input(), Qt::Key_Down);
             photographer.shoot("suggestions-by-keys", bench.window());
         }
         bench.window().assoclose_windows();

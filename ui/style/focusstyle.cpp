@@ -1,15 +1,9 @@
 #include "ui/style/focusstyle.h"
 
+#include "ui/style/focusmark.h"
+
 #include <QApplication>
-#include <QPainter>
 #include <QStyleOption>
-
-namespace {
-
-constexpr QColor markColour(42, 100, 244);
-constexpr qreal radius = 6;
-
-} // namespace
 
 FocusStyle::FocusStyle()
 {
@@ -30,17 +24,9 @@ void FocusStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         return;
     }
-    if (!option->state.testFlag(State_KeyboardFocusChange)) {
-        return;
+    if (option->state.testFlag(State_KeyboardFocusChange) && FocusMark::of(widget) == nullptr) {
+        drawFocusLine(*painter, option->rect);
     }
-    const QRectF line = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
-    const qreal round = qMin(radius, line.height() / 2);
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(markColour);
-    painter->setBrush(Qt::NoBrush);
-    painter->drawRoundedRect(line, round, round);
-    painter->restore();
 }
 
 int FocusStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
@@ -60,6 +46,9 @@ bool FocusStyle::eventFilter(QObject *watched, QEvent *event)
             window->setAttribute(Qt::WA_KeyboardFocusChange, false);
             if (QWidget *focused = window->focusWidget()) {
                 focused->update();
+                if (FocusMark *mark = FocusMark::of(focused)) {
+                    mark->refresh();
+                }
             }
         }
     }

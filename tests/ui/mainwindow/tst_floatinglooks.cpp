@@ -104,6 +104,8 @@ private slots:
     void toolTip_holdsItsText();
     void aboutMenu_hasTheLookOfTheInputMenu();
     void focusMark_comesWithTheKeyboard_andGoesWithTheMouse();
+    void focusMark_touchesNoText_data();
+    void focusMark_touchesNoText();
     void hoverMark_liesOverTheRow_whileTheMouseIsOnIt_data();
     void hoverMark_liesOverTheRow_whileTheMouseIsOnIt();
     void emptyRows_haveNoHoverMark();
@@ -218,17 +220,50 @@ void TestFloatingLooks::aboutMenu_hasTheLookOfTheInputMenu()
 void TestFloatingLooks::focusMark_comesWithTheKeyboard_andGoesWithTheMouse()
 {
     constexpr int fewPixels = 40;
-    QPushButton *row = m_bench->hotRow(4);
-    row->setFocus(Qt::MouseFocusReason);
-    QVERIFY(pixelsOf(row, markBlue) < fewPixels);
-    QTest::keyClick(row, Qt::Key_Tab);
+    QPushButton *button = m_bench->hotRow(4);
     QPushButton *next = m_bench->hotRow(5);
+    const auto marked = [](const QPushButton *row) {
+        return pixelsOf(row->parentWidget(), markBlue);
+    };
+    button->setFocus(Qt::MouseFocusReason);
+    QVERIFY(marked(button) < fewPixels);
+    QTest::keyClick(button, Qt::Key_Tab);
     QCOMPARE(m_bench->window().focusWidget(), next);
-    const int marked = pixelsOf(next, markBlue);
-    QVERIFY2(marked > 150, qPrintable(QString::number(marked)));
-    QVERIFY(pixelsOf(row, markBlue) < fewPixels);
+    QVERIFY2(marked(next) > 150, qPrintable(QString::number(marked(next))));
+    QVERIFY(marked(button) < fewPixels);
     QTest::mousePress(next, Qt::LeftButton);
-    QVERIFY(pixelsOf(next, markBlue) < fewPixels);
+    QVERIFY(marked(next) < fewPixels);
+}
+
+void TestFloatingLooks::focusMark_touchesNoText_data()
+{
+    hoverMark_liesOverTheRow_whileTheMouseIsOnIt_data();
+}
+
+void TestFloatingLooks::focusMark_touchesNoText()
+{
+    QFETCH(QString, where);
+    QWidget *button = widgetAt(where);
+    QVERIFY(button != nullptr);
+    m_bench->input()->setFocus();
+    const auto look = [this] {
+        return m_bench->window().grab().toImage();
+    };
+    const QImage before = look();
+    button->setFocus(Qt::TabFocusReason);
+    m_bench->window().setAttribute(Qt::WA_KeyboardFocusChange);
+    const QImage after = look();
+    const QRect place(button->mapTo(&m_bench->window(), QPoint()), button->size());
+    QCOMPARE(after.copy(place), before.copy(place)); // nothing in it
+    const auto blueAt = [&after](const QPoint &point) {
+        return distance(after.pixelColor(point), markBlue) <= 24;
+    };
+    QVERIFY(blueAt({place.left() - 6, place.center().y()}));
+    QVERIFY(blueAt({place.right() + 6, place.center().y()}));
+    QVERIFY(blueAt({place.center().x(), place.top() - 3}));
+    QVERIFY(blueAt({place.center().x(), place.bottom() + 3}));
+    m_bench->input()->setFocus();
+    QCOMPARE(look().copy(place.adjusted(-8, -8, 8, 8)), before.copy(place.adjusted(-8, -8, 8, 8)));
 }
 
 void TestFloatingLooks::hoverMark_liesOverTheRow_whileTheMouseIsOnIt_data()

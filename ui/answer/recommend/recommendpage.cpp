@@ -2,6 +2,7 @@
 
 #include "service/reply/listedquestion.h"
 #include "ui/answer/recommend/recommendpaging.h"
+#include "ui/style/focusmark.h"
 #include "ui/style/hovermark.h"
 #include "ui/style/styles.h"
 #include "ui/text/textwrap.h"
@@ -91,6 +92,7 @@ void RecommendPage::addRow(const ListedQuestion &recommend, Elision elision, QLa
     if (recommend.text.isEmpty()) {
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
     } else {
+        new FocusMark(button);
         new HoverMark(button);
         m_questions.append(button);
     }

@@ -2,6 +2,7 @@
 
 #include "ui/mainwindow/hotquestions/hotpaging.h"
 #include "ui/mainwindow/questionlist.h"
+#include "ui/style/focusmark.h"
 #include "ui/style/hovermark.h"
 #include "ui/style/styles.h"
 #include "ui/style/surfaceshadow.h"
@@ -249,6 +250,7 @@ void HotQuestionsColumn::fillRow(QWidget *row, int number, const ListedQuestion 
     if (question.text.isEmpty()) {
         button->setFocusPolicy(Qt::NoFocus); // nothing is there
     } else {
+        new FocusMark(button);
         new HoverMark(button);
     }
     if (width > (hasIcon ? iconRowWidth : rowLimit)) {

@@ -3,6 +3,7 @@
 #include "service/reply/listedquestion.h"
 #include "ui/mainwindow/questionlist.h"
 #include "ui/mainwindow/suggestions/suggestionhighlight.h"
+#include "ui/style/focusmark.h"
 #include "ui/style/hovermark.h"
 #include "ui/style/styles.h"
 #include "ui/text/plaintooltip.h"
@@ -127,6 +128,7 @@ void SuggestionPopup::addRow(const ListedQuestion &suggestion, SuggestionHighlig
     button->setStyleSheet(styles::flatButton);
     button->setCursor(Qt::PointingHandCursor);
     button->setAccessibleName(suggestion.text);
+    new FocusMark(button);
     new HoverMark(button);
     if (!whole) {
         button->setToolTip(plainToolTip(suggestion.text));
