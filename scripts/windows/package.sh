@@ -6,6 +6,6 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 
 scripts/windows/setup.sh --package
-scripts/windows/build.sh miravelsetup
+scripts/windows/build.sh miravelsetup translations
 /usr/bin/python3 -B packaging/windows/package build/windows build/dist
 echo "in build/dist"

@@ -29,6 +29,7 @@ if [[ ${1:-} == --sdk ]]; then
 fi
 if [[ ${1:-} == --package ]]; then
     packages+=(
+        qttools5-dev-tools # compiles the translations
         wixl           # makes the installation package
         msitools       # writes its tables
         faketime       # under a fixed clock

@@ -152,11 +152,12 @@ class InstallationTest(unittest.TestCase):
         return {path.relative_to(root).as_posix() for path in root.rglob("*") if path.is_file()}
 
     def packaged_program_files(self) -> set[str]:
-        """What lies in the folder of the build, and the local library."""
+        """What lies in the folder of the build, the local library, and the translations."""
         built = {path.relative_to(BUILD / "bin").as_posix()
                  for path in (BUILD / "bin").rglob("*") if path.is_file()}
         library = {f"LocalQA/{path.name}" for path in (SOURCE / "resources/LocalQA").glob("*.txt")}
-        return built | library
+        translations = {f"translations/{path.name}" for path in (BUILD / "translations").glob("*.qm")}
+        return built | library | translations
 
 
 def keys_left(before: Registry, after: Registry) -> list[str]:

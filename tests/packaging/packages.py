@@ -43,6 +43,7 @@ def older_build(folder: Path) -> Path:
     shutil.copytree(BUILD / "bin", folder / "bin")
     shutil.copytree(BUILD / "setup", folder / "setup")
     shutil.copytree(BUILD / "symbols", folder / "symbols")
+    shutil.copytree(BUILD / "translations", folder / "translations")
     for name in ("CMakeCache.txt", "Miravel.sample.ini"):
         shutil.copy(BUILD / name, folder / name)
     (folder / "bin/doctor.exe").unlink()

@@ -4,11 +4,12 @@ from __future__ import annotations
 
 import unittest
 
-from desktop.project import SOURCE
+from desktop.project import BUILD, SOURCE
 from installationtest import CLIENT, PATIENCE_MS, STANDALONE, InstallationTest, keys_left
 from windowsmachine import windows_path
 
 DUMPS = r"LocalDumps\Miravel.exe"
+ENGLISH = "Miravel_en.qm"
 CONFIG = {"config/Miravel.ini", "config/Miravel.sample.ini", "config/OpenSourceLicense.txt"}
 
 
@@ -73,7 +74,7 @@ class StandaloneTest(InstallationTest):
         self.start_machine()
         before = self.machine.files()
         wrong = {"LAYOUT": "middle", "LOGLEVEL": "WARNING", "SERVICEPORT": "70000",
-                 "SERVICEADDRESS": "a|b", "SERVICEMODE": "ftp", "GUARDPORT": "0",
+                 "SERVICEADDRESS": "a|b", "SERVICEMODE": "ftp", "GUARDPORT": "0", "TRANSLATION": "de",
                  "CREDENTIALSFILE": r"C:\nowhere.ini", "LOCALQAFOLDER": r"C:\nowhere"}
         for name, value in wrong.items():
             with self.subTest(name):
@@ -99,10 +100,12 @@ class ClientTest(InstallationTest):
         answers.mkdir()
         (answers / "0.txt").write_text("from the roll-out", encoding="ascii")
 
-        self.install("LAYOUT=client", f"CLIENTFOLDER={CLIENT}\\", "CRASHDUMPS=1",
+        self.install("LAYOUT=client", f"CLIENTFOLDER={CLIENT}\\", "CRASHDUMPS=1", "TRANSLATION=en",
                      f"LOCALQAFOLDER={windows_path(answers)}", *self.service_properties())
         program = CLIENT + r"\Miravel"
-        self.assertEqual(self.packaged_program_files(), self.program_files(program))
+        self.assertEqual(self.packaged_program_files() | {ENGLISH}, self.program_files(program))
+        self.assertEqual((BUILD / "translations" / ENGLISH).read_bytes(),
+                         (client / "Miravel" / ENGLISH).read_bytes())
         self.assertEqual("from the roll-out",
                          (client / "Miravel/LocalQA/0.txt").read_text(encoding="ascii"))
         shipped = SOURCE / "resources/LocalQA/1.txt"
@@ -119,6 +122,10 @@ class ClientTest(InstallationTest):
         values = self.machine.registry()[dumps[0]]
         self.assertIn('"DumpCount"=dword:00000005', values)
         self.assertTrue(any("LOCALAPPDATA" in value for value in values), values)
+
+        self.install("TRANSLATION=zh")
+        self.assertNotIn(ENGLISH, self.program_files(program))
+        self.assertIn(f"translations/{ENGLISH}", self.program_files(program))
 
         self.remove("REMOVEDATA=1")
         self.machine.stop()

@@ -44,7 +44,9 @@ class PackageTest(unittest.TestCase):
         built = {path.relative_to(BUILD / "bin").as_posix()
                  for path in (BUILD / "bin").rglob("*") if path.is_file()}
         library = {f"LocalQA/{path.name}" for path in (SOURCE / "resources/LocalQA").glob("*.txt")}
-        return built | library | {"config/Miravel.sample.ini", "config/OpenSourceLicense.txt"}
+        translations = {f"translations/{path.stem}.qm"
+                        for path in (SOURCE / "translations").glob("Miravel_*.ts")}
+        return built | library | translations | {"config/Miravel.sample.ini", "config/OpenSourceLicense.txt"}
 
     def test_folder_package_and_zip_hold_the_same_files(self) -> None:
         folders = {row[0]: row[2].split("|")[-1] for row in self.table("Directory")}
@@ -64,7 +66,7 @@ class PackageTest(unittest.TestCase):
 
     def test_second_making_later_elsewhere_gives_the_same_bytes(self) -> None:
         build = self.folder / "other place/build"
-        for name in ("bin", "setup", "symbols"):
+        for name in ("bin", "setup", "symbols", "translations"):
             shutil.copytree(BUILD / name, build / name)
         for name in ("CMakeCache.txt", "Miravel.sample.ini"):
             shutil.copy(BUILD / name, build / name)
@@ -132,6 +134,16 @@ class PackageTest(unittest.TestCase):
         codes = [dict(rows(package_in(folder), "Property")) for folder in (self.release, other)]
         self.assertNotEqual(codes[0]["ProductCode"], codes[1]["ProductCode"])
         self.assertEqual(codes[0]["UpgradeCode"], codes[1]["UpgradeCode"])
+
+    def test_every_shipped_translation_can_be_asked_for(self) -> None:
+        languages = {path.stem.split("_")[1] for path in (SOURCE / "translations").glob("Miravel_*.ts")}
+        self.assertEqual({f"Miravel_{language}.qm" for language in languages},
+                         {row[3] for row in self.table("DuplicateFile")})
+        conditions = {row[0]: row[4] for row in self.table("Component")}
+        accepted = (PACKAGING / "setup/rolloutvalues.cpp").read_text(encoding="utf-8")
+        for language in languages:
+            self.assertEqual(f'TRANSLATION="{language}"', conditions[f"Translation_{language}"])
+            self.assertRegex(accepted, rf'values\.translation, {{.*"{language}"')
 
     def test_every_user_may_write_where_the_program_does(self) -> None:
         """The only place to see it: Wine does not know this table."""

@@ -31,11 +31,13 @@ class Layout:
     data: str
     properties: tuple[str, ...]
     arguments: tuple[str, ...]
+    asked_for: tuple[str, ...]
+    """Files that only the properties bring."""
 
 
-ALONE = Layout(STANDALONE, STANDALONE, (), ())
-BESIDE_CLIENT = Layout(CLIENT + r"\Miravel", CLIENT, ("LAYOUT=client", f"CLIENTFOLDER={CLIENT}\\"),
-                       ("--Type=vdi",))
+ALONE = Layout(STANDALONE, STANDALONE, (), (), ())
+BESIDE_CLIENT = Layout(CLIENT + r"\Miravel", CLIENT, ("LAYOUT=client", f"CLIENTFOLDER={CLIENT}\\", "TRANSLATION=en"),
+                       ("--Type=vdi",), ("Miravel_en.qm",))
 
 
 class UpgradeTest(InstallationTest):
@@ -108,7 +110,7 @@ class UpgradeTest(InstallationTest):
         for argument in layout.arguments:
             self.assertIn(argument, copy.command_line)
         print(f"    upgraded in {took:.1f} s; the copy ended with 0 and runs again: {copy.command_line}")
-        self.assertEqual(self.packaged_program_files(),
+        self.assertEqual({*self.packaged_program_files(), *layout.asked_for},
                          {name for name in self.program_files(layout.program)
                           if not name.startswith(("log/", "gif/", "config/"))})
         self.assertEqual(OWN_ANSWER, own.read_text("ascii"))

@@ -39,6 +39,7 @@ void TestRolloutValues::valuesThatCanBeUsed_areAccepted()
     all.servicePort = "65535";
     all.serviceMode = "https";
     all.guardPort = "1";
+    all.translation = "en";
     QVERIFY(complaints(all).empty());
 }
 
@@ -54,6 +55,8 @@ void TestRolloutValues::wrongValue_isNamedInBothLanguages_data()
                                                            << "WARNING";
     QTest::newRow("level in small letters") << "LOGLEVEL"
                                             << "debug";
+    QTest::newRow("language without a translation") << "TRANSLATION"
+                                                    << "de";
     QTest::newRow("port 0") << "SERVICEPORT"
                             << "0";
     QTest::newRow("port too large") << "SERVICEPORT"
@@ -87,7 +90,8 @@ void TestRolloutValues::wrongValue_isNamedInBothLanguages()
            {QStringLiteral("SERVICEPORT"), &values.servicePort},
            {QStringLiteral("SERVICEADDRESS"), &values.serviceAddress},
            {QStringLiteral("SERVICEMODE"), &values.serviceMode},
-           {QStringLiteral("GUARDPORT"), &values.guardPort}};
+           {QStringLiteral("GUARDPORT"), &values.guardPort},
+           {QStringLiteral("TRANSLATION"), &values.translation}};
     *places.at(property) = value.toStdString();
     const std::vector<std::string> found = complaints(values);
     QCOMPARE(found.size(), std::size_t(1));

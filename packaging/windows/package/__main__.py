@@ -38,7 +38,7 @@ def signed(files: list[PackagedFile], folder: Path) -> list[PackagedFile]:
 
 def make_release(release: Release, build: Path, target: Path, work: Path) -> None:
     """Writes every file of the release into target."""
-    files = signed(payload(build / "bin", build / "Miravel.sample.ini"), work / "files")
+    files = signed(payload(build), work / "files")
     library = work / "miravelsetup.dll"
     shutil.copyfile(build / _LIBRARY, library)
     sign(library)

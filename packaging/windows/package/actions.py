@@ -63,6 +63,8 @@ def _remembered() -> list[Action]:
              ' AND (Installed OR NOT INSTALLFOLDER)', "RememberInstallFolder"),
         _set(64, "CRASHDUMPS", "[OLDCRASHDUMPS]", "OLDCRASHDUMPS AND NOT CRASHDUMPS",
              "RememberCrashDumps"),
+        _set(65, "TRANSLATION", "[OLDTRANSLATION]", "OLDTRANSLATION AND NOT TRANSLATION",
+             "RememberTranslation"),
     ]
 
 
@@ -96,6 +98,7 @@ def _data(files: list[PackagedFile]) -> list[Action]:
         _set(1420, "REMOVECONFIG", "[CONFIGFOLDER]", _REMOVING_DATA),
         _set(1421, "REMOVELOG", "[LOGFOLDER]", _REMOVING_DATA),
         _set(1422, "REMOVELOCALQA", "[LOCALQA]", _REMOVING_DATA),
+        _set(1423, "REMOVETRANSLATION", "[INSTALLFOLDER]", 'TRANSLATION="zh"'),
     ]
 
 

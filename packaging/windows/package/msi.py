@@ -20,10 +20,12 @@ from versions import version_and_language
 _STANDARD_ACTIONS = {
     "RemoveRegistryValues": 2600,
     "RemoveShortcuts": 3200,
+    "RemoveDuplicateFiles": 3400,
     "RemoveFiles": 3500,
     "RemoveFolders": 3600,
     "CreateFolders": 3700,
     "InstallFiles": 4000,
+    "DuplicateFiles": 4210,
     "CreateShortcuts": 4500,
     "WriteRegistryValues": 5000,
 }

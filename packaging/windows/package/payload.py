@@ -16,6 +16,7 @@ FOLDERS = {
     "IMAGEFORMATS": "imageformats",
     "STYLES": "styles",
     "LOCALQA": "LocalQA",
+    "TRANSLATIONS": "translations",
     "CONFIGFOLDER": "config",
     "LOGFOLDER": "log",
     "GIFFOLDER": "gif",
@@ -57,17 +58,22 @@ def _folder_of(place: str) -> str:
     raise SystemExit(f"package: there is no place for files in {place!r}; add it to FOLDERS")
 
 
-def payload(program_folder: Path, sample: Path) -> list[PackagedFile]:
-    """Everything in the program's folder, and what lies in the folders beside it, in the order in
-    which it is packed."""
+def payload(build: Path) -> list[PackagedFile]:
+    """Everything in a finished build's folder of the program, and what lies in the folders beside it,
+    in the order in which it is packed."""
     files = []
+    program_folder = build / "bin"
     for path in sorted(program_folder.rglob("*")):
         if path.is_file():
             place = path.relative_to(program_folder).parent.as_posix()
             files.append(PackagedFile(path, _folder_of("" if place == "." else place), path.name))
     for path in sorted((PROJECT / "resources/LocalQA").glob("*.txt")):
         files.append(PackagedFile(path, "LOCALQA", path.name))
-    files.append(PackagedFile(sample, "CONFIGFOLDER", "Miravel.sample.ini"))
+    translations = sorted((build / "translations").glob("Miravel_*.qm"))
+    if not translations:
+        raise SystemExit(f"package: there is no translation in {build / 'translations'}")
+    files += [PackagedFile(path, "TRANSLATIONS", path.name) for path in translations]
+    files.append(PackagedFile(build / "Miravel.sample.ini", "CONFIGFOLDER", "Miravel.sample.ini"))
     files.append(PackagedFile(PROJECT / "resources/OpenSourceLicense.txt", "CONFIGFOLDER",
                               "OpenSourceLicense.txt"))
     return files

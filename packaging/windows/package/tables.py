@@ -3,6 +3,8 @@ and what is removed."""
 
 from __future__ import annotations
 
+from pathlib import Path
+
 from database import insert
 from payload import PROGRAM, SHARED_FOLDERS, PackagedFile
 from release import Release, code
@@ -11,9 +13,10 @@ from skeleton import FEATURE
 # What an administrator may give; each is described in docs/deployment.md.
 PUBLIC_PROPERTIES = ("LAYOUT", "INSTALLFOLDER", "CLIENTFOLDER", "LOGLEVEL", "SERVICEADDRESS",
                      "SERVICEPORT", "SERVICEMODE", "GUARDPORT", "CREDENTIALSFILE", "LOCALQAFOLDER",
-                     "CRASHDUMPS", "REMOVEDATA")
+                     "TRANSLATION", "CRASHDUMPS", "REMOVEDATA")
 _REMEMBERED = {"OLDLAYOUT": "Layout", "OLDINSTALLFOLDER": "InstallFolder",
-               "OLDCLIENTFOLDER": "ClientFolder", "OLDCRASHDUMPS": "CrashDumps"}
+               "OLDCLIENTFOLDER": "ClientFolder", "OLDCRASHDUMPS": "CrashDumps",
+               "OLDTRANSLATION": "Translation"}
 
 _OWN_KEY = "Software\\Miravel"
 _DUMPS_KEY = f"SOFTWARE\\Microsoft\\Windows\\Windows Error Reporting\\LocalDumps\\{PROGRAM}"
@@ -24,7 +27,9 @@ _IDENTITY = "Miravel.Assistant"
 _LOCAL_MACHINE = 2
 _REGISTRY_KEY_PATH = 4
 _64_BIT = 256
+_CONDITION_READ_AGAIN = 64
 _RAW_VALUE_64_BIT = 2 + 16
+_WHEN_INSTALLED = 1
 _WHEN_REMOVED = 2
 
 # Administrators and the system: everything. Every user: to read, write and delete, also what other
@@ -53,7 +58,7 @@ def properties(release: Release) -> list[str]:
                   for name, value in given.items()]
     secure = [*PUBLIC_PROPERTIES, *_REMEMBERED, "WIX_DOWNGRADE_DETECTED",
               "WIX_UPGRADE_DETECTED", "REMOVECONFIG",
-              "REMOVELOG", "REMOVELOCALQA"]
+              "REMOVELOG", "REMOVELOCALQA", "REMOVETRANSLATION"]
     statements.append("DELETE FROM `Property` WHERE `Property`='SecureCustomProperties'")
     statements.append(insert("Property", {"Property": "SecureCustomProperties",
                                           "Value": ";".join(sorted(secure))}))
@@ -84,10 +89,14 @@ def conditions() -> list[str]:
     return statements
 
 
-def _component(name: str, folder: str, condition: str | None, key_path: str) -> list[str]:
+def _component(name: str, folder: str, condition: str | None, key_path: str | None) -> list[str]:
+    """One whose condition decides anew whenever the package is installed again. Its key path is a row
+    of the registry, or its folder."""
+    attributes = _64_BIT + (_REGISTRY_KEY_PATH if key_path else 0)
+    attributes += _CONDITION_READ_AGAIN if condition else 0
     return [
         insert("Component", {"Component": name, "ComponentId": code("component", name),
-                             "Directory_": folder, "Attributes": _64_BIT + _REGISTRY_KEY_PATH,
+                             "Directory_": folder, "Attributes": attributes,
                              "Condition": condition, "KeyPath": key_path}),
         insert("FeatureComponents", {"Feature_": FEATURE, "Component_": name}),
     ]
@@ -104,6 +113,7 @@ def registry() -> list[str]:
         _registry("rLayout", _OWN_KEY, "Layout", "[LAYOUT]", "Memory"),
         _registry("rFolder", _OWN_KEY, "InstallFolder", "[INSTALLFOLDER]", "Memory"),
         _registry("rVersion", _OWN_KEY, "Version", "[ProductVersion]", "Memory"),
+        _registry("rTranslation", _OWN_KEY, "Translation", "[TRANSLATION]", "Memory"),
         *_component("ClientMemory", "INSTALLFOLDER", 'LAYOUT="client"', "rClient"),
         _registry("rClient", _OWN_KEY, "ClientFolder", "[CLIENTFOLDER]", "ClientMemory"),
         *_component("CrashDumps", "INSTALLFOLDER", 'CRASHDUMPS="1"', "rDumpMemory"),
@@ -130,6 +140,27 @@ def shortcut() -> list[str]:
                                        "PropertyKey": "System.AppUserModel.ID",
                                        "PropVariantValue": _IDENTITY}),
     ]
+
+
+def translations(files: list[PackagedFile]) -> list[str]:
+    """The program takes a translation that lies beside it; an administrator has it put there."""
+    statements = [
+        "CREATE TABLE `DuplicateFile` (`FileKey` CHAR(72) NOT NULL, `Component_` CHAR(72) NOT NULL,"
+        " `File_` CHAR(72) NOT NULL, `DestName` CHAR(255) LOCALIZABLE, `DestFolder` CHAR(72)"
+        " PRIMARY KEY `FileKey`)"]
+    for file in files:
+        if file.folder == "TRANSLATIONS":
+            language = Path(file.name).stem.split("_")[1]
+            name = f"Translation_{language}"
+            statements += [
+                *_component(name, "INSTALLFOLDER", f'TRANSLATION="{language}"', None),
+                insert("DuplicateFile", {"FileKey": f"d{name}", "Component_": name, "File_": file.key,
+                                         "DestName": file.name, "DestFolder": "INSTALLFOLDER"}),
+                # The folder's property is empty unless it is to go.
+                insert("RemoveFile", {"FileKey": f"gone{name}", "Component_": "Memory",
+                                      "FileName": file.name, "DirProperty": "REMOVETRANSLATION",
+                                      "InstallMode": _WHEN_INSTALLED})]
+    return statements
 
 
 def rights() -> list[str]:
@@ -174,4 +205,4 @@ def file_versions(files: list[PackagedFile], versions: dict[str, tuple[str, str]
 def all_statements(release: Release, files: list[PackagedFile],
                    versions: dict[str, tuple[str, str]]) -> list[str]:
     return [*properties(release), *searches(), *conditions(), *registry(), *shortcut(),
-            *rights(), *removals(), *file_versions(files, versions)]
+            *translations(files), *rights(), *removals(), *file_versions(files, versions)]

@@ -116,6 +116,7 @@ extern "C" __declspec(dllexport) UINT __stdcall checkProperties(MSIHANDLE handle
     values.servicePort = value(L"SERVICEPORT");
     values.serviceMode = value(L"SERVICEMODE");
     values.guardPort = value(L"GUARDPORT");
+    values.translation = value(L"TRANSLATION");
     const std::vector<std::string> found = complaints(values);
     std::string text;
     for (const std::string &complaint : found) {

@@ -60,5 +60,7 @@ std::vector<std::string> complaints(const RolloutValues &values)
            u8"SERVICEMODE 只能是 http 或 https。SERVICEMODE must be http or https.");
     expect(!given(values.guardPort) || isPort(values.guardPort),
            u8"GUARDPORT 必须是 1 到 65535 的端口号。GUARDPORT must be a port from 1 to 65535.");
+    expect(!given(values.translation) || isOneOf(values.translation, {"en", "zh"}),
+           u8"TRANSLATION 只能是 en 或 zh。TRANSLATION must be en or zh.");
     return found;
 }

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-/// What an administrator gives to the package for a new Miravel.ini; empty where nothing was given.
+/// What an administrator gives to the package; empty where nothing was given.
 struct RolloutValues
 {
     std::string layout;
@@ -13,6 +13,7 @@ struct RolloutValues
     std::string servicePort;
     std::string serviceMode;
     std::string guardPort;
+    std::string translation;
 };
 
 /// What is wrong with the values: one line for each, which names the property and what it may be,
