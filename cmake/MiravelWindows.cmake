@@ -17,10 +17,18 @@ foreach(module Core Gui Network Widgets)
                                                     "${MIRAVEL_IMPORTS}/libQt5${module}.a")
 endforeach()
 
+# miravel_windows_version(<target> <description>): the version, company and rights of all programs.
+function(miravel_windows_version target program_description)
+    enable_language(RC)
+    configure_file("${PROJECT_SOURCE_DIR}/packaging/windows/version.rc.in"
+                   "${CMAKE_CURRENT_BINARY_DIR}/${target}-version.rc" @ONLY)
+    target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${target}-version.rc")
+endfunction()
+
 # miravel_windows_program(<target>): no console, icon, version and manifest, a roomy stack, symbols in
 # build/windows/symbols/<file>.debug.
 function(miravel_windows_program target)
-    enable_language(RC)
+    miravel_windows_version(${target} "${target}")
     foreach(file miravel.rc miravel.exe.manifest)
         configure_file("${PROJECT_SOURCE_DIR}/packaging/windows/${file}.in"
                        "${CMAKE_CURRENT_BINARY_DIR}/${file}" @ONLY)

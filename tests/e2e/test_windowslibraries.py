@@ -12,7 +12,7 @@ from pathlib import Path
 from desktop.assistant import Assistant
 from desktop.guardchannel import GuardClient, channel_port, document
 from desktop.preview import Preview
-from desktop.project import BUILD, GATEWAY_LIBRARY_NAME
+from desktop.project import BUILD, GATEWAY_LIBRARY_NAME, PROGRAM
 from desktop.testcase import DesktopTest
 from desktop.waiting import wait_until
 from tracedwine import TracedWine, asked_libraries, loaded_libraries
@@ -105,6 +105,28 @@ class WindowsLibraryTest(DesktopTest):
         print(f"\n    {len(wanted)} names planted in three places; {len(loaded)} libraries loaded, "
               f"{sum(name.startswith(self.own) for name in loaded)} of the program's folder, "
               f"all others of the system's", flush=True)
+
+    def test_missing_tls_libraries_are_not_taken_from_the_search_path(self) -> None:
+        """Qt looks there itself, folder by folder. A question over https then fails as without any."""
+        self.start_service(https=True)
+        own = self.installation.program.parent
+        for gone in (TLS_LIBRARIES, TLS_LIBRARIES[:1], TLS_LIBRARIES[1:]):
+            with self.subTest(gone=gone):
+                self.installation.log.mark()
+                for name in TLS_LIBRARIES:
+                    shutil.copy(PROGRAM.parent / name, own / name)
+                    # The right ones would be loaded, and would do.
+                    shutil.copy(PROGRAM.parent / name, self.planted / name)
+                for name in gone:
+                    (own / name).unlink()
+                assistant = self.start_traced("+loaddll", "without-" + "-".join(gone))
+                assistant.wait_for_window()
+                assistant.wait_for_log("failed to get hot issues.")
+                loaded = loaded_libraries(assistant)
+                self.assert_own_or_system(loaded)
+                for name in gone:
+                    self.assertNotIn(name, {Path(file.replace("\\", "/")).name for file in loaded})
+                self.assertEqual(0, assistant.close())
 
     def test_library_asked_for_by_name_is_not_taken_from_elsewhere(self) -> None:
         """As whatever is loaded into the program may ask; here the gateway library does."""

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import re
 import shutil
 import subprocess
 import tempfile
@@ -14,6 +15,19 @@ from desktop.project import BUILD, SOURCE
 
 CRYPTO = "libcrypto-3-x64.dll"
 PROTECTIONS = {"HIGH_ENTROPY_VA": 0x20, "DYNAMIC_BASE": 0x40, "NX_COMPAT": 0x100}
+PROGRAMS = {"Miravel.exe": "Miravel", "doctor.exe": "Miravel doctor"}
+
+
+def version_resource(program: Path) -> tuple[str, dict[str, str]]:
+    """The number that the system compares, and the texts that the explorer shows."""
+    with pefile.PE(program) as image:
+        fixed = image.VS_FIXEDFILEINFO[0]
+        numbers = (fixed.FileVersionMS >> 16, fixed.FileVersionMS & 0xffff,
+                   fixed.FileVersionLS >> 16, fixed.FileVersionLS & 0xffff)
+        tables = [entry for entry in image.FileInfo[0] if entry.Key == b"StringFileInfo"]
+        texts = {key.decode(): value.decode() for table in tables[0].StringTable
+                 for key, value in table.entries.items()}
+    return ".".join(map(str, numbers)), texts
 
 
 class FolderTest(unittest.TestCase):
@@ -61,6 +75,19 @@ class FolderTest(unittest.TestCase):
             for path in originals:
                 with self.subTest(f"{path.name} {protection}"):
                     self.assertIn(f"windows folder: {path.name} does not have {protection}\n", complaints)
+
+    def test_programs_tell_one_version_and_their_maker(self) -> None:
+        version = re.search(r"VERSION (\d+\.\d+\.\d+)", (SOURCE / "CMakeLists.txt").read_text())
+        assert version is not None
+        for name, description in PROGRAMS.items():
+            with self.subTest(name):
+                number, texts = version_resource(self.folder / name)
+                self.assertEqual(version[1] + ".0", number)
+                self.assertEqual("Ostrel Technologies Co., Ltd.", texts.pop("CompanyName"))
+                self.assertRegex(texts.pop("LegalCopyright"), "^© .*Ostrel")
+                self.assertEqual({"FileDescription": description, "FileVersion": version[1],
+                                  "InternalName": name.removesuffix(".exe"), "OriginalFilename": name,
+                                  "ProductName": "Miravel", "ProductVersion": version[1]}, texts)
 
     def test_manifest_of_the_program(self) -> None:
         for old, new, problem in (

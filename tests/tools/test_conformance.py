@@ -5,20 +5,26 @@ from __future__ import annotations
 
 import base64
 import json
-import subprocess
+import shutil
 import tempfile
 import unittest
 from pathlib import Path
 from typing import Any
 
+from desktop.console import Console
 from desktop.demoservice import DemoService
 from desktop.installation import SECRET, default_settings, encoded, free_port
-from desktop.project import CONFORMANCE, SOURCE, base_environment
+from desktop.project import CONFORMANCE, ON_WINE, PROGRAM, SOURCE
 from desktop.settings import Settings
 
 from laxservice import ANSWER, HOT, LaxService
 
 PATIENCE_S = 200.0
+# Under Wine a request takes longer than on a user's machine when other tests run beside it.
+SLOW_SUGGESTIONS = "the fastest of 3 replies took"
+ATTEMPTS = 5 if ON_WINE else 1
+CASE_BY_CASE = unittest.skipIf(
+    ON_WINE, "its many examinations take Wine many seconds each; one of each kind runs")
 CALLS = ("hot", "association", "ask")
 
 # A fault of the demo service, its argument, and what is said of it; None: depends on the call.
@@ -98,6 +104,16 @@ BAD_LISTS = (
 
 class ConformanceTest(unittest.TestCase):
     maxDiff = None
+    console: Console
+    program = CONFORMANCE
+
+    @classmethod
+    def setUpClass(cls) -> None:
+        folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
+        cls.console = cls.enterClassContext(Console(folder))
+        if ON_WINE:  # where a program's libraries lie beside it
+            shutil.copytree(PROGRAM.parent, folder / "bin")
+            cls.program = Path(shutil.copy(CONFORMANCE, folder / "bin"))
 
     def setUp(self) -> None:
         self.folder = Path(self.enterContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
@@ -106,10 +122,12 @@ class ConformanceTest(unittest.TestCase):
     def examine(self, port: int, *arguments: str | Path) -> tuple[int, str]:
         """The exit status and all that was printed."""
         self.settings.update({"IpAndPort/mserverhttpsport": str(port)})
-        done = subprocess.run([CONFORMANCE, self.folder / "Miravel.ini", *arguments],
-                              capture_output=True, env=base_environment(), encoding="utf-8",
-                              timeout=PATIENCE_S, check=False)
-        return done.returncode, done.stdout + done.stderr
+        for _ in range(ATTEMPTS):
+            status, said = self.console.run(self.program, self.folder / "Miravel.ini", *arguments,
+                                            patience_s=PATIENCE_S)
+            if SLOW_SUGGESTIONS not in said:
+                break
+        return status, said
 
     def checks(self, port: int, *arguments: str) -> list[dict[str, Any]]:
         self.examine(port, "--json", self.folder / "result.json", *arguments)
@@ -133,6 +151,7 @@ class DemoServiceTest(ConformanceTest):
 
     @classmethod
     def setUpClass(cls) -> None:
+        super().setUpClass()
         folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
         cls.service = cls.enterClassContext(DemoService(folder, https=True))
 
@@ -155,6 +174,7 @@ class DemoServiceTest(ConformanceTest):
         self.assertEqual(0, status, said)
         self.assertIn(f"The question service at https://127.0.0.1:{self.service.https_port}", said)
 
+    @CASE_BY_CASE
     def test_every_fault_is_named_in_every_call(self) -> None:
         for kind, argument, words in FAULTS:
             for call in CALLS:
@@ -175,6 +195,7 @@ class DemoServiceTest(ConformanceTest):
                 self.service.fault(call, "none")
                 self.assert_named(found, call, words)
 
+    @CASE_BY_CASE
     def test_suggestions_later_than_the_client_waits_are_named(self) -> None:
         self.service.fault("association", "delay", arg=600, times=1000)
         found = self.mends(self.service.http_port)
@@ -182,6 +203,7 @@ class DemoServiceTest(ConformanceTest):
         self.assert_named(found, "association", "the fastest of 3 replies took 6")
         self.assertEqual(3, len(found), found)
 
+    @CASE_BY_CASE
     def test_slow_answers_within_the_limit_are_good(self) -> None:
         self.service.fault("ask", "delay", arg=600, times=1000)
         found = self.mends(self.service.http_port)
@@ -241,6 +263,7 @@ class LaxServiceTest(ConformanceTest):
                 self.assertEqual("mend" if name in MUST_BE_REFUSED else "note", check["grade"], name)
                 self.assertIn("it is accepted", check["what"])
 
+    @CASE_BY_CASE
     def test_refusal_without_words_is_named(self) -> None:
         for body in (b"", b"<html/>", b'{"errorCode":401,"errorMsg":"","result":null}',
                      b'{"errorCode":"401","result":null}',
@@ -270,6 +293,7 @@ class LaxServiceTest(ConformanceTest):
         self.service.results["associations"] = [{"id": n, "question": f"q{n}"} for n in range(21)]
         self.assertNotIn("suggestions", str(self.mends(self.service.port)))
 
+    @CASE_BY_CASE
     def test_bad_lists_are_named(self) -> None:
         for result, words in BAD_LISTS:
             with self.subTest(words):
@@ -287,6 +311,7 @@ class LaxServiceTest(ConformanceTest):
         accepted = [name for name, _ in self.mends(self.service.port) if ".refuses." not in name]
         self.assertEqual([], accepted)
 
+    @CASE_BY_CASE
     def test_bad_answers_are_named(self) -> None:
         for change, words in BAD_ANSWERS:
             with self.subTest(words):
@@ -295,6 +320,7 @@ class LaxServiceTest(ConformanceTest):
         self.service.results["answers"] = HOT
         self.assert_named(self.mends(self.service.port), "ask", "result is missing or no object")
 
+    @CASE_BY_CASE
     def test_bad_texts_are_named(self) -> None:
         for text, words in BAD_TEXTS:
             with self.subTest(words):

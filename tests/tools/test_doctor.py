@@ -11,11 +11,10 @@ import tempfile
 import unittest
 from pathlib import Path
 
+from desktop.console import Console, native
 from desktop.demoservice import DemoService
-from desktop.display import Display
 from desktop.installation import LOOPBACK, SECRET, Installation, default_settings, encoded, free_port
-from desktop.project import DOCTOR, GATEWAY_LIBRARY_NAME, ON_WINE, base_environment
-from desktop.runner import Runner, runner_for
+from desktop.project import DOCTOR, GATEWAY_LIBRARY_NAME, ON_WINE
 
 PATIENCE_S = 120.0
 
@@ -57,43 +56,27 @@ FAULTS = (
 )
 
 
-def native(path: Path) -> str:
-    """A path as the doctor's system names it."""
-    return "Z:" + str(path).replace("/", "\\") if ON_WINE else str(path)
-
-
 class DoctorTest(unittest.TestCase):
     service: DemoService
-    runner: Runner
-    environment: dict[str, str]
+    console: Console
 
     @classmethod
     def setUpClass(cls) -> None:
         folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
         cls.service = cls.enterClassContext(DemoService(folder, https=True))
-        # One for all tests: under Wine a system of its own takes seconds to start, and needs a screen.
-        cls.runner = runner_for(folder)
-        surroundings = {**base_environment(), "XDG_RUNTIME_DIR": str(folder)}
-        if ON_WINE:
-            display = cls.enterClassContext(Display(folder / "display"))
-            surroundings["DISPLAY"] = display.name
-        cls.environment = cls.runner.environment(surroundings)
-        cls.runner.start(cls.environment)
-        cls.addClassCleanup(cls.runner.stop)
+        cls.console = cls.enterClassContext(Console(folder))
 
     def setUp(self) -> None:
         self.private = Path(self.enterContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
         self.installation = Installation(self.private / "installation")
         self.installation.use_service(self.service.http_port)
         self.folder = self.installation.program.parent
+        self.environment: dict[str, str] = {}
 
     def examine(self, *arguments: str, folder: Path | None = None) -> tuple[int, str]:
         """The doctor's exit status and what it says."""
-        command = self.runner.command(DOCTOR, [native(folder or self.folder), *arguments])
-        done = subprocess.run(command, capture_output=True, env=self.environment,
-                              stdin=subprocess.DEVNULL, encoding="utf-8", timeout=PATIENCE_S,
-                              check=False)
-        return done.returncode, done.stdout + done.stderr
+        return self.console.run(DOCTOR, folder or self.folder, *arguments, patience_s=PATIENCE_S,
+                                **self.environment)
 
     def assert_mend(self, complaint: str, *arguments: str) -> str:
         """The doctor makes this complaint and says what to do about it."""
@@ -219,7 +202,7 @@ class DoctorTest(unittest.TestCase):
     def test_gateway_library_that_cannot_be_loaded_is_told_of(self) -> None:
         (self.private / GATEWAY_LIBRARY_NAME).write_bytes(b"This is no library.")
         search_path = "WINEPATH" if ON_WINE else "LD_LIBRARY_PATH"
-        self.environment = {**self.environment, search_path: native(self.private)}
+        self.environment = {search_path: native(self.private)}
         said = self.assert_mend("KorVpnTool is there but cannot be used: ")
         self.assertIn("Install the 64-bit VPN client anew", said)
 

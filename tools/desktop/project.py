@@ -15,7 +15,7 @@ DEMO_SERVICE = (SOURCE / "build/release" if ON_WINE else BUILD) / "bin/demoservi
 # Of this system, where it is built; the channel is the same.
 GUARD_POST = DEMO_SERVICE.with_name("guardpost")
 DOCTOR = BUILD / ("bin/doctor.exe" if ON_WINE else "bin/doctor")
-CONFORMANCE = BUILD / "bin/conformance"
+CONFORMANCE = BUILD / ("tools/conformance.exe" if ON_WINE else "bin/conformance")
 GATEWAY_LIBRARY_NAME = "KorVpnTool.dll" if ON_WINE else "libKorVpnTool.so"
 # The program writes its log in the encoding of its system.
 LOG_ENCODING = "gbk" if ON_WINE else "utf-8"

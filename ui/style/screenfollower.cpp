@@ -52,6 +52,7 @@ void ScreenFollower::settle()
     }
     m_scale = m_window->devicePixelRatioF();
     if (!m_window->isMaximized() && m_window->windowHandle() != nullptr) {
+        m_window->resize(m_size); // when the system's size is right, it tells no other
         m_window->windowHandle()->resize(m_size);
     }
     sharpenPictures(*m_window);

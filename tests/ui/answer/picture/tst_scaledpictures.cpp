@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QBuffer>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QMovie>
@@ -98,6 +99,7 @@ class TestScaledPictures : public QObject
 
 private slots:
     void initTestCase();
+    void cleanupTestCase();
     void init();
     void cleanup();
 
@@ -135,6 +137,12 @@ void TestScaledPictures::initTestCase()
     m_animation = file.readAll();
     QVERIFY(m_work.isValid());
     QDir::setCurrent(m_work.path());
+}
+
+/// Or else the folder cannot be removed on Windows.
+void TestScaledPictures::cleanupTestCase()
+{
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
 }
 
 void TestScaledPictures::init()
