@@ -7,6 +7,7 @@
 #include "ui/preview/imagedisplay.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QFile>
 #include <QFont>
@@ -14,6 +15,7 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTextEdit>
 #include <QTextStream>
@@ -105,11 +107,35 @@ private:
     bool m_failed = false;
 };
 
-/// Moves the mouse over \a button and waits until the button knows.
+/// Moves the mouse over \a button and waits until the button knows. However large the screen is, it
+/// has a place for the button.
 void hover(QPushButton *button)
 {
+    QWidget *window = button->window();
+    const QPoint place = button->mapToGlobal(button->rect().center());
+    if (!window->screen()->geometry().contains(place)) {
+        window->move(window->pos() + window->screen()->geometry().center() - place);
+    }
+    QTest::mouseMove(window, QPoint(1, 1)); // the next move is to be one
     QTest::mouseMove(button);
-    static_cast<void>(QTest::qWaitFor([button] { return button->underMouse(); }));
+    if (!QTest::qWaitFor([button] { return button->underMouse(); })) {
+        qFatal("the mouse is not over %s", qUtf8Printable(button->accessibleName()));
+    }
+}
+
+/// The focus where the Tab key has brought it.
+void shootFocus(Photographer &photographer, WindowBench &bench)
+{
+    bench.hotRow(1)->setFocus();
+    QTest::keyClick(bench.hotRow(1), Qt::Key_Tab);
+    photographer.shoot("focus-hot-question", bench.window());
+    bench.input()->setFocus();
+    QTest::keyClick(bench.input(), Qt::Key_Tab);
+    photographer.shoot("focus-send", bench.window());
+    QTest::keyClick(bench.button(QStringLiteral("发送")), Qt::Key_Tab);
+    photographer.shoot("focus-more", bench.window());
+    QTest::mousePress(bench.input()->viewport(), Qt::LeftButton); // ends the marks
+    QTest::mouseRelease(bench.input()->viewport(), Qt::LeftButton);
 }
 
 void shootStart(Photographer &photographer)
@@ -150,6 +176,12 @@ void shootTyping(Photographer &photographer, WindowBench &bench)
     photographer.shoot("input-typed", bench.window());
     bench.input()->setPlainText(QStringLiteral("我的云桌面登录之后一直黑屏。\n").repeated(12));
     photographer.shoot("input-scrolled", bench.window());
+    QApplication::clipboard()->setText(
+        QStringLiteral("我的云桌面登录之后一直黑屏。").repeated(600));
+    bench.input()->clear();
+    bench.input()->paste();
+    photographer.shoot("input-held", bench.window());
+    bench.input()->setPlainText(QStringLiteral("我的云桌面登录之后一直黑屏。\n").repeated(12));
     bench.input()->selectAll();
     bench.window().inputEdit_rightMenu();
     photographer.shootWithMenu("input-menu", bench.window());
@@ -191,6 +223,7 @@ void shootMain(Photographer &photographer)
     bench.button(QStringLiteral("换一换"))->click();
     photographer.shoot("window-second-page", bench.window());
     shootButtons(photographer, bench);
+    shootFocus(photographer, bench);
     shootTyping(photographer, bench);
     shootSuggestions(photographer, bench);
     bench.send(QStringLiteral("如何修改密码"));

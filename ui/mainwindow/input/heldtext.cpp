@@ -6,6 +6,7 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 
 namespace {
 
@@ -17,6 +18,15 @@ QString note(const QTextFormat &format)
 {
     return HeldText::tr("…（其余 %1 字不显示，将一并发送）")
         .arg(format.stringProperty(heldProperty).size());
+}
+
+/// What the note's letters need below the line that they stand on. Qt gives an object none of it,
+/// so where the note is alone on its line it is drawn higher, within the height of the object.
+qreal roomBelow(const QTextDocument &document, int position, const QFontMetricsF &metrics)
+{
+    const QTextBlock block = document.findBlock(position);
+    const QTextLine line = block.layout()->lineForTextPosition(position - block.position());
+    return line.isValid() && line.descent() > 0 ? 0 : metrics.descent();
 }
 
 bool holdsText(const QTextFormat &format)
@@ -82,16 +92,17 @@ QSizeF HeldText::intrinsicSize(QTextDocument *document, int position, const QTex
 {
     Q_UNUSED(position)
     const QFontMetricsF metrics(document->defaultFont());
-    return {metrics.horizontalAdvance(note(format)), metrics.ascent()};
+    return {metrics.horizontalAdvance(note(format)), metrics.height()};
 }
 
 void HeldText::drawObject(QPainter *painter, const QRectF &place, QTextDocument *document,
                           int position, const QTextFormat &format)
 {
-    Q_UNUSED(position)
+    const QFontMetricsF metrics(document->defaultFont());
+    const QPointF start = place.bottomLeft() - QPointF(0, roomBelow(*document, position, metrics));
     painter->setFont(document->defaultFont());
     painter->setPen(noteColour);
-    painter->drawText(place.bottomLeft(), note(format));
+    painter->drawText(start, note(format));
 }
 
 QString wholeText(const QTextDocument &document)

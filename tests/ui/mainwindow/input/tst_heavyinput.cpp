@@ -3,11 +3,13 @@
 #include "tests/ui/support/windowbench.h"
 #include "ui/mainwindow/input/inputbox.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QClipboard>
 #include <QInputMethodEvent>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextEdit>
 
 /// Whatever is pasted and sent, the window handles events again within a second of its thread's
@@ -27,6 +29,7 @@ private slots:
     void setByAProgram();
     void typedBeyondTheBound_isShown();
     void heldText_isCopied_deleted_andBroughtBack();
+    void note_hasRoomOnALineOfItsOwn();
     void shortPaste_isShownWhole();
     void guardQuestion();
     void hotQuestion();
@@ -170,6 +173,35 @@ void TestHeavyInput::heldText_isCopied_deleted_andBroughtBack()
     QVERIFY(copied() == text);
     m_bench->window().send_messages();
     QVERIFY(asked() == text.simplified());
+}
+
+void TestHeavyInput::note_hasRoomOnALineOfItsOwn()
+{
+    QTextEdit *box = m_bench->input();
+    const QString lines = QStringLiteral("一行\n").repeated(1000);
+    const QString filled = QStringLiteral("长").repeated(InputBox::mostShown - lines.size());
+    box->setPlainText(lines + filled.left(filled.size() - 1) + QLatin1Char('\n'));
+    box->moveCursor(QTextCursor::End);
+    QApplication::clipboard()->setText(QStringLiteral("x").repeated(1000));
+    box->paste();
+    const QTextBlock block = box->document()->lastBlock();
+    QCOMPARE(block.text(), QString(QChar::ObjectReplacementCharacter));
+    const QImage seen = box->viewport()->grab().toImage();
+    const auto inkIn = [&](int top, int bottom) {
+        int ink = 0;
+        for (int y = top; y <= bottom; ++y) {
+            for (int x = 0; x < box->cursorRect().left() - 2; ++x) {
+                ink += qGray(seen.pixel(x, y)) < 200 ? 1 : 0;
+            }
+        }
+        return ink;
+    };
+    const QRect caret = box->cursorRect();
+    QVERIFY(inkIn(caret.top(), caret.bottom()) > 100);
+    QCOMPARE(inkIn(seen.height() - 1, seen.height() - 1), 0); // else it was cut off
+    const auto *layout = box->document()->documentLayout();
+    QCOMPARE(qRound(layout->blockBoundingRect(block).height()),
+             qRound(layout->blockBoundingRect(box->document()->begin()).height()));
 }
 
 void TestHeavyInput::shortPaste_isShownWhole()
