@@ -4,6 +4,7 @@
 #include "service/gateway/clientlibrary.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <mutex>
 
 namespace {
@@ -27,8 +28,43 @@ struct Functions
 
 struct KorVpnTool
 {
-    std::timed_mutex mutex;
-    std::optional<Functions> functions; // guarded by mutex
+    std::mutex mutex;
+    std::condition_variable turnEnded;
+    bool isAsked = false;               // guarded by mutex
+    std::optional<Functions> functions; // of whose turn it is
+};
+
+/// The turn of one thread to ask the library. Not a mutex with a time limit: the thread sanitizer
+/// of this compiler does not see how that is locked.
+class Turn final
+{
+    Q_DISABLE_COPY_MOVE(Turn)
+
+public:
+    /// Waits for it, \a limitMs at most.
+    Turn(KorVpnTool &tool, int limitMs)
+        : m_tool(tool)
+    {
+        std::unique_lock<std::mutex> lock(m_tool.mutex);
+        m_isOurs = m_tool.turnEnded.wait_for(lock, std::chrono::milliseconds(limitMs),
+                                             [this] { return !m_tool.isAsked; });
+        m_tool.isAsked = true;
+    }
+
+    ~Turn()
+    {
+        if (m_isOurs) {
+            const std::lock_guard<std::mutex> lock(m_tool.mutex);
+            m_tool.isAsked = false;
+            m_tool.turnEnded.notify_one();
+        }
+    }
+
+    [[nodiscard]] bool isOurs() const { return m_isOurs; }
+
+private:
+    KorVpnTool &m_tool;
+    bool m_isOurs = false;
 };
 
 QString libraryName()
@@ -74,9 +110,8 @@ std::optional<Functions> load()
 std::optional<KorGateway> selectedKorGateway(int turnLimitMs)
 {
     KorVpnTool &tool = korVpnTool();
-    const std::unique_lock<std::timed_mutex> lock(tool.mutex,
-                                                  std::chrono::milliseconds(turnLimitMs));
-    if (!lock.owns_lock()) {
+    const Turn turn(tool, turnLimitMs);
+    if (!turn.isOurs()) {
         LOG_WARNING() << "KorVpnTool has not answered an earlier call, it is not asked again.";
         return std::nullopt;
     }
@@ -91,7 +126,7 @@ std::optional<KorGateway> selectedKorGateway(int turnLimitMs)
     if (!record) {
         return std::nullopt;
     }
-    return gatewayOf(*record); // under the lock: the next call may rewrite the record
+    return gatewayOf(*record); // in our turn: the next call may rewrite the record
 }
 
 KorGateway gatewayOf(const KorInfoBlock &record)
