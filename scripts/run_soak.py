@@ -102,9 +102,9 @@ class Outages:
         """Takes it away when its time has come; returns when it is back."""
         if time.monotonic() < self._next:
             return
-        self._guard.pausing.set()
+        posted = self._guard.pause()
         try:
-            wait_until(lambda: not missing(list(self._guard.posted), self._watch, read=False),
+            wait_until(lambda: not missing(posted, self._watch, read=False),
                        "every guard question before an outage", BEFORE_AWAY_S)
             self._relay.cut()
             time.sleep(AWAY_S)
@@ -113,7 +113,7 @@ class Outages:
         except NotSeen:
             pass  # one of them still waits for a slow answer: the next time then
         finally:
-            self._guard.pausing.clear()
+            self._guard.go_on()
             self._next = time.monotonic() + AWAY_EVERY_S
 
 

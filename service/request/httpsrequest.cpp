@@ -26,6 +26,7 @@
 #include <QUrl>
 
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -50,17 +51,6 @@ void registerReplyTypes()
     Q_UNUSED(last)
 }
 
-ServiceEndpoint chooseTarget(bool configFallback, const ServiceEndpoint &configured)
-{
-    ServiceEndpoint resolved = resolvedEndpoint();
-    if (!fallsBackToConfigured(configFallback, resolved)) {
-        return resolved;
-    }
-    LOG_DEBUG() << "assocation request, strAddr or strPort is empty. ip = " << configured.strAddr
-                << ", port = " << configured.strPort;
-    return configured;
-}
-
 DeadlineWait::End waitForReply(const QNetworkReply &reply, int timeoutMs)
 {
     if (reply.isFinished()) {
@@ -79,14 +69,15 @@ void logNetworkError(QNetworkReply::NetworkError error)
     }
 }
 
-ServiceEndpoint askForGateway()
+/// Nothing when the library knows no gateway.
+std::optional<ServiceEndpoint> askForGateway()
 {
-    ServiceEndpoint endpoint;
-    if (const auto gateway = askGatewayLibrary()) {
-        endpoint = {gateway->address, QString::number(gateway->port)};
-        setResolvedEndpoint(endpoint);
-        LOG_INFO() << "strAddr:" << endpoint.strAddr << "strPort:" << endpoint.strPort;
+    const auto gateway = askGatewayLibrary();
+    if (!gateway) {
+        return {};
     }
+    const ServiceEndpoint endpoint{gateway->address, QString::number(gateway->port)};
+    LOG_INFO() << "strAddr:" << endpoint.strAddr << "strPort:" << endpoint.strPort;
     return endpoint;
 }
 
@@ -180,6 +171,26 @@ QNetworkRequest httpsRequest::prepareRequest(const QString &urlPath, int httpMod
     return request;
 }
 
+ServiceEndpoint httpsRequest::chooseTarget(bool configFallback,
+                                           const ServiceEndpoint &configured) const
+{
+    const ServiceEndpoint resolved = resolvedEndpoint();
+    if (fallsBackToConfigured(configFallback, resolved)) {
+        LOG_DEBUG() << "assocation request, strAddr or strPort is empty. ip = "
+                    << configured.strAddr << ", port = " << configured.strPort;
+        return configured;
+    }
+    // Another call may just be resolving anew, which would cost this one its question.
+    const ServiceEndpoint own = m_found.get();
+    return own.isComplete() && !resolved.isComplete() ? own : resolved;
+}
+
+void httpsRequest::setResolved(const ServiceEndpoint &endpoint)
+{
+    m_found.set(endpoint);
+    setResolvedEndpoint(endpoint);
+}
+
 void httpsRequest::httpsError_Log(QString buf)
 {
     if (!buf.contains(successMarker)) {
@@ -194,16 +205,20 @@ void httpsRequest::httpsError_Log(QString buf)
 
 void httpsRequest::getUseful_IpPort()
 {
-    setResolvedEndpoint({});
+    setResolved({});
     const ServiceEndpoint configured = readConfiguredServer(configPath);
     LOG_DEBUG() << "start ping, time: " << timeOfDay();
     const Reached reached = tryToReach(configured.strAddr, configured.strPort.toInt());
     if (reached == Reached::Yes) {
         LOG_INFO() << "can ping";
-        setResolvedEndpoint(configured);
+        setResolved(configured);
     } else if (reached == Reached::No) {
         LOG_INFO() << "can not ping, try kor";
-        if (!askForGateway().isComplete()) {
+        const auto gateway = askForGateway();
+        if (gateway) {
+            setResolved(*gateway);
+        }
+        if (!gateway || !gateway->isComplete()) {
             LOG_WARNING() << "get no korinfo when connect vd";
         }
     }

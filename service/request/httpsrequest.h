@@ -1,6 +1,6 @@
 #pragma once
 
-#include "service/request/serviceendpoint.h"
+#include "service/request/sharedendpoint.h"
 
 #include <QByteArray>
 #include <QNetworkRequest>
@@ -28,7 +28,8 @@ public:
     /// \a replyBuffer. \a httpMode 0 is http, anything else https. With \a configFallback the
     /// configured server stands in for an endpoint that is not resolved. Returns 0 when the reply
     /// ended in time, be it with a network or HTTP error, and -1, leaving the buffer alone, when
-    /// it did not or the program ended first.
+    /// it did not or the program ended first. While another object resolves the endpoint anew, the
+    /// request goes where this one's own last resolution led.
     int SendHttpsRequest(const QString &urlPath, int httpMode, int timeoutMs,
                          QByteArray *replyBuffer, QByteArray body, bool configFallback);
 
@@ -50,4 +51,9 @@ public:
 private:
     [[nodiscard]] QNetworkRequest prepareRequest(const QString &urlPath, int httpMode,
                                                  bool configFallback) const;
+    [[nodiscard]] ServiceEndpoint chooseTarget(bool configFallback,
+                                               const ServiceEndpoint &configured) const;
+    void setResolved(const ServiceEndpoint &endpoint);
+
+    SharedEndpoint m_found; ///< by the last resolution of this object
 };

@@ -22,6 +22,8 @@ private slots:
     void resolutions_ofAReachableServerAgree();
     void resolutions_askTheLibraryOneAtATime();
     void resolutionsAndRequests_runSideBySide();
+    void request_goesWhereItsOwnResolutionLedWhileAnotherIsUnderWay();
+    void request_afterItsOwnResolutionFailed_goesNowhere();
 };
 
 namespace {
@@ -143,6 +145,33 @@ void TestConcurrentRequests::resolutionsAndRequests_runSideBySide()
     runAll([&](int thread) { work.at(static_cast<std::size_t>(thread))(); });
     QCOMPARE(wrong.load(), 0);
     QCOMPARE(torn.load(), 0);
+}
+
+void TestConcurrentRequests::request_goesWhereItsOwnResolutionLedWhileAnotherIsUnderWay()
+{
+    RequestBench bench;
+    setReplies(bench.server);
+    bench.request.getUseful_IpPort();
+    std::thread([] { setResolvedEndpoint({}); }).join(); // as any resolution begins
+    QByteArray reply;
+    bench.request.SendHttpsRequest(QString::fromLatin1(pathOf(0)), http, longMs, &reply, "{}",
+                                   false);
+    QCOMPARE(reply, bodyOf(0));
+    QVERIFY(!resolvedEndpoint().isComplete()); // which is the other resolution's matter
+}
+
+void TestConcurrentRequests::request_afterItsOwnResolutionFailed_goesNowhere()
+{
+    RequestBench bench;
+    bench.request.getUseful_IpPort();
+    const RefusingPort refusing;
+    bench.config.setServer(refusing.port());
+    bench.request.getUseful_IpPort();
+    QByteArray reply;
+    bench.request.SendHttpsRequest(QString::fromLatin1(pathOf(0)), http, longMs, &reply, "{}",
+                                   false);
+    QCOMPARE(reply, QByteArray());
+    QCOMPARE(bench.log.linesWith(QStringLiteral("info: url:http://:/thread0")).size(), 1);
 }
 
 QTEST_MAIN(TestConcurrentRequests)

@@ -31,24 +31,35 @@ def numbered(kind: str, number: int) -> str:
 
 class GuardTraffic:
     """Posts questions, and between them what is none, over several connections in turn: two messages
-    that meet on one connection would count as one."""
+    that meet on one connection would count as one. One thread posts, another may pause it."""
 
     def __init__(self, port: int) -> None:
         self._clients = [GuardClient(port) for _ in range(CONNECTIONS)]
         self._turn = itertools.cycle(self._clients)
         self._junk = itertools.cycle(_JUNK)
         self.posted: list[str] = []
-        self.pausing = threading.Event()
+        self._posting = threading.Lock()
+        self._pausing = False
 
     def post(self, number: int) -> None:
-        if self.pausing.is_set():
-            return
-        question = numbered("G", number)
-        next(self._turn).send(document(question))
-        self.posted.append(question)
-        if number % _JUNK_EVERY == 0:
-            with_junk = next(self._turn)
-            with_junk.send(next(self._junk))
+        with self._posting:
+            if self._pausing:
+                return
+            question = numbered("G", number)
+            self.posted.append(question)
+            next(self._turn).send(document(question))
+            if number % _JUNK_EVERY == 0:
+                next(self._turn).send(next(self._junk))
+
+    def pause(self) -> list[str]:
+        """Posts nothing from now on; all that was posted, the one just on its way included."""
+        with self._posting:
+            self._pausing = True
+            return list(self.posted)
+
+    def go_on(self) -> None:
+        with self._posting:
+            self._pausing = False
 
     def close(self) -> None:
         for client in self._clients:
