@@ -32,28 +32,28 @@ DIFFERENT = 30  # of 255, on average over a block
 Box = tuple[int, int, int, int]
 
 
-def take_on_linux(folder: Path, scale: int) -> None:
-    env = {**base_environment(), "QT_QPA_PLATFORM": "offscreen", "QT_SCALE_FACTOR": str(scale)}
-    for program in PROGRAMS:
-        run([SOURCE / "build/release/tests" / program, folder], env)
-
-
-def take_under_wine(folder: Path, scale: int) -> None:
+def take(system: str, folder: Path, scale: int) -> None:
     with tempfile.TemporaryDirectory(prefix="miravel-") as private:
         size = (WIDTH * scale, HEIGHT * scale)  # no window is made smaller to fit
         with Display(Path(private) / "display", size=size) as display:
             display.manage_windows()
             env = {**base_environment(), "DISPLAY": display.name, "QT_SCALE_FACTOR": str(scale)}
             for program in PROGRAMS:
-                exe = SOURCE / "build/windows/tests" / f"{program}.exe"
-                run([SOURCE / "scripts/windows/wine_run.sh", exe, f"Z:{folder}"], env)
+                run(command(system, program, folder), env)
 
 
-def run(command: Sequence[str | Path], env: dict[str, str]) -> None:
-    done = subprocess.run([str(part) for part in command], env=env, capture_output=True, text=True,
+def command(system: str, program: str, folder: Path) -> list[str | Path]:
+    if system == "linux":
+        return [SOURCE / "build/release/tests" / program, folder]
+    exe = SOURCE / "build/windows/tests" / f"{program}.exe"
+    return [SOURCE / "scripts/windows/wine_run.sh", exe, f"Z:{folder}"]
+
+
+def run(words: Sequence[str | Path], env: dict[str, str]) -> None:
+    done = subprocess.run([str(word) for word in words], env=env, capture_output=True, text=True,
                           errors="replace", timeout=PATIENCE_S, check=False)
     if done.returncode != 0:
-        raise RuntimeError(f"{Path(command[-2]).name} ended with {done.returncode}:\n"
+        raise RuntimeError(f"{Path(words[-2]).name} ended with {done.returncode}:\n"
                            + (done.stdout + done.stderr)[-2000:])
 
 
@@ -140,7 +140,7 @@ def main() -> int:
             column = f"{system}-{100 * scale}"
             folder = PAGE / column
             folder.mkdir(parents=True)
-            (take_on_linux if system == "linux" else take_under_wine)(folder, scale)
+            take(system, folder, scale)
             columns.append(column)
     index = PAGE.parent / "index.html"
     index.write_text(page(columns), encoding="utf-8")

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import contextlib
 import os
 import shutil
 import socket
@@ -10,6 +11,7 @@ import sys
 import tempfile
 import unittest
 from pathlib import Path
+from typing import Iterator
 
 from desktop.console import Console, native
 from desktop.demoservice import DemoService
@@ -56,9 +58,28 @@ FAULTS = (
 )
 
 
+# What the registry holds, on Windows; elsewhere a settings file of its name in the program's folder.
+AGENT = "Software\\VDAgent\\LogonInfo"
+VPN_CLIENT = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Ostrel NORVIK VPN"
+
+# The first bytes of a library of Windows that is made for 32 bits.
+LIBRARY_OF_32_BITS = (b"MZ".ljust(0x3c, b"\0") + (0x40).to_bytes(4, "little")
+                      + b"PE\0\0" + (0x014c).to_bytes(2, "little")).ljust(1024, b"\0")
+
+# The fonts of a machine that has none.
+NO_FONTS = """<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">
+<fontconfig><dir>{folder}</dir><cachedir>{folder}</cachedir></fontconfig>
+"""
+
+NOBODY = "65534"
+
+
 class DoctorTest(unittest.TestCase):
     service: DemoService
     console: Console
+    as_user: tuple[str, ...] = ()
+    doctor = DOCTOR
 
     @classmethod
     def setUpClass(cls) -> None:
@@ -75,8 +96,27 @@ class DoctorTest(unittest.TestCase):
 
     def examine(self, *arguments: str, folder: Path | None = None) -> tuple[int, str]:
         """The doctor's exit status and what it says."""
-        return self.console.run(DOCTOR, folder or self.folder, *arguments, patience_s=PATIENCE_S,
-                                **self.environment)
+        return self.console.run(self.doctor, folder or self.folder, *arguments,
+                                patience_s=PATIENCE_S, through=self.as_user, **self.environment)
+
+    @contextlib.contextmanager
+    def registry(self, key: str, name: str, value: str) -> Iterator[None]:
+        """Inside, this value is in the machine's registry."""
+        prefix = self.console.prefix
+        if prefix is not None:
+            prefix.set_registry_text(f"HKLM\\{key}", name, value)
+            try:
+                yield
+            finally:
+                prefix.run("reg", "delete", f"HKLM\\{key}", "/f")
+            return
+        file = self.folder / f"HKEY_LOCAL_MACHINE\\{key}"
+        escaped = value.replace("\\", "\\\\")
+        file.write_text(f"[General]\n{name}={escaped}\n", encoding="ascii")
+        try:
+            yield
+        finally:
+            file.unlink()
 
     def assert_mend(self, complaint: str, *arguments: str) -> str:
         """The doctor makes this complaint and says what to do about it."""
@@ -247,6 +287,88 @@ class DoctorTest(unittest.TestCase):
                 running.kill()
         self.assertEqual(0, status, said)
         self.assertIn(f"the guard tool's port {port} is the running program's", said)
+
+    def test_font_is_told_of(self) -> None:
+        status, said = self.examine()
+        self.assertEqual(0, status, said)
+        font = "" if ON_WINE else " is not here, Noto Sans CJK SC stands in for it"
+        self.assertIn(f"  ok    the font Microsoft YaHei{font}\n", said)
+
+    @unittest.skipIf(ON_WINE, "the fonts of Wine are this system's too")
+    def test_machine_without_a_font_for_chinese_is_told_of(self) -> None:
+        fonts = self.private / "fonts"
+        fonts.mkdir()
+        configuration = self.private / "fonts.conf"
+        configuration.write_text(NO_FONTS.format(folder=fonts), encoding="utf-8")
+        self.environment = {**self.environment, "FONTCONFIG_FILE": str(configuration)}
+        said = self.assert_mend("the font Microsoft YaHei is not here, nor another one for Chinese")
+        self.assertIn("To mend: 1\n", said)
+
+    @unittest.skipUnless(ON_WINE, "only Windows comes with the font")
+    def test_font_that_is_missing_is_noted(self) -> None:
+        prefix = self.console.prefix
+        assert prefix is not None
+        key, name = r"HKCU\Software\Wine\Fonts\Replacements", "Microsoft YaHei"
+        stand_in = prefix.run("reg", "query", key, "/v", name).split("REG_SZ")[1].strip()
+        prefix.run("reg", "delete", key, "/v", name, "/f")
+        try:
+            status, said = self.examine()
+        finally:
+            prefix.set_registry_text(key, name, stand_in)
+        self.assertEqual(0, status, said)
+        self.assertRegex(said, "  note  the font Microsoft YaHei is not here, .+ stands in for it\n")
+
+    def test_users_name_is_told_of(self) -> None:
+        _, said = self.examine()
+        self.assertIn("ok    the user's name in the client's settings: demo.user\n", said)
+        self.installation.client_settings.remove("RemLastUser/lastuser")
+        status, said = self.examine()
+        self.assertEqual(0, status, said)
+        self.assertIn("note  there is no user's name in the client's settings\n", said)
+
+    def test_users_name_in_the_registry_is_told_of(self) -> None:
+        for name in ("config", "log"):
+            shutil.move(self.installation.root / name, self.folder / name)
+        status, said = self.examine("--shortcut")
+        self.assertEqual(0, status, said)
+        self.assertIn("note  there is no user's name in the registry\n", said)
+        with self.registry(AGENT, "iRAIUser", "agent.user"):
+            status, said = self.examine("--shortcut")
+        self.assertEqual(0, status, said)
+        self.assertIn("ok    the user's name in the registry: agent.user\n", said)
+
+    def test_vpn_client_of_the_registry_is_told_of(self) -> None:
+        _, said = self.examine()
+        self.assertIn("ok    the registry names no VPN client", said)
+        with self.registry(VPN_CLIENT, "DisplayIcon", native(self.private) + "\\client.exe"):
+            status, said = self.examine()
+        self.assertEqual(0, status, said)
+        self.assertIn("note  the registry says that the VPN client is at ", said)
+
+    @unittest.skipUnless(ON_WINE, "the libraries of Windows are meant")
+    def test_libraries_of_32_bits_are_told_of(self) -> None:
+        for name in ("KorVpnTool", "toolSDK"):
+            (self.private / f"{name}.dll").write_bytes(LIBRARY_OF_32_BITS)
+        self.environment = {**self.environment, "WINEPATH": native(self.private)}
+        with self.registry(VPN_CLIENT, "DisplayIcon", native(self.private) + "\\client.exe"):
+            said = self.assert_mend("KorVpnTool is there but cannot be used: it is made for 32 bits, "
+                                    "the program for 64 (")
+        self.assertIn("MEND  toolSDK is there but cannot be used: it is made for 32 bits, the program "
+                      "for 64 (", said)
+
+    def test_folders_that_the_user_may_not_write_to_are_told_of(self) -> None:
+        (self.folder / "gif").mkdir()
+        if os.geteuid() == 0 and not ON_WINE:  # who may write everywhere
+            self.as_user = ("setpriv", f"--reuid={NOBODY}", "--clear-groups", "--")
+            self.doctor = Path(shutil.copy(DOCTOR, self.private))  # the build may be root's alone
+            for path in (self.private, self.installation.root / "log", self.folder / "gif"):
+                os.chown(path, int(NOBODY), -1)
+        for folder, complaint in ((self.installation.root / "log", "log cannot be written to"),
+                                  (self.folder / "gif", "gif cannot be written to")):
+            with self.subTest(folder.name):
+                folder.chmod(0o555)
+                self.assert_mend(complaint)
+                folder.chmod(0o755)
 
     def test_wrong_command_lines(self) -> None:
         for arguments in (("--no-such-option",), ("--wait", "0"), ("--wait", "soon"), ("second",)):

@@ -15,7 +15,6 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
-#include <QScreen>
 #include <QTest>
 #include <QTextEdit>
 #include <QTextStream>
@@ -107,19 +106,21 @@ private:
     bool m_failed = false;
 };
 
-/// Moves the mouse over \a button and waits until the button knows. However large the screen is, it
-/// has a place for the button.
+/// Moves the mouse over \a button and waits until the button knows.
 void hover(QPushButton *button)
 {
-    QWidget *window = button->window();
-    const QPoint place = button->mapToGlobal(button->rect().center());
-    if (!window->screen()->geometry().contains(place)) {
-        window->move(window->pos() + window->screen()->geometry().center() - place);
-    }
-    QTest::mouseMove(window, QPoint(1, 1)); // the next move is to be one
     QTest::mouseMove(button);
     if (!QTest::qWaitFor([button] { return button->underMouse(); })) {
-        qFatal("the mouse is not over %s", qUtf8Printable(button->accessibleName()));
+        qWarning("the mouse is not over %s", qUtf8Printable(button->accessibleName()));
+    }
+}
+
+/// Presses the Tab key until it has brought the focus to \a button.
+void tabTo(QPushButton *button)
+{
+    for (int i = 0; i < 9 && !button->hasFocus(); ++i) {
+        QWidget *focus = button->window()->focusWidget();
+        QTest::keyClick(focus == nullptr ? button->window() : focus, Qt::Key_Tab);
     }
 }
 
@@ -260,9 +261,14 @@ void shootDialogs(Photographer &photographer)
     about->setAttribute(Qt::WA_DeleteOnClose);
     about->show();
     photographer.shoot("dialog-about", *about);
-    about->findChild<QPushButton *>(QStringLiteral("licenseButton"))->click();
+    auto *licences = about->findChild<QPushButton *>(QStringLiteral("licenseButton"));
+    tabTo(licences);
+    photographer.shoot("focus-licences", *about);
+    licences->click();
     if (auto *licence = about->findChild<OpenSouLicense *>()) {
         photographer.shoot("dialog-licences", *licence);
+        tabTo(licence->findChild<QPushButton *>(QStringLiteral("affirmButton")));
+        photographer.shoot("focus-confirm", *licence);
         licence->close();
     }
     about->close();

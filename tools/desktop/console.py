@@ -9,6 +9,7 @@ from types import TracebackType
 from .display import Display
 from .project import ON_WINE, base_environment
 from .runner import runner_for
+from .wine import WinePrefix
 
 
 def native(path: Path) -> str:
@@ -38,13 +39,19 @@ class Console:
         if self._display is not None:
             self._display.__exit__(kind, error, trace)
 
+    @property
+    def prefix(self) -> WinePrefix | None:
+        """The Wine that the programs run in; None where they are this system's."""
+        return self._runner if isinstance(self._runner, WinePrefix) else None
+
     def run(self, program: Path, *arguments: str | Path, patience_s: float,
-            **environment: str) -> tuple[int, str]:
+            through: tuple[str, ...] = (), **environment: str) -> tuple[int, str]:
         """Runs a program to its end; its exit status and all that it prints. environment is added to
-        what every program gets, paths are named as its system names them."""
+        what every program gets, paths are named as its system names them. through is a command that
+        starts the program."""
         command = self._runner.command(program, [native(argument) if isinstance(argument, Path)
                                                  else argument for argument in arguments])
-        done = subprocess.run(command, capture_output=True, env={**self._environment, **environment},
+        done = subprocess.run([*through, *command], capture_output=True, env={**self._environment, **environment},
                               stdin=subprocess.DEVNULL, encoding="utf-8", timeout=patience_s,
                               check=False)
         return done.returncode, done.stdout + done.stderr

@@ -3,12 +3,14 @@
 #include "service/request/httpsrequest.h"
 #include "tools/doctor/callcheck.h"
 #include "tools/doctor/endpointcheck.h"
+#include "tools/doctor/fontcheck.h"
 #include "tools/doctor/installationcheck.h"
 #include "tools/doctor/machinecheck.h"
 #include "tools/doctor/report.h"
 #include "tools/doctor/servicelog.h"
 #include "tools/doctor/settingscheck.h"
 #include "tools/doctor/surroundings.h"
+#include "tools/doctor/usercheck.h"
 #include "tools/doctor/vpncheck.h"
 
 #include <QApplication>
@@ -84,6 +86,8 @@ bool examine(const Options &options)
     report.begin(QStringLiteral("The installation"));
     report.add(checkInstallation());
     report.add(checkMachine(miravelConfigPath()));
+    report.add(checkFont());
+    report.add(checkUser());
     report.begin(QStringLiteral("The settings"));
     report.add(checkSettings(miravelConfigPath()));
     httpsRequest request;

@@ -4,5 +4,8 @@
 /// object is made.
 void showNoWindow();
 
+/// Whether the system comes with the font that the program asks for.
+[[nodiscard]] bool comesWithTheFont();
+
 /// Lets questions whether a file may be written ask for the rights of the user.
 void askForRights();

@@ -8,6 +8,11 @@ void showNoWindow()
     qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
+bool comesWithTheFont()
+{
+    return false;
+}
+
 void askForRights()
 {
     // They are always asked for.

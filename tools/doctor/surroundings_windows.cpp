@@ -9,6 +9,11 @@ void showNoWindow()
     // Every session of Windows has a screen, and the other platforms of Qt are not shipped.
 }
 
+bool comesWithTheFont()
+{
+    return true;
+}
+
 void askForRights()
 {
     ++qt_ntfs_permission_lookup;

@@ -6,6 +6,7 @@
 #include "app/base/settingskeys.h"
 #include "ui/dialogs/opensoulicense.h"
 #include "ui/dialogs/rightsnotice.h"
+#include "ui/style/focusmark.h"
 #include "ui_aboutdialog.h"
 
 #include <QFile>
@@ -65,6 +66,7 @@ void AboutDialog::styleForm()
     ui->about_close->setStyleSheet(closeButtonStyle());
     ui->noticeLabel->setStyleSheet(noticeStyle);
     ui->licenseButton->setStyleSheet(linkStyle);
+    new FocusMark(ui->licenseButton);
     ui->iconLabel->setStyleSheet(pictureStyle(QLatin1String("Sysico.png")));
     ui->makerLabel->setStyleSheet(pictureStyle(QLatin1String("Ostrelico.png")));
     ui->dividerLabel->setStyleSheet(dividerStyle);

@@ -1,5 +1,6 @@
 #include "ui/dialogs/opensoulicense.h"
 
+#include "ui/style/focusmark.h"
 #include "ui/style/styles.h"
 #include "ui_opensoulicense.h"
 
@@ -62,6 +63,7 @@ void OpenSouLicense::styleForm()
     ui->scrollArea->setStyleSheet(scrollAreaStyle);
     ui->textView->setStyleSheet(viewStyle);
     ui->affirmButton->setStyleSheet(styles::blueButton);
+    new FocusMark(ui->affirmButton);
 }
 
 void OpenSouLicense::connectButtons()

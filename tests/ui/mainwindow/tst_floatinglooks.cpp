@@ -238,6 +238,8 @@ void TestFloatingLooks::focusMark_comesWithTheKeyboard_andGoesWithTheMouse()
 void TestFloatingLooks::focusMark_touchesNoText_data()
 {
     hoverMark_liesOverTheRow_whileTheMouseIsOnIt_data();
+    QTest::newRow("next page") << QStringLiteral("换一换");
+    QTest::newRow("send, which is as blue") << QStringLiteral("发送");
 }
 
 void TestFloatingLooks::focusMark_touchesNoText()

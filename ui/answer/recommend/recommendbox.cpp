@@ -1,6 +1,7 @@
 #include "ui/answer/recommend/recommendbox.h"
 
 #include "ui/answer/recommend/recommendpaging.h"
+#include "ui/style/focusmark.h"
 #include "ui/style/styles.h"
 
 #include <QLabel>
@@ -97,6 +98,7 @@ void RecommendBox::addFoot(const Layout &layout)
     m_next->setStyleSheet(switchButton);
     m_next->setCursor(Qt::PointingHandCursor);
     m_next->setGeometry(layout.button);
+    new FocusMark(m_next);
     connect(m_next, &QPushButton::clicked, this, &RecommendBox::nextPageRequested);
     m_foot = {hint, m_next};
 }

@@ -85,6 +85,7 @@ QPushButton *makeNextPageButton(QWidget *parent)
     button->setStyleSheet(nextPageStyle);
     button->setCursor(Qt::PointingHandCursor);
     button->setFocusPolicy(Qt::TabFocus); // the mouse leaves the focus where it was
+    new FocusMark(button);
     return button;
 }
 

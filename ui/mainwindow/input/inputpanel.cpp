@@ -3,6 +3,7 @@
 #include "ui/mainwindow/input/heldtext.h"
 #include "ui/mainwindow/input/inputbox.h"
 #include "ui/mainwindow/input/inputmenu.h"
+#include "ui/style/focusmark.h"
 
 #include <QCursor>
 #include <QPushButton>
@@ -81,6 +82,7 @@ InputPanel::InputPanel(QWidget *parent)
         "QPushButton{background-color:rgb(42, 100, 244);color:white;font:bold 16px Microsoft YaHei;"
         "border:none;}QPushButton:hover{background-color:rgb(51, 109, 255);}"
         "QPushButton:pressed{background-color:rgb(38, 95, 237);}"));
+    new FocusMark(send);
     connect(send, &QPushButton::clicked, this, &InputPanel::sendClicked);
 }
 
