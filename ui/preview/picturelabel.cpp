@@ -75,7 +75,8 @@ void PictureLabel::paintScaled(const QPixmap &picture)
 void PictureLabel::paintStretched(const QPixmap &picture)
 {
     const qreal ratio = devicePixelRatioF();
-    const bool isMadeForIt = picture.size() == (QSizeF(size()) * ratio).toSize();
+    const QSizeF difference = QSizeF(size()) * ratio - QSizeF(picture.size());
+    const bool isMadeForIt = qAbs(difference.width()) < 1 && qAbs(difference.height()) < 1;
     const QSizeF place = isMadeForIt ? QSizeF(picture.size()) / ratio : QSizeF(size());
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, !isMadeForIt);

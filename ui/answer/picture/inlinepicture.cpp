@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QtMath>
 
 namespace {
 
@@ -60,7 +61,11 @@ QSize shownPictureSize(const QSize &size, bool isAnimated)
 
 QSize sizeOnScreen(const QSize &size, qreal ratio)
 {
-    return (QSizeF(size) * ratio).toSize();
+    constexpr qreal inexactness = 1e-6; // 100 * 1.15 is a little less than 115
+    const auto whole = [ratio](int side) {
+        return qMax(1, qFloor(side * ratio + inexactness));
+    };
+    return {whole(size.width()), whole(size.height())};
 }
 
 void saveAnimation(const QString &part, const QByteArray &data, const QString &fileName)

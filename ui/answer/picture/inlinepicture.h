@@ -20,7 +20,8 @@
 /// a still one inside it, proportions kept. At least a pixel each way.
 [[nodiscard]] QSize shownPictureSize(const QSize &size, bool isAnimated);
 
-/// \a size, in device-independent px, in whole pixels of a screen of \a ratio.
+/// How many whole pixels of a screen of \a ratio have room in \a size device-independent px, at
+/// least one each way: a larger picture would lose its edge.
 [[nodiscard]] QSize sizeOnScreen(const QSize &size, qreal ratio);
 
 /// Writes \a data to \a fileName when the image tag \a part holds an animation, making its folder

@@ -26,6 +26,7 @@ private slots:
 
     void labelSize_data();
     void labelSize();
+    void pixelsOfAScreen_haveRoomInThePlace();
     void data_endAtTheQuoteBeforeTheStyle();
     void base64_isReadAsTheToolkitReadsIt_data();
     void base64_isReadAsTheToolkitReadsIt();
@@ -127,6 +128,15 @@ void TestInlinePictures::labelSize()
     QFETCH(QSize, picture);
     QFETCH(QSize, label);
     QCOMPARE(pictureLabelSize(picture), label);
+}
+
+void TestInlinePictures::pixelsOfAScreen_haveRoomInThePlace()
+{
+    QCOMPARE(sizeOnScreen({165, 110}, 1), QSize(165, 110));
+    QCOMPARE(sizeOnScreen({165, 110}, 1.25), QSize(206, 137));
+    QCOMPARE(sizeOnScreen({100, 20}, 1.15), QSize(115, 23)); // which is less in binary
+    QCOMPARE(sizeOnScreen({430, 1}, 1.5), QSize(645, 1));
+    QCOMPARE(sizeOnScreen({0, 0}, 2), QSize(1, 1));
 }
 
 void TestInlinePictures::data_endAtTheQuoteBeforeTheStyle()

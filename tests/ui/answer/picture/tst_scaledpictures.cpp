@@ -56,7 +56,7 @@ QString tag(const char *format, const QByteArray &data)
 
 QSize onScreen(const QSize &size, qreal ratio)
 {
-    return (QSizeF(size) * ratio).toSize();
+    return {static_cast<int>(size.width() * ratio), static_cast<int>(size.height() * ratio)};
 }
 
 /// What \a widget shows, in the pixels of a screen of \a ratio, without its outermost ones, which a
@@ -109,6 +109,7 @@ private slots:
     void smallPicture_isEnlargedSmoothly();
     void animation_hasThePixelsOfTheScreen_data();
     void animation_hasThePixelsOfTheScreen();
+    void frameOfAPicture_isWhole();
     void pictureSetAnew_hasThePixelsOfTheScreen_data();
     void pictureSetAnew_hasThePixelsOfTheScreen();
     void rows_keepTheirPlaces_data();
@@ -229,6 +230,39 @@ void TestScaledPictures::animation_hasThePixelsOfTheScreen()
         QCOMPARE(pixelsOf(*row->label(), size, ratio), inside(smooth(frame, size)));
     } else { // as Qt scales it itself
         QCOMPARE(movie->currentPixmap().size(), frame.size());
+    }
+}
+
+/// Also where the screen has no whole number of pixels for the place: here 137.5 in height.
+void TestScaledPictures::frameOfAPicture_isWhole()
+{
+    constexpr qreal ratio = 1.25;
+    const QSize size(206, 137);
+    screenscale::set(ratio);
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    painter.drawRect(picture.rect().adjusted(0, 0, -1, -1)); // black
+    painter.end();
+    PictureRow *row = show(tag("png", encoded(picture)));
+    QCOMPARE(row->label()->size(), QSize(165, 110));
+    for (int place = 0; place < 8; ++place) { // between two pixels, too
+        QWidget *const bubble = row->window();
+        row->setParent(bubble);
+        row->setGeometry(place, place, row->width(), row->height());
+        row->show();
+        row->raise();
+        QImage shown(onScreen(bubble->size(), ratio), QImage::Format_RGB32);
+        shown.setDevicePixelRatio(ratio);
+        bubble->render(&shown);
+        const QPoint corner(qRound(place * ratio), qRound((place + 4) * ratio));
+        const QRect frame(corner, size);
+        for (const QPoint &side :
+             {QPoint(frame.center().x(), frame.top()), QPoint(frame.center().x(), frame.bottom()),
+              QPoint(frame.left(), frame.center().y()),
+              QPoint(frame.right(), frame.center().y())}) {
+            QCOMPARE(qGray(shown.pixel(side)), 0);
+        }
     }
 }
 
