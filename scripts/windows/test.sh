@@ -16,8 +16,8 @@ if [[ ${1:-} == --packages ]]; then
     scripts/windows/setup.sh --package
 fi
 scripts/windows/build.sh "${targets[@]}"
-# This system's program, to compare with, and the service that both talk to.
-scripts/build.sh release Miravel demoservice
+# This system's program, to compare with, the service that both talk to, and a look-up that hangs.
+scripts/build.sh release Miravel demoservice standinlookup
 scripts/windows/wine_prefix.sh
 source scripts/windows/wine_environment.sh
 

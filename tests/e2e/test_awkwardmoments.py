@@ -12,6 +12,8 @@ NEXT = "怎样进入和退出全屏"
 
 
 class AwkwardMomentTest(DesktopTest):
+    MANAGED_ON_WINE = True
+
     def test_second_question_while_the_first_waits_is_answered(self) -> None:
         service = self.start_service()
         assistant = self.start_greeted()

@@ -20,6 +20,8 @@ HUGE_BYTES = 50 * 1024 * 1024  # more than the log holds, more than anybody read
 
 
 class BadReplyTest(DesktopTest):
+    MANAGED_ON_WINE = True
+
     def ask_twice(self, kind: str, *expected: str, arg: str | int | None = None,
                   shown: tuple[str, ...] = (QUESTION, ANSWER)) -> None:
         """Asks once with the fault and once without; expected are the log's texts in their order,

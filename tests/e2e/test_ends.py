@@ -18,6 +18,8 @@ MOST_S = 3.0 + 2.0
 
 
 class EndTest(DesktopTest):
+    MANAGED_ON_WINE = True
+
     def start_with_hanging_lookup(self) -> Assistant:
         self.installation.settings.update({"IpAndPort/mserverip": HANGING_HOST,
                                            "IpAndPort/mserverhttpsport": "8443"})

@@ -17,6 +17,8 @@ PASTE_ROW = (50, 74)  # in the context menu
 
 
 class FloatingTest(DesktopTest):
+    MANAGED_ON_WINE = True
+
     def test_suggestion_is_shown_and_asked(self) -> None:
         service = self.start_service()
         assistant = self.start_greeted()

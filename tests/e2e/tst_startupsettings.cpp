@@ -1,4 +1,5 @@
 #include "tests/support/installation.h"
+#include "tests/support/unreadablefile.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -103,14 +104,17 @@ void TestStartupSettings::unreadableSettingsFile_isNoError()
     QVERIFY(folder.waitUntilAnswering());
     QCOMPARE(folder.logLinesWith(callerLine), QStringList());
 
-#ifdef Q_OS_WIN
-    QSKIP("A file cannot be made unreadable by its permissions on this system.");
-#endif
     Installation locked(Layout::Client);
     QVERIFY(locked.isValid());
     QVERIFY(locked.setValue(QStringLiteral("Log/level"), QStringLiteral("INFO")));
+#ifdef Q_OS_WIN
+    const UnreadableFile held(locked.iniPath());
+    QVERIFY(held.whyNot() == nullptr);
+    const bool readable = false;
+#else
     QVERIFY(QFile::setPermissions(locked.iniPath(), {}));
     const bool readable = QFile(locked.iniPath()).open(QIODevice::ReadOnly);
+#endif
     locked.start({vdi});
     QVERIFY(locked.waitUntilAnswering());
     // A user whom permissions do not bind reads it all the same.

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import math
 import os
 import tempfile
 import time
@@ -114,7 +115,7 @@ class Assistant:
 
     def size(self) -> tuple[int, int]:
         """Width and height of the window in px of the screen."""
-        return self.person.size(self.person.windows(TITLE)[0])
+        return self.person.size(self._largest(self.person.windows(TITLE)))
 
     def wait_for_window(self) -> None:
         self._until(lambda: bool(self.person.windows(TITLE)), "the window")
@@ -214,7 +215,13 @@ class Assistant:
     def _corner(self) -> tuple[int, int]:
         # The search for windows fails while one of them is just going away.
         windows = self._until(lambda: self.person.windows(TITLE), "the window on the screen")
-        return self.person.position(windows[0])
+        return self.person.position(self._largest(windows))
+
+    def _largest(self, windows: list[str]) -> str:
+        """The main window: under Wine menus have the same title."""
+        if len(windows) == 1:
+            return windows[0]
+        return max(windows, key=lambda window: math.prod(self.person.size(window)))
 
     def _until(self, condition: Callable[[], object], what: str):
         def alive_and_condition() -> object:

@@ -11,16 +11,21 @@ from .assistant import Assistant
 from .demoservice import DemoService
 from .display import HEIGHT, WIDTH, Display
 from .installation import Installation
+from .project import ON_WINE
 
 
 class DesktopTest(unittest.TestCase):
     """Nothing is shared between two tests, so that they pass alone, together and in any order."""
 
     SCREEN = (WIDTH, HEIGHT)
+    # Whether Wine gets a window manager, without which it loses the keyboard now and then.
+    MANAGED_ON_WINE = False
 
     def setUp(self) -> None:
         self.folder = Path(self.enterContext(tempfile.TemporaryDirectory(prefix="miravel-test-")))
         self.display = self.enterContext(Display(self.folder / "display", size=self.SCREEN))
+        if ON_WINE and self.MANAGED_ON_WINE:
+            self.display.manage_windows()
         self.installation = Installation(self.folder / "installation")
         self._services = 0
 
