@@ -271,7 +271,7 @@ class DoctorTest(unittest.TestCase):
 
     def test_guard_port_of_the_program_itself_is_well(self) -> None:
         if ON_WINE:
-            self.skipTest("the stand-in is a program of this system")
+            self.skipTest("Wine does not tell whose a port is, not even of its own programs")
         program = self.private / "Miravel-listens"
         shutil.copy(sys.executable, program)
         port = free_port()
