@@ -34,7 +34,7 @@ QJsonObject checkBody(const SettingsFile &settings, const ServiceCall &call, con
         return settings.value(QLatin1String(group) + QLatin1Char('/') + QLatin1String(name));
     };
     QJsonParseError problem;
-    const QJsonObject body = QJsonDocument::fromJson(call.body, &problem).object();
+    QJsonObject body = QJsonDocument::fromJson(call.body, &problem).object();
     check(problem.error == QJsonParseError::NoError, "a body is JSON");
     check(body.size() == count, "a body has the members of its call");
     check(body.value(QLatin1String("channelId")).toInt(-1) == value("channelId").toInt()
