@@ -19,7 +19,9 @@ bool ScreenFollower::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::Show && m_window->windowHandle() != m_watched) {
         watchWindow();
     } else if (event->type() == QEvent::Paint && isOnNewScale()) {
-        screenChanged(); // the same screen, of which Qt does not tell
+        settleSoon(); // the same screen, of which Qt does not tell
+    } else if (event->type() == QEvent::Resize && !isOnNewScale()) {
+        m_size = m_window->size();
     }
     return QObject::eventFilter(watched, event);
 }
@@ -27,6 +29,7 @@ bool ScreenFollower::eventFilter(QObject *watched, QEvent *event)
 void ScreenFollower::watchWindow()
 {
     m_watched = m_window->windowHandle();
+    m_size = m_window->size();
     m_scale = m_window->devicePixelRatioF();
     connect(m_watched, &QWindow::screenChanged, this, &ScreenFollower::screenChanged);
 }
@@ -38,9 +41,12 @@ bool ScreenFollower::isOnNewScale() const
 
 void ScreenFollower::screenChanged()
 {
-    const bool isFixed = m_window->minimumSize() == m_window->maximumSize();
-    // The system may have sized the window for the new scale before Qt knew of it.
-    m_size = isFixed ? m_window->minimumSize() : m_window->size();
+    m_size = m_window->size();
+    settleSoon();
+}
+
+void ScreenFollower::settleSoon()
+{
     // Qt is still in the middle of the change.
     QMetaObject::invokeMethod(this, &ScreenFollower::settle, Qt::QueuedConnection);
 }
@@ -51,6 +57,9 @@ void ScreenFollower::settle()
         return;
     }
     m_scale = m_window->devicePixelRatioF();
+    if (m_window->minimumSize() == m_window->maximumSize()) {
+        m_size = m_window->minimumSize(); // the system may have sized it before Qt knew the scale
+    }
     if (!m_window->isMaximized() && m_window->windowHandle() != nullptr) {
         m_window->resize(m_size); // when the system's size is right, it tells no other
         m_window->windowHandle()->resize(m_size);

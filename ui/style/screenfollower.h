@@ -23,6 +23,7 @@ protected:
 private:
     void watchWindow();
     void screenChanged();
+    void settleSoon();
     void settle();
     [[nodiscard]] bool isOnNewScale() const;
 
