@@ -17,8 +17,8 @@ names() {
     ctest --preset "$1" --show-only "${@:2}" 2>/dev/null | sed -n 's/^ *Test *#[0-9]*: *//p'
 }
 
-# Every target that one of the end-to-end tests starts, beside their own programs.
-started=(Miravel demoservice guardpost doctor korvpntool miravel_standins)
+# Every target that one of the end-to-end tests starts or reads, beside their own programs.
+started=(Miravel conformance demoservice guardpost doctor korvpntool miravel_standins translations)
 failed=0
 for preset in tsan asan; do
     [[ -f build/$preset/build.ninja ]] || cmake --preset "$preset"

@@ -28,8 +28,7 @@ MAY_HOLD_KIB = 256 * 1024
 LONG_S = 60 * SLOWNESS
 REFUSED_S = 0.05
 ALLOWED = 128
-# Sanitizers keep what was freed.
-MEMORY_COUNTS = not {"ASAN_OPTIONS", "TSAN_OPTIONS"} & set(os.environ)
+SANITIZED = bool({"ASAN_OPTIONS", "TSAN_OPTIONS"} & set(os.environ))
 
 
 class GuardFloodTest(DesktopTest):
@@ -68,6 +67,7 @@ class GuardFloodTest(DesktopTest):
         self.guard_is_served()
         self.close_cleanly(self.assistant)
 
+    @unittest.skipIf(SANITIZED, "without a free descriptor the sanitizer takes every object for none")
     def test_more_connections_than_the_system_allows(self) -> None:
         pid = self.assistant.process.pid
         _, most = resource.prlimit(pid, resource.RLIMIT_NOFILE)
@@ -104,7 +104,7 @@ class GuardFloodTest(DesktopTest):
         for _ in range(300):
             client.send(PIECE)
             most = max(most, self.held_kib())
-        if MEMORY_COUNTS:
+        if not SANITIZED:  # sanitizers keep what was freed
             self.assertLess(most - before, MAY_HOLD_KIB)
         self.user_is_served()
         client.close()
@@ -119,9 +119,9 @@ class GuardFloodTest(DesktopTest):
         for _ in range(QUESTIONS_EACH):
             for client in clients:
                 client.send(message)
-        self.service.log.wait_for("call=ask", f'question="{TEXT}"')
+        self.service.log.wait_for("call=ask", f'question="{TEXT}"', timeout_s=LONG_S)
         self.assistant.ask(TYPED)
-        self.service.log.wait_for("call=ask", f'question="{TYPED}"')
+        self.service.log.wait_for("call=ask", f'question="{TYPED}"', timeout_s=LONG_S)
         self.close_cleanly(self.assistant)
 
 

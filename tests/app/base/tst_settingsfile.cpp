@@ -41,6 +41,12 @@ namespace {
 
 const QString levelKey = QStringLiteral("Log/level");
 
+#ifdef Q_OS_WIN // where opening a file takes long
+constexpr int generatedFiles = 200;
+#else
+constexpr int generatedFiles = 2000;
+#endif
+
 QString generated(Generator &generator)
 {
     static const QStringList pieces
@@ -225,7 +231,7 @@ void TestSettingsFile::anyFile_isReadAsQtReadsIt()
     const LogCapture log;
     Generator generator;
     int present = 0;
-    for (int file = 0; file < 2000; ++file) {
+    for (int file = 0; file < generatedFiles; ++file) {
         QByteArray bytes = generated(generator).toLatin1();
         if (generator.oneIn(4)) {
             bytes.prepend("\xef\xbb\xbf[url]\n"); // Qt takes the mark for a part of a first key
@@ -250,7 +256,7 @@ void TestSettingsFile::anyFile_isReadAsQtReadsIt()
         QFile::remove(m_folder.filePath(QStringLiteral("%1.ini").arg(m_files)));
         QFile::remove(m_folder.filePath(QStringLiteral("%1.ini").arg(m_files - 1)));
     }
-    QVERIFY(present > 200);
+    QVERIFY(present > generatedFiles / 10);
 }
 
 QTEST_GUILESS_MAIN(TestSettingsFile)
