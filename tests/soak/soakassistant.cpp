@@ -22,7 +22,7 @@ constexpr int refreshMs = 3000;
 constexpr int previewMs = 5000;
 constexpr int lookedAtMs = 400;
 constexpr int screensMs = 20000;
-constexpr int handlesMs = 2000;
+constexpr int handlesMs = 5000;
 
 void closePreview()
 {
