@@ -4,12 +4,14 @@
 #include "app/startup/heap.h"
 #include "app/startup/qtenvironment.h"
 #include "resources/resources.h"
+#include "tests/soak/ownhandles.h"
 #include "ui/answer/picture/picturerow.h"
 #include "ui/mainwindow/miravel.h"
 #include "ui/preview/imagedisplay.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QFont>
 #include <QPushButton>
 #include <QTimer>
@@ -20,6 +22,7 @@ constexpr int refreshMs = 3000;
 constexpr int previewMs = 5000;
 constexpr int lookedAtMs = 400;
 constexpr int screensMs = 20000;
+constexpr int handlesMs = 5000;
 
 void closePreview()
 {
@@ -47,6 +50,16 @@ void changeScreens(Miravel &window)
 {
     window.slotResize();
     window.OnLogicalDotsPerInchChanged();
+}
+
+/// Notes in a file beside the program what nobody can count from outside.
+void noteHandles()
+{
+    const QString handles = ownHandles();
+    QFile file(QStringLiteral("handles.txt"));
+    if (!handles.isEmpty() && file.open(QIODevice::Append)) {
+        file.write(handles.toLatin1() + '\n');
+    }
 }
 
 /// Calls \a work every \a ms.
@@ -85,5 +98,7 @@ int main(int argc, char *argv[])
     repeat(preview, previewMs, [&window] { openPreview(window); });
     QTimer screens;
     repeat(screens, screensMs, [&window] { changeScreens(window); });
+    QTimer handles;
+    repeat(handles, handlesMs, noteHandles);
     return QApplication::exec();
 }

@@ -3,8 +3,8 @@
 #include <QElapsedTimer>
 #include <QTest>
 
-#include <atomic>
-#include <thread>
+#include <chrono>
+#include <future>
 
 /// The gate at which threads wait for the window's first picture.
 class TestStartGate : public QObject
@@ -34,16 +34,11 @@ void TestStartGate::openFromTheStart()
 void TestStartGate::closed_holdsUntilItIsOpened()
 {
     startgate::close();
-    std::atomic<bool> opened = false;
-    bool passedBefore = true;
-    std::thread waiter([&] {
-        startgate::pass();
-        passedBefore = !opened;
-    });
-    opened = true;
+    constexpr std::chrono::milliseconds aWhile(200); // well within its patience
+    std::future<void> waiter = std::async(std::launch::async, startgate::pass);
+    QVERIFY(waiter.wait_for(aWhile) == std::future_status::timeout);
     startgate::open();
-    waiter.join();
-    QVERIFY(!passedBefore);
+    QVERIFY(waiter.wait_for(aWhile) == std::future_status::ready);
 }
 
 void TestStartGate::forgotten_letsThroughAfterASecond()

@@ -1,0 +1,6 @@
+#include "tests/soak/ownhandles.h"
+
+QString ownHandles()
+{
+    return {};
+}
