@@ -44,7 +44,7 @@ bool holdsNul(const QJsonValue &value)
         return value.toString().contains(QChar(u'\0'));
     }
     if (value.isArray()) {
-        for (const QJsonValue &element : value.toArray()) {
+        for (const QJsonValue element : value.toArray()) {
             if (holdsNul(element)) {
                 return true;
             }
