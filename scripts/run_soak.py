@@ -148,9 +148,12 @@ def soak(seconds: float, display: Display) -> dict[str, object]:
                     time.sleep(SAMPLE_S)
                     if time.monotonic() - begun >= warm:
                         first = first or asked(watch)
-                        samples.append(held_kib(assistant.process.pid))
-                        opened.append(handles(assistant.process.pid,
-                                              installation.program.parent))
+                        try:
+                            samples.append(held_kib(assistant.process.pid))
+                            opened.append(handles(assistant.process.pid,
+                                                  installation.program.parent))
+                        except (OSError, RuntimeError):
+                            break  # it has just ended, which the figures tell
                     outages.step()
             questions = held + guard.posted
             try:
