@@ -47,6 +47,7 @@ END_S = 120.0
 AWAY_EVERY_S = 60.0
 AWAY_S = 6.0
 BEFORE_AWAY_S = 30.0
+HUNG_AFTER_S = 10.0
 
 # Memory that may come and go with what is just under way, beside the conversation's own.
 TOLERANCE_KIB = 24 * 1024
@@ -90,9 +91,21 @@ def missing(questions: list[str], watch: ServiceWatch, *, read: bool = True) -> 
     return [question for question in questions if watch.questions[question] == 0]
 
 
+def all_asked(questions: list[str], watch: ServiceWatch, patience_s: float, *,
+              read: bool = True) -> bool:
+    """Whether the service sees every question before long."""
+    try:
+        wait_until(lambda: not missing(questions, watch, read=read), "every guard question", patience_s)
+    except NotSeen:
+        return False
+    return True
+
+
 class Outages:
     """Takes the service away now and then. Guard questions are held back meanwhile and all that were
-    posted are awaited first: those that nobody could answer would count as lost."""
+    posted are awaited first: those that nobody could answer would count as lost. A question that hangs
+    is ended when others wait behind it: the waits of the window end in the opposite order of their
+    beginnings, so what hangs for 800 s would hold them back as long."""
 
     def __init__(self, relay: Relay, guard: GuardTraffic, watch: ServiceWatch) -> None:
         self._relay = relay
@@ -107,14 +120,14 @@ class Outages:
             return
         posted = self._guard.pause()
         try:
-            wait_until(lambda: not missing(posted, self._watch, read=False),
-                       "every guard question before an outage", BEFORE_AWAY_S)
+            if not all_asked(posted, self._watch, HUNG_AFTER_S, read=False):
+                self._relay.drop()
+                if not all_asked(posted, self._watch, BEFORE_AWAY_S, read=False):
+                    return  # one of them still waits for a slow answer: the next time then
             self._relay.cut()
             time.sleep(AWAY_S)
             self._relay.mend()
             self.count += 1
-        except NotSeen:
-            pass  # one of them still waits for a slow answer: the next time then
         finally:
             self._guard.go_on()
             self._next = time.monotonic() + AWAY_EVERY_S
@@ -156,10 +169,9 @@ def soak(seconds: float, display: Display) -> dict[str, object]:
                             break  # it has just ended, which the figures tell
                     outages.step()
             questions = held + guard.posted
-            try:
-                wait_until(lambda: not missing(questions, watch), "every guard question", DRAIN_S)
-            except NotSeen:
-                pass
+            if not all_asked(questions, watch, HUNG_AFTER_S):
+                relay.drop()  # what hangs holds others back
+                all_asked(questions, watch, DRAIN_S)
             lost = missing(questions, watch)
             own = conversation_kib(watch, first or asked(watch), costs)
             crashed = not assistant.alive

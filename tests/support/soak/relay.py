@@ -50,6 +50,10 @@ class Relay:
             with contextlib.suppress(OSError):
                 listener.shutdown(socket.SHUT_RDWR)  # or accept() would hold the port open
             listener.close()
+        self.drop()
+
+    def drop(self) -> None:
+        """Ends every connection and goes on listening, as a service does that starts anew."""
         with self._lock:
             for one in self._open:
                 with contextlib.suppress(OSError):
