@@ -227,7 +227,7 @@ void QARegion::showAnswer(QString title, QString reply)
 }
 
 void QARegion::showAnswerWithRecommends(QString title, QString reply,
-                                        QVector<ListedQuestion> recommends, QString question)
+                                        const QVector<ListedQuestion> &recommends, QString question)
 {
     AnswerItem *answer = addAnswer(title, reply);
     const int index = m_answers.size() - 1;
@@ -306,7 +306,7 @@ void QARegion::showAnswerItem(AnswerItem *answer)
     scrollToBottom();
 }
 
-void QARegion::showRecommendOnly(QVector<ListedQuestion> recommends, QString question)
+void QARegion::showRecommendOnly(const QVector<ListedQuestion> &recommends, QString question)
 {
     auto *item = new RecommendOnlyItem(recommends, measureLabel, m_list->nextParent());
     const int box = m_boxes.size();

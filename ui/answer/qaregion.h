@@ -57,8 +57,8 @@ public:
 
     /// Appends an answer with a box of \a recommends, which are asked as following from
     /// \a question, and scrolls to it.
-    void showAnswerWithRecommends(QString title, QString reply, QVector<ListedQuestion> recommends,
-                                  QString question);
+    void showAnswerWithRecommends(QString title, QString reply,
+                                  const QVector<ListedQuestion> &recommends, QString question);
 
     /// Builds the rows of \a reply inside answer \a answerIndex and returns their height in px. The
     /// pictures in it join those of the conversation under \a title.
@@ -80,7 +80,7 @@ public:
     [[nodiscard]] static QString wrapToWidth(QFontMetrics metrics, QString text, int width);
 
     /// Appends a box of \a recommends in place of an answer and scrolls to it.
-    void showRecommendOnly(QVector<ListedQuestion> recommends, QString question);
+    void showRecommendOnly(const QVector<ListedQuestion> &recommends, QString question);
 
     /// Shows the next page of the box \a box of those in place of answers. What it recommends is
     /// asked as following from the question of the box, which \a question tells again.

@@ -102,6 +102,7 @@ void AnimationPlay::release()
     playing().removeOne(this);
     m_label->clear();
     delete m_movie;
+    m_movie.clear();
 }
 
 bool AnimationPlay::isForAnotherScreen() const

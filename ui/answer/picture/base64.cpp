@@ -13,7 +13,7 @@ std::array<quint8, tableSize> makeTable()
     table.fill(foreign);
     const char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     for (quint8 value = 0; value < 64; ++value) {
-        table[static_cast<std::size_t>(digits[value])] = value;
+        table[static_cast<uchar>(digits[value])] = value;
     }
     return table;
 }

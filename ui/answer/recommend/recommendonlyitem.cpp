@@ -14,7 +14,7 @@ RecommendOnlyItem::RecommendOnlyItem(const QVector<ListedQuestion> &recommends, 
     , m_measure(measure)
 {
     setAccessibleName(tr("推荐问题"));
-    rebuild();
+    RecommendOnlyItem::rebuild();
     setItemHeight(itemHeight);
 }
 

@@ -32,7 +32,7 @@ QPushButton *makeButton(int left, const QString &style, const QString &name, QWi
 
 QString aboutStyle(TitleBar::AboutButton about)
 {
-    const QString style
+    QString style
         = QStringLiteral("QPushButton{border-image: url(:/Images/btn-about.png);border:none;}");
     if (about == TitleBar::AboutButton::OpensDialog) {
         return style;
