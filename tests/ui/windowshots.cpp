@@ -118,6 +118,8 @@ void hover(QPushButton *button)
 /// Presses the Tab key until it has brought the focus to \a button.
 void tabTo(QPushButton *button)
 {
+    // Without a window manager nobody else makes a dialog the active window.
+    QApplication::setActiveWindow(button->window());
     for (int i = 0; i < 9 && !button->hasFocus(); ++i) {
         QWidget *focus = button->window()->focusWidget();
         QTest::keyClick(focus == nullptr ? button->window() : focus, Qt::Key_Tab);
