@@ -40,6 +40,16 @@ def take(system: str, folder: Path, scale: int) -> None:
             env = {**base_environment(), "DISPLAY": display.name, "QT_SCALE_FACTOR": str(scale)}
             for program in PROGRAMS:
                 run(command(system, program, folder), env)
+            if system == "wine":
+                end_wine()
+
+
+def end_wine() -> None:
+    """Wine's desktop outlives its programs and keeps the size of the display that it began on."""
+    subprocess.run(["bash", "-c", "source scripts/windows/wine_environment.sh;"
+                    ' env "${wine_environment[@]}" wineserver --kill; exec'
+                    ' env "${wine_environment[@]}" wineserver --wait'], cwd=SOURCE, check=False,
+                   timeout=PATIENCE_S)
 
 
 def command(system: str, program: str, folder: Path) -> list[str | Path]:
