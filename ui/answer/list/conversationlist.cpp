@@ -16,7 +16,6 @@ namespace {
 
 constexpr int wheelStep = 20; ///< px of a line; the wheel moves three at a notch
 constexpr int sectionRows = 50;
-constexpr int sleepsAtOnce = 4;
 constexpr int pagesAround = 2; ///< heights of the view, above and below it, that are kept ready
 
 /// px of the conversation that the sheet shows at most, well below what a widget can measure.
@@ -43,8 +42,9 @@ ConversationList::ConversationList(QWidget *parent)
     verticalScrollBar()->setStyleSheet(styles::thinScrollBar());
     verticalScrollBar()->setSingleStep(wheelStep);
     // Nothing is sent to sleep at once: the mouse or key event that scrolls may be its own.
-    m_settleTimer.setInterval(0);
-    connect(&m_settleTimer, &QTimer::timeout, this, &ConversationList::settle);
+    m_sleepTimer.setSingleShot(true);
+    m_sleepTimer.setInterval(0);
+    connect(&m_sleepTimer, &QTimer::timeout, this, &ConversationList::sleepFar);
 }
 
 QWidget *ConversationList::nextParent()
@@ -69,7 +69,7 @@ void ConversationList::append(ConversationItem *entry)
     connect(entry, &ConversationItem::wokenByReader, this,
             [this, row = count() - 1] { m_leaving.push_back(row); });
     m_leaving.push_back(count() - 1); // nobody may ever scroll to it
-    m_settleTimer.start();
+    m_sleepTimer.start();
 }
 
 void ConversationList::layOutFrom(int first)
@@ -167,63 +167,27 @@ void ConversationList::wakeNear()
             m_leaving.push_back(row);
         }
     }
+    for (int row = first; row <= last; ++row) {
+        ConversationItem *const found = isNear(row) ? nullptr : entry(row);
+        if (found != nullptr) {
+            found->wake();
+        }
+    }
     m_firstNear = first;
     m_lastNear = last;
-    m_leaving.insert(m_leaving.end(), m_staying.begin(), m_staying.end());
-    m_staying.clear();
-    // A bar that is dragged leaves most of what is near before anybody sees it.
-    for (int row = std::max(0, rowAt(verticalOffset())); row <= rowAt(verticalOffset() + page);
-         ++row) {
-        wake(row);
-    }
-    m_settleTimer.start();
-}
-
-bool ConversationList::wake(int row)
-{
-    ConversationItem *const found = entry(row);
-    if (found == nullptr || found->isAwake()) {
-        return false;
-    }
-    found->wake();
-    return true;
-}
-
-void ConversationList::settle()
-{
-    // One step at a time, or the user's next event would wait for all of them.
-    if (!wakeOne() && !sleepSome()) {
-        m_settleTimer.stop();
+    if (!m_leaving.empty()) {
+        m_sleepTimer.start();
     }
 }
 
-bool ConversationList::wakeOne()
+void ConversationList::sleepFar()
 {
-    for (int row = m_firstNear; row <= m_lastNear; ++row) {
-        if (wake(row)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-bool ConversationList::sleepSome()
-{
-    int left = sleepsAtOnce;
-    while (left > 0 && !m_leaving.empty()) {
-        const int row = m_leaving.back();
-        m_leaving.pop_back();
+    // What refuses, because it is in use, is asked again when more leaves.
+    const auto isSettled = [this](int row) {
         ConversationItem *const found = isNear(row) ? nullptr : entry(row);
-        if (found == nullptr || !found->isAwake()) {
-            continue;
-        }
-        if (found->sleep()) {
-            --left;
-        } else {
-            m_staying.push_back(row);
-        }
-    }
-    return left == 0;
+        return found == nullptr || found->sleep();
+    };
+    m_leaving.erase(std::remove_if(m_leaving.begin(), m_leaving.end(), isSettled), m_leaving.end());
 }
 
 void ConversationList::rowsInserted(const QModelIndex &parent, int start, int end)
@@ -344,8 +308,6 @@ void ConversationList::scrollTo(const QModelIndex &index, ScrollHint hint)
 
 bool ConversationList::focusNextPrevChild(bool next)
 {
-    while (wakeOne()) { // what sleeps cannot be reached
-    }
     if (!QListWidget::focusNextPrevChild(next)) {
         return false;
     }

@@ -85,15 +85,8 @@ private:
 
     [[nodiscard]] int rowAt(int y) const;
     [[nodiscard]] ConversationItem *entry(int row) const;
-
-    /// Wakes what is seen, and lets what is near follow when no event waits.
     void wakeNear();
-
-    /// These do one step of what is left to do and return whether there was any.
-    bool wake(int row);
-    bool wakeOne();
-    bool sleepSome();
-    void settle();
+    void sleepFar();
 
     EntryDelegate *m_delegate;
     QWidget *m_sheet;
@@ -103,6 +96,5 @@ private:
     int m_firstNear = 0;
     int m_lastNear = -1;
     std::vector<int> m_leaving; ///< rows that may have to be sent to sleep
-    std::vector<int> m_staying; ///< which refused, and are asked again after the next scrolling
-    QTimer m_settleTimer;
+    QTimer m_sleepTimer;
 };

@@ -30,8 +30,6 @@
 #include <QTest>
 #include <QTimer>
 
-#include <algorithm>
-
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -69,11 +67,8 @@ private slots:
     void neverScrolledTo_sleepsToo();
     void tabKey_bringsWhatItReachesIntoView();
     void foldingFarAbove_movesAllThatFollows();
-    void scrolling_wakesAtOnceWhatIsSeen_theRestLater();
-    void entriesThatAreLeft_sleepAFewAtATime();
 
 private:
-    [[nodiscard]] int awake() const;
     void addExchanges(int count);
     void addBoxes(int count = 1);
     [[nodiscard]] RecommendOnlyItem *box() const;
@@ -89,7 +84,6 @@ private:
 namespace {
 
 constexpr int many = 35;
-constexpr int turnsToSettle = 2 * many; ///< of the event loop: the list does one step in each
 
 QString question(int number)
 {
@@ -179,9 +173,7 @@ void TestSleepingEntries::letSleep()
     QTimer last;
     connect(&last, &QTimer::timeout, &turn, &QEventLoop::quit);
     last.start(0);
-    for (int i = 0; i < turnsToSettle; ++i) {
-        turn.exec();
-    }
+    turn.exec();
 }
 
 QList<QuestionBubble *> TestSleepingEntries::questions() const
@@ -534,44 +526,6 @@ void TestSleepingEntries::foldingFarAbove_movesAllThatFollows()
     const int more = answers().first()->height() - height;
     QVERIFY(more > 0);
     QCOMPARE(answers().last()->mapTo(m_list, QPoint()).y(), folded + more);
-}
-
-int TestSleepingEntries::awake() const
-{
-    const auto entries = m_region->findChildren<ConversationItem *>();
-    return static_cast<int>(
-        std::count_if(entries.cbegin(), entries.cend(),
-                      [](const ConversationItem *entry) { return entry->isAwake(); }));
-}
-
-void TestSleepingEntries::scrolling_wakesAtOnceWhatIsSeen_theRestLater()
-{
-    addExchanges(many);
-    const int before = awake();
-    bar()->setValue(0);
-    const auto entries = m_region->findChildren<ConversationItem *>();
-    int seen = 0;
-    for (const ConversationItem *entry : entries) {
-        const int top = entry->mapTo(m_list->viewport(), QPoint()).y();
-        if (top >= 0 && top < m_list->viewport()->height()) {
-            ++seen;
-            QVERIFY(entry->isAwake());
-        }
-    }
-    QVERIFY(seen > 1);
-    QVERIFY(awake() - before <= seen + 1); // and not the pages around
-    letSleep();
-    QVERIFY(answers().at(seen)->isAwake()); // on the next page
-}
-
-void TestSleepingEntries::entriesThatAreLeft_sleepAFewAtATime()
-{
-    addExchanges(many);
-    bar()->setValue(0);
-    for (int before = awake(); questions().last()->isAwake(); before = awake()) {
-        QCoreApplication::processEvents(); // one turn
-        QVERIFY(before - awake() <= 4);
-    }
 }
 
 QTEST_MAIN(TestSleepingEntries)
