@@ -119,7 +119,10 @@ class GuardFloodTest(DesktopTest):
         for _ in range(QUESTIONS_EACH):
             for client in clients:
                 client.send(message)
-        self.service.log.wait_for("call=ask", f'question="{TEXT}"', timeout_s=LONG_S)
+        # What meets on a connection counts as one message, and two questions in one as none: on a
+        # busy machine that may be all of them.
+        wait_until(lambda: self.service.log.has("call=ask", f'question="{TEXT}"')
+                   or clients[0].send(message), "one of the questions at the service", LONG_S)
         self.assistant.ask(TYPED)
         self.service.log.wait_for("call=ask", f'question="{TYPED}"', timeout_s=LONG_S)
         self.close_cleanly(self.assistant)
