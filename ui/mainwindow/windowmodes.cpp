@@ -132,7 +132,7 @@ void WindowModes::showLibrary()
     if (!hasStarted()) {
         return;
     }
-    carryOut(m_state.libraryWanted());
+    carryOut(m_state.localLibraryWanted());
 }
 
 void WindowModes::showNextLocalPage()

@@ -61,7 +61,8 @@ WindowSteps WindowState::refreshReturned(Fetched fetched)
     if (!wasOnline) {
         return {};
     }
-    return WindowSteps{WindowStep::SayRefreshFailed, WindowStep::ScrollToBottom} + libraryWanted()
+    return WindowSteps{WindowStep::SayRefreshFailed, WindowStep::ScrollToBottom}
+             + localLibraryWanted()
         << WindowStep::LogFellBack;
 }
 
@@ -78,10 +79,10 @@ WindowSteps WindowState::networkFailed()
     if (!getIDP) {
         return {};
     }
-    return WindowSteps{WindowStep::LogWasOnline} + libraryWanted();
+    return WindowSteps{WindowStep::LogWasOnline} + localLibraryWanted();
 }
 
-WindowSteps WindowState::libraryWanted()
+WindowSteps WindowState::localLibraryWanted()
 {
     getIDP = false;
     return {WindowStep::ShowLibrary};

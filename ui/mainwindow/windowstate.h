@@ -78,7 +78,7 @@ struct WindowState
     [[nodiscard]] WindowSteps networkFailed();
 
     /// The local questions are to be shown in place of the service's.
-    [[nodiscard]] WindowSteps libraryWanted();
+    [[nodiscard]] WindowSteps localLibraryWanted();
 
     /// The column has been made for local questions, of which there are any or not.
     [[nodiscard]] WindowSteps localListOpened(bool anyQuestion) const;

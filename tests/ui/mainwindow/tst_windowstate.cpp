@@ -81,7 +81,7 @@ private slots:
     void processesListed_everywhere_data();
     void processesListed_everywhere();
     void networkFailed_everywhere();
-    void libraryWanted_everywhere();
+    void localLibraryWanted_everywhere();
     void localListOpened_everywhere();
     void questionTyped_everywhere();
 
@@ -251,9 +251,9 @@ void TestWindowState::networkFailed_everywhere()
         });
 }
 
-void TestWindowState::libraryWanted_everywhere()
+void TestWindowState::localLibraryWanted_everywhere()
 {
-    expectInEveryState([](WindowState &state) { return state.libraryWanted(); },
+    expectInEveryState([](WindowState &state) { return state.localLibraryWanted(); },
                        [](WindowState &state) {
                            state.getIDP = false;
                            return WindowSteps{Step::ShowLibrary};
