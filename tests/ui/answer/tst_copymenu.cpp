@@ -1,5 +1,6 @@
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
+#include "tests/ui/support/picturereply.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/messagebubble.h"
 #include "ui/answer/bubble/questionbubble.h"
@@ -62,12 +63,6 @@ QByteArray bytesOf(const QImage &image, const char *format)
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, format);
     return bytes;
-}
-
-QString pictureTag(const QByteArray &bytes, const char *type)
-{
-    return QStringLiteral("<p><img src=\"data:image/%1;base64,%2\" style=\"\"/></p>")
-        .arg(QLatin1String(type), QLatin1String(bytes.toBase64()));
 }
 
 } // namespace
@@ -190,7 +185,7 @@ void TestCopyMenu::stillPicture_isCopiedWhole()
 {
     QImage image(800, 200, QImage::Format_RGB32);
     image.fill(Qt::darkGreen);
-    m_region->showAnswer(QStringLiteral("t"), pictureTag(bytesOf(image, "PNG"), "png"));
+    m_region->showAnswer(QStringLiteral("t"), tag("png", bytesOf(image, "PNG")));
     const PictureRow *row
         = m_region->findChildren<AnswerItem *>().last()->content()->pictureRows().first();
     QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(3, 3));
@@ -204,7 +199,7 @@ void TestCopyMenu::animatedPicture_isCopiedAsTheFirstFrameOfItsFile()
     // One frame of 1 x 1 px, red (GIF89a).
     const QByteArray gif = QByteArray::fromHex("47494638396101000100800000ff0000ffffff"
                                                "2c00000000010001000002024401003b");
-    m_region->showAnswer(QStringLiteral("t"), pictureTag(gif, "gif"));
+    m_region->showAnswer(QStringLiteral("t"), tag("gif", gif));
     QVERIFY(QFile::exists(QStringLiteral("gif/0.gif")));
     m_region->qaRightHitMenu_copySlots(0, ConversationCopier::Picture);
     const QImage copied = QApplication::clipboard()->image();
@@ -218,7 +213,7 @@ void TestCopyMenu::animatedPictureWithoutFile_copiesAnEmptyPicture()
                                                "2c00000000010001000002024401003b");
     QVERIFY(QDir().mkpath(QStringLiteral("gif/0.gif"))); // a folder, so it cannot be written
     QTest::ignoreMessage(QtWarningMsg, "open file fail");
-    m_region->showAnswer(QStringLiteral("t"), pictureTag(gif, "gif"));
+    m_region->showAnswer(QStringLiteral("t"), tag("gif", gif));
     m_region->qaRightHitMenu_copySlots(0, ConversationCopier::Picture);
     QVERIFY(QApplication::clipboard()->image().isNull());
 }

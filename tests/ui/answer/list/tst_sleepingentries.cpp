@@ -2,6 +2,7 @@
 #include "resources/resources.h"
 #include "service/reply/listedquestion.h"
 #include "service/request/idpinterface.h"
+#include "tests/ui/support/picturereply.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/bubble/questionbubble.h"
 #include "ui/answer/content/answercontent.h"
@@ -14,7 +15,6 @@
 #include "ui/answer/recommend/recommendpage.h"
 #include "ui/preview/imagedisplay.h"
 
-#include <QBuffer>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QCursor>
@@ -94,17 +94,7 @@ QByteArray picture(const QSize &size, const QColor &colour)
 {
     QImage image(size, QImage::Format_RGB32);
     image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
-QString tag(const char *type, const QByteArray &data)
-{
-    return QStringLiteral("<p><img src=\"data:image/%1;base64,%2\" style=\"\"/></p>")
-        .arg(QLatin1String(type), QLatin1String(data.toBase64()));
+    return encoded(image);
 }
 
 QString recommendation(int number)

@@ -1,5 +1,6 @@
 #include "app/base/apppaths.h"
 #include "resources/resources.h"
+#include "tests/ui/support/picturereply.h"
 #include "tests/ui/support/screenscale.h"
 #include "ui/answer/bubble/answeritem.h"
 #include "ui/answer/content/answercontent.h"
@@ -8,7 +9,6 @@
 #include "ui/answer/qaregion.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -37,21 +37,6 @@ QImage finePicture(const QSize &size)
         }
     }
     return image;
-}
-
-QByteArray encoded(const QImage &image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
-QString tag(const char *format, const QByteArray &data)
-{
-    return QStringLiteral("<p><img src=\"data:image/%1;base64,%2\" style=\"\"/></p>")
-        .arg(QLatin1String(format), QLatin1String(data.toBase64()));
 }
 
 QSize onScreen(const QSize &size, qreal ratio)
