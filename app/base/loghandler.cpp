@@ -84,6 +84,9 @@ void initLogSetting(const QString &level, const QString &basePath)
         }
     }
     logBasePath = basePath;
+    // The first date that is written makes Qt's calendars. When two threads do so at once, one of
+    // them gets an empty text.
+    static_cast<void>(logTimeText(QDateTime::currentDateTime()));
 }
 
 QStringList logLevelNames()

@@ -1,10 +1,42 @@
 // Logs through the real handler, for tests that need another process:
-// logwriter <base path> <name> <number of messages> [fatal]
+// logwriter <base path> <name> <number of messages> [fatal|together]
+// "together": each message is the first of a thread of its own, all at once.
 
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
 
 #include <QCoreApplication>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace {
+
+void log(const QString &name, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        LOG_DEBUG() << name << "-" << i << ".";
+    }
+}
+
+void logTogether(const QString &name, int count)
+{
+    std::atomic<int> ready = 0;
+    std::vector<std::thread> workers;
+    for (int i = 0; i < count; ++i) {
+        workers.emplace_back([i, count, &name, &ready] {
+            ++ready;
+            while (ready < count) { }
+            LOG_DEBUG() << name << "-" << i << ".";
+        });
+    }
+    for (std::thread &worker : workers) {
+        worker.join();
+    }
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -16,8 +48,10 @@ int main(int argc, char *argv[])
     initLogSetting(QStringLiteral("DEBUG"), arguments.at(1));
     qInstallMessageHandler(logMessageHandler);
     const int count = arguments.at(3).toInt();
-    for (int i = 0; i < count; ++i) {
-        LOG_DEBUG() << arguments.at(2) << "-" << i << ".";
+    if (arguments.contains(QStringLiteral("together"))) {
+        logTogether(arguments.at(2), count);
+    } else {
+        log(arguments.at(2), count);
     }
     if (arguments.contains(QStringLiteral("fatal"))) {
         qFatal("the end");

@@ -1,6 +1,7 @@
 #include "app/base/loghandler.h"
 #include "app/base/logstream.h"
 #include "tests/app/base/support/logfolder.h"
+#include "tests/support/childprocess.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -60,6 +61,7 @@ private slots:
     void manyThreads_writeEveryLineWholeAndOnce();
     void manyThreads_loseNoLineAcrossARotation();
     void manyThreads_tearNoLineAcrossManyRotations();
+    void firstMessages_ofManyThreads_carryTheTime();
 
 private:
     void checkWhole(const QStringList &lines);
@@ -123,6 +125,29 @@ void TestLogThreads::manyThreads_tearNoLineAcrossManyRotations()
     const QStringList kept = linesOf(m_log->backup()) + linesOf(m_log->live());
     checkWhole(kept);
     QCOMPARE(m_messages.size(), kept.size());
+}
+
+void TestLogThreads::firstMessages_ofManyThreads_carryTheTime()
+{
+#ifdef Q_OS_WIN
+    QSKIP("takes hundreds of processes, which are slow to start here");
+#else
+    // Qt's calendars are made once in a process; of 200, one or two lost the time of a line.
+    constexpr int processes = 200;
+    constexpr int together = 4;
+    for (int i = 0; i < processes; ++i) {
+        ChildProcess process;
+        process.start(QStringLiteral(MIRAVEL_LOGWRITER),
+                      {m_log->base(), QStringLiteral("m"), QString::number(together),
+                       QStringLiteral("together")});
+        QVERIFY(process.endsWith(EXIT_SUCCESS));
+    }
+    const QStringList lines = linesOf(m_log->live());
+    QCOMPARE(lines.size(), processes * together);
+    for (const QString &line : lines) {
+        QVERIFY2(!line.contains(QLatin1String("[ ")), qUtf8Printable(line));
+    }
+#endif
 }
 
 QTEST_GUILESS_MAIN(TestLogThreads)
