@@ -20,6 +20,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 /// Pictures of answers that are none, or too many, or too large: each keeps its row and its number.
 class TestHostilePictures : public QObject
 {
@@ -32,6 +36,8 @@ private slots:
 
     void unreadable_makesARowOf4Pixels_withAWarning_data();
     void unreadable_makesARowOf4Pixels_withAWarning();
+    void jpegOfUnknownFormat_readsNoForeignMemory_data();
+    void jpegOfUnknownFormat_readsNoForeignMemory();
     void brokenBehindALargeHeader_endsWithARowOf4Pixels_withAWarning();
     void brokenBehindLargeHeaders_unfoldAnAnswer_thatIsNotTall();
     void brokenBehindALargeHeader_leavesAnOpenedAnswerOpen();
@@ -139,6 +145,35 @@ void TestHostilePictures::unreadable_makesARowOf4Pixels_withAWarning()
     QCOMPARE(answer.content()->pictureRows().first()->size(), QSize(446, 4));
     QCOMPARE(answer.content()->contentHeight(), 4);
     QCOMPARE(log.linesWith(QStringLiteral("warning: picture cannot be read")).size(), 1);
+}
+
+void TestHostilePictures::jpegOfUnknownFormat_readsNoForeignMemory_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    const QByteArray start = QByteArray::fromHex("ffd8");
+    const QByteArray table = QByteArray::fromHex("ffdb004300") + QByteArray(64, 1);
+    QTest::newRow("header that ends early") << start + table + QByteArray::fromHex("f6c0");
+    // A frame of 16 x 16 px and its scan, of two components each (ITU T.81, B.2).
+    QTest::newRow("two colours") << start + table
+                                        + QByteArray::fromHex("ffc0000e0800100010"
+                                                              "02011100021100"
+                                                              "ffda000a0201000200003f00ffd9");
+}
+
+/// Qt then names a pixel format that nobody has set.
+void TestHostilePictures::jpegOfUnknownFormat_readsNoForeignMemory()
+{
+    QFETCH(QByteArray, data);
+#ifdef __GLIBC__
+    mallopt(M_PERTURB, 0x5a); // what nobody has set is then far from any format
+#endif
+    const LogCapture log;
+    const AnswerItem &answer = show(tag(data));
+    QTRY_COMPARE(answer.content()->contentHeight(), 4);
+    QCOMPARE(log.linesWith(QStringLiteral("warning: picture cannot be read")).size(), 1);
+#ifdef __GLIBC__
+    mallopt(M_PERTURB, 0);
+#endif
 }
 
 void TestHostilePictures::brokenBehindALargeHeader_endsWithARowOf4Pixels_withAWarning()

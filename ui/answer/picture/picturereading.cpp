@@ -82,11 +82,13 @@ bool isAbsurd(const QSize &size, qint64 pixelBytes = bytesPerPixel)
 qint64 bytesOfAPixel(const QImageReader &reader)
 {
     constexpr int bitsPerByte = 8;
-    const QImage::Format format = reader.imageFormat();
-    return format == QImage::Format_Invalid
-             ? bytesPerPixel
-             : qMax<qint64>(bytesPerPixel,
-                            QImage::toPixelFormat(format).bitsPerPixel() / bitsPerByte);
+    // A number: of a damaged JPEG Qt names a format that nobody has set.
+    const int format = static_cast<int>(reader.imageFormat());
+    if (format <= QImage::Format_Invalid || format >= QImage::NImageFormats) {
+        return bytesPerPixel;
+    }
+    const int bits = QImage::toPixelFormat(static_cast<QImage::Format>(format)).bitsPerPixel();
+    return qMax<qint64>(bytesPerPixel, bits / bitsPerByte);
 }
 
 } // namespace
