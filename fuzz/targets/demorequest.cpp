@@ -48,6 +48,12 @@ demo::HeaderLines headersOf(const QByteArray &block, const QByteArray &secret)
     return headers;
 }
 
+/// \a value whole: what Qt makes of a byte array ends at its first NUL.
+QString textOf(const QByteArray &value)
+{
+    return QString::fromLatin1(value.constData(), value.size());
+}
+
 bool isFresh(const QString &timestamp)
 {
     static const QRegularExpression digits(QStringLiteral("\\A[0-9]+\\z"));
@@ -74,8 +80,8 @@ bool plainlyAccepted(const demo::HeaderLines &headers, const QByteArray &signatu
     const QByteArray type = values.value("content-type");
     return (type == "application/json" || type.startsWith("application/json;"))
         && values.value("tenantid") == tenant && values.value("x-ca-key") == applicationKey
-        && isFresh(QString::fromLatin1(values.value("x-ca-timestamp")))
-        && nonce.match(QString::fromLatin1(values.value("x-ca-nonce"))).hasMatch()
+        && isFresh(textOf(values.value("x-ca-timestamp")))
+        && nonce.match(textOf(values.value("x-ca-nonce"))).hasMatch()
         && values.value("x-ca-signature") == signature;
 }
 
