@@ -38,6 +38,8 @@ private slots:
     void unreadable_makesARowOf4Pixels_withAWarning();
     void jpegOfUnknownFormat_readsNoForeignMemory_data();
     void jpegOfUnknownFormat_readsNoForeignMemory();
+    void bmpOfPixelsOutsideOfIt_readsNoForeignMemory_data();
+    void bmpOfPixelsOutsideOfIt_readsNoForeignMemory();
     void brokenBehindALargeHeader_endsWithARowOf4Pixels_withAWarning();
     void brokenBehindLargeHeaders_unfoldAnAnswer_thatIsNotTall();
     void brokenBehindALargeHeader_leavesAnOpenedAnswerOpen();
@@ -174,6 +176,24 @@ void TestHostilePictures::jpegOfUnknownFormat_readsNoForeignMemory()
 #ifdef __GLIBC__
     mallopt(M_PERTURB, 0);
 #endif
+}
+
+void TestHostilePictures::bmpOfPixelsOutsideOfIt_readsNoForeignMemory_data()
+{
+    QTest::addColumn<QByteArray>("place");
+    QTest::newRow("just behind its end") << QByteArray::fromHex("70000000");
+    QTest::newRow("far behind its end") << QByteArray::fromHex("06000030");
+    QTest::newRow("before its start") << QByteArray::fromHex("060000f0");
+    QTest::newRow("as far as there is") << QByteArray::fromHex("ffffff7f");
+}
+
+void TestHostilePictures::bmpOfPixelsOutsideOfIt_readsNoForeignMemory()
+{
+    QFETCH(QByteArray, place);
+    constexpr int placeOfThePixels = 10; // in the header, four bytes, the least first
+    const QByteArray data = encoded({4, 4}, "BMP").replace(placeOfThePixels, place.size(), place);
+    const AnswerItem &answer = show(tag(data));
+    QTRY_COMPARE(answer.content()->contentHeight() > 4, !QImage::fromData(data).isNull());
 }
 
 void TestHostilePictures::brokenBehindALargeHeader_endsWithARowOf4Pixels_withAWarning()

@@ -7,30 +7,20 @@
 #include <QImageReader>
 #include <QtEndian>
 
-#include <cstring>
-
 namespace {
 
 constexpr qint64 bytesPerPixel = 4;
 constexpr qint64 maxDecodedBytes = qint64(256) * 1024 * 1024;
 
 /// Bytes of a picture that end early once nobody wants them any more.
-class PictureBytes : public QIODevice
+class PictureBytes : public QBuffer
 {
 public:
     PictureBytes(const QByteArray &data, const std::atomic<bool> *isCancelled)
-        : m_data(data)
-        , m_isCancelled(isCancelled)
+        : m_isCancelled(isCancelled)
     {
-        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-    }
-
-    [[nodiscard]] qint64 size() const override { return m_data.size(); }
-
-    bool seek(qint64 place) override
-    {
-        m_place = place;
-        return QIODevice::seek(place);
+        setData(data);
+        open(QIODevice::ReadOnly);
     }
 
     [[nodiscard]] bool isCancelled() const { return m_isCancelled != nullptr && *m_isCancelled; }
@@ -38,26 +28,11 @@ public:
 protected:
     qint64 readData(char *data, qint64 most) override
     {
-        if (isCancelled()) {
-            return -1;
-        }
-        const qint64 count = qMin(most, m_data.size() - m_place);
-        std::memcpy(data, m_data.constData() + m_place, static_cast<std::size_t>(count));
-        m_place += count;
-        return count;
-    }
-
-    qint64 writeData(const char *data, qint64 most) override
-    {
-        Q_UNUSED(data)
-        Q_UNUSED(most)
-        return -1;
+        return isCancelled() ? -1 : QBuffer::readData(data, most);
     }
 
 private:
-    const QByteArray m_data;
     const std::atomic<bool> *m_isCancelled;
-    qint64 m_place = 0;
 };
 
 /// The size in px of the canvas of the GIF \a data (GIF89a, logical screen descriptor), which each
