@@ -1,6 +1,6 @@
 # What the program needs on Windows beside its sources.
 
-# Reserved, not used: guard messages may nest event loops, some KiB of stack each.
+# Reserved, not used: 128 guard questions may nest event loops, more than 16 KiB of stack each.
 set(MIRAVEL_STACK_BYTES 16777216)
 
 set(MIRAVEL_COMPANY "Ostrel Technologies Co., Ltd."
@@ -25,6 +25,11 @@ function(miravel_windows_version target program_description)
     target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${target}-version.rc")
 endfunction()
 
+# miravel_roomy_stack(<target>): for a program with the window, which waits in nested event loops.
+function(miravel_roomy_stack target)
+    target_link_options(${target} PRIVATE "-Wl,--stack,${MIRAVEL_STACK_BYTES}")
+endfunction()
+
 # miravel_windows_program(<target>): no console, icon, version and manifest, a roomy stack, symbols in
 # build/windows/symbols/<file>.debug.
 function(miravel_windows_program target)
@@ -39,8 +44,8 @@ function(miravel_windows_program target)
         PROPERTIES OBJECT_DEPENDS
                    "${PROJECT_SOURCE_DIR}/resources/Miravel.ico;${CMAKE_CURRENT_BINARY_DIR}/miravel.exe.manifest")
     set_target_properties(${target} PROPERTIES WIN32_EXECUTABLE ON)
-    target_link_options(${target} PRIVATE "-Wl,--stack,${MIRAVEL_STACK_BYTES}"
-                        "-Wl,--high-entropy-va,--dynamicbase,--nxcompat")
+    miravel_roomy_stack(${target})
+    target_link_options(${target} PRIVATE "-Wl,--high-entropy-va,--dynamicbase,--nxcompat")
     miravel_keep_symbols(${target})
 endfunction()
 
