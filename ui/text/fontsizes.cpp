@@ -1,5 +1,6 @@
 #include "ui/text/fontsizes.h"
 
+#include "ui/text/markuptags.h"
 #include "ui/text/resourceguard.h"
 
 #include <QTextDocument>
@@ -12,12 +13,14 @@ namespace {
 constexpr int largest = 200; ///< px or points
 constexpr int digitsOfHuge = 3;
 
+/// Whether \a text holds a number of many digits, or one with an exponent.
 bool holdsLongNumber(const QString &text)
 {
     int digits = 0;
     return std::any_of(text.cbegin(), text.cend(), [&digits](QChar character) {
+        const bool isExponent = digits > 0 && character.toLower() == QLatin1Char('e');
         digits = character.isDigit() ? digits + 1 : 0;
-        return digits >= digitsOfHuge;
+        return isExponent || digits >= digitsOfHuge;
     });
 }
 
@@ -25,7 +28,9 @@ bool holdsLongNumber(const QString &text)
 
 bool hasHugeFonts(const QString &html)
 {
-    if (!html.contains(QLatin1String("font"), Qt::CaseInsensitive) || !holdsLongNumber(html)) {
+    const bool saysHugeFont
+        = html.contains(QLatin1String("font"), Qt::CaseInsensitive) && holdsLongNumber(html);
+    if (!saysHugeFont && !mayBeDisguised(html)) {
         return false;
     }
     // The document knows what is a size better than any search would; it is never laid out.

@@ -1,29 +1,24 @@
 #include "ui/text/markupscan.h"
 
+#include "ui/text/markuptags.h"
+
 #include <QSet>
 #include <QStringList>
 #include <QVector>
+
+#include <algorithm>
+#include <vector>
 
 namespace {
 
 // Measured, in microseconds.
 constexpr double costOfLevel = 0.02;   ///< for each element around an element
 constexpr double costOfBlock = 25;     ///< or line break
-constexpr double costOfCell = 140;     ///< of a table, for each column and row that it spans
+constexpr double costOfCell = 140;     ///< of a table's grid
 constexpr double costOfEntries = 0.05; ///< of a list, for each pair of them
 constexpr double costOfRule = 0.07;    ///< of a style sheet, for each element
 
 constexpr int mostBreaks = 2000; ///< in a bare text
-constexpr int mostOfAName = 20;
-
-/// One tag as it stands in a text: from its "<" to behind its ">".
-struct Tag
-{
-    int begin;
-    int end;
-    QString name; ///< in lower case; empty for a comment
-    bool closes;
-};
 
 bool isOneOf(const QString &name, const QSet<QString> &names)
 {
@@ -50,71 +45,56 @@ const QSet<QString> &blockElements()
     return names;
 }
 
-/// Behind the tag that begins at \a begin: quoted attributes may hold a ">".
-int tagEnd(const QString &html, int begin)
+/// The grid of one table, which has a cell wherever a row meets a column.
+class TableGrid
 {
-    QChar quote;
-    for (int at = begin + 1; at < html.size(); ++at) {
-        const QChar character = html.at(at);
-        if (!quote.isNull()) {
-            if (character == quote) {
-                quote = QChar();
-            }
-        } else if (character == QLatin1Char('>')) {
-            return at + 1;
-        } else if ((character == QLatin1Char('"') || character == QLatin1Char('\''))
-                   && html.at(at - 1) == QLatin1Char('=')) {
-            quote = character;
+public:
+    void beginRow()
+    {
+        ++m_row;
+        m_columnsOfRow = 0;
+        for (Reaching &above : m_above) {
+            --above.rows;
+            m_columnsOfRow += above.rows > 0 ? above.columns : 0;
+        }
+        m_above.erase(std::remove_if(m_above.begin(), m_above.end(),
+                                     [](const Reaching &above) { return above.rows <= 0; }),
+                      m_above.end());
+    }
+
+    void addCell(double columns, double rows)
+    {
+        if (m_row == 0) {
+            beginRow();
+        }
+        m_columnsOfRow += columns;
+        m_columns = qMax(m_columns, m_columnsOfRow);
+        if (rows > 1) {
+            m_above.push_back({columns, rows});
         }
     }
-    return html.size();
-}
 
-QString nameAt(const QString &html, int at)
-{
-    int end = at;
-    while (end < html.size() && end - at < mostOfAName && html.at(end).isLetterOrNumber()) {
-        ++end;
-    }
-    return html.mid(at, end - at).toLower();
-}
+    [[nodiscard]] double cells() const { return m_row * m_columns; }
 
-/// The first tag or comment of \a html from \a from on. Where there is none it begins at the end.
-Tag nextTag(const QString &html, int from)
-{
-    const int begin = html.indexOf(QLatin1Char('<'), from);
-    if (begin < 0) {
-        return {html.size(), html.size(), QString(), false};
-    }
-    if (html.midRef(begin, 4) == QLatin1String("<!--")) {
-        const int end = html.indexOf(QLatin1String("-->"), begin + 4);
-        return {begin, end < 0 ? html.size() : end + 3, QString(), false};
-    }
-    const bool closes = html.midRef(begin + 1, 1) == QLatin1String("/");
-    const QString name = nameAt(html, begin + (closes ? 2 : 1));
-    return {begin, tagEnd(html, begin), name, closes};
-}
+private:
+    /// A cell that reaches into the rows below it.
+    struct Reaching
+    {
+        double columns;
+        double rows; ///< from the present one on
+    };
 
-/// The number that the attribute \a name of \a tag gives, 1 without it.
-double spanOf(const QStringRef &tag, QLatin1String name)
-{
-    int at = tag.indexOf(name, 0, Qt::CaseInsensitive);
-    if (at < 0) {
-        return 1;
-    }
-    for (at += name.size(); at < tag.size() && !tag.at(at).isDigit(); ++at) { }
-    double value = 0;
-    for (; at < tag.size() && tag.at(at).isDigit(); ++at) {
-        value = value * 10 + tag.at(at).digitValue();
-    }
-    return qMax(value, 1.0);
-}
+    std::vector<Reaching> m_above;
+    double m_row = 0;
+    double m_columnsOfRow = 0;
+    double m_columns = 0;
+};
 
 /// Adds up what the tags of a text cost.
 class Estimate
 {
 public:
-    void add(const QString &html, const Tag &tag)
+    void add(const MarkupTag &tag)
     {
         if (tag.closes) {
             close(tag.name);
@@ -128,9 +108,11 @@ public:
         if (tag.name == QLatin1String("li")) {
             m_cost += costOfEntries * ++m_entries;
         } else if (tag.name == QLatin1String("td") || tag.name == QLatin1String("th")) {
-            const QStringRef whole = html.midRef(tag.begin, tag.end - tag.begin);
-            m_cost += costOfCell * spanOf(whole, QLatin1String("colspan"))
-                    * spanOf(whole, QLatin1String("rowspan"));
+            addCell(tag.numberOf(QLatin1String("colspan")), tag.numberOf(QLatin1String("rowspan")));
+        } else if (tag.name == QLatin1String("tr")) {
+            change(m_tables.back().grid, [](TableGrid &grid) { grid.beginRow(); });
+        } else if (tag.name == QLatin1String("table")) {
+            m_tables.push_back({m_open.size(), TableGrid()});
         }
         if (!isOneOf(tag.name, emptyElements())) {
             m_open.append(tag.name);
@@ -155,9 +137,33 @@ private:
         if (from >= 0) {
             m_open.resize(from);
         }
+        while (m_tables.back().level >= m_open.size()) {
+            m_tables.pop_back();
+        }
     }
 
+    void addCell(double columns, double rows)
+    {
+        change(m_tables.back().grid, [=](TableGrid &grid) { grid.addCell(columns, rows); });
+    }
+
+    /// Changes a grid and adds what it costs more.
+    template <typename Change>
+    void change(TableGrid &grid, Change change)
+    {
+        const double before = grid.cells();
+        change(grid);
+        m_cost += costOfCell * (grid.cells() - before);
+    }
+
+    struct OpenTable
+    {
+        int level; ///< how many elements were open around it
+        TableGrid grid;
+    };
+
     QVector<QString> m_open;
+    std::vector<OpenTable> m_tables{{-1, TableGrid()}}; ///< the first for what stands in none
     double m_cost = 0;
     double m_elements = 0;
     double m_rules = 0;
@@ -171,7 +177,7 @@ bool isHidden(const QString &name)
 }
 
 /// Where the element that begins with \a tag ends, when nothing inside it is read as text.
-int contentEnd(const QString &html, const Tag &tag)
+int contentEnd(const QString &html, const MarkupTag &tag)
 {
     const int end = html.indexOf(QLatin1String("</") + tag.name, tag.end, Qt::CaseInsensitive);
     return end < 0 ? html.size() : end;
@@ -182,16 +188,15 @@ int contentEnd(const QString &html, const Tag &tag)
 double markupCost(const QString &html, double most)
 {
     Estimate estimate;
-    for (Tag tag = nextTag(html, 0); tag.begin < html.size() && estimate.cost() <= most;
-         tag = nextTag(html, tag.end)) {
+    for (MarkupTag tag = nextMarkupTag(html, 0); tag.begin < html.size() && estimate.cost() <= most;
+         tag = nextMarkupTag(html, tag.end)) {
         if (tag.name.isEmpty()) {
             continue;
         }
-        estimate.add(html, tag);
+        estimate.add(tag);
         if (tag.name == QLatin1String("style") && !tag.closes) {
             const int end = contentEnd(html, tag);
             estimate.addRules(html.midRef(tag.end, end - tag.end));
-            tag.end = end;
         }
     }
     return estimate.cost();
@@ -203,7 +208,7 @@ QString bareText(const QString &html)
     int breaks = 0;
     bool breakWaits = false;
     for (int from = 0; from < html.size();) {
-        const Tag tag = nextTag(html, from);
+        const MarkupTag tag = nextMarkupTag(html, from);
         const QStringRef words = html.midRef(from, tag.begin - from);
         if (!words.trimmed().isEmpty()) {
             if (breakWaits && !text.isEmpty()) {

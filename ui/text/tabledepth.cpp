@@ -1,6 +1,7 @@
 #include "ui/text/tabledepth.h"
 
 #include "app/base/logstream.h"
+#include "ui/text/markuptags.h"
 #include "ui/text/resourceguard.h"
 
 #include <QTextDocument>
@@ -28,7 +29,8 @@ int depthOf(const QTextFrame *frame)
 
 QString withoutDeepTables(const QString &html)
 {
-    if (html.count(QLatin1String("table"), Qt::CaseInsensitive) <= harmlessTables) {
+    if (html.count(QLatin1String("table"), Qt::CaseInsensitive) <= harmlessTables
+        && !mayBeDisguised(html)) {
         return html;
     }
     // The document knows what is a table better than any search would; it is never laid out.

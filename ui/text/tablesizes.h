@@ -2,6 +2,7 @@
 
 #include <QString>
 
-/// Whether a table in \a html has borders, margins or paddings so wide, or so far below nothing,
-/// that Qt would look for a place for its cells for ever.
+/// Whether tables in \a html have more cells than Qt lays out in reasonable time, or borders,
+/// margins or paddings so wide, or so far below nothing, that it would look for a place for them
+/// for ever.
 [[nodiscard]] bool hasHugeTables(const QString &html);

@@ -197,6 +197,12 @@ void TestHeavyAnswers::reply_data()
         QLatin1String("<table><tr>") + repeated("<td>a", 190'000) + QLatin1String("</table>"));
     row("a cell over many columns",
         QStringLiteral("<table><tr><td colspan=1000000 rowspan=1000000>a</td></tr></table>"));
+    row("a cell over many columns, said twice",
+        QStringLiteral("<table><tr><td colspan=2 colspan=93638>a</td></tr></table>"));
+    row("a cell down many rows",
+        QStringLiteral("<table><tr><td rowspan=2147483647>a<td>b<tr><td>c</table>"));
+    row("a long table with one wide row", QLatin1String("<table>") + repeated("<tr><td>a", 7'200)
+                                              + QLatin1String("<tr><td colspan=700>"));
     row("many cells over many columns",
         QStringLiteral("<table>") + repeated("<tr><td colspan=1000 rowspan=1000>a</td>", 100'000));
     row("many tables", repeated("<table><tr><td>a</table>", 190'000));

@@ -14,6 +14,8 @@ private slots:
     void ordinaryMarkup_isKept();
     void dearMarkup_givesItsText_data();
     void dearMarkup_givesItsText();
+    void disguisedMarkup_isSeenThrough_data();
+    void disguisedMarkup_isSeenThrough();
     void severalTexts_shareOneBudget();
     void bareText_isReadable_data();
     void bareText_isReadable();
@@ -38,6 +40,7 @@ void TestMarkupBudget::ordinaryMarkup_isKept_data()
     row("a large heading", QStringLiteral("<b style=\"font-size:120px\">x</b>"));
     row("a wide table", QStringLiteral("<table border=1 cellspacing=0 cellpadding=1000 "
                                        "style='margin:1000px'><tr><td>x</td></tr></table>"));
+    row("a cell down more rows than there are", QStringLiteral("<td ROWSPAN = '9999'>"));
     row("a wide margin", QStringLiteral("<b style=\"font-weight:bold;margin:1000px\">x</b>"));
 }
 
@@ -62,7 +65,13 @@ void TestMarkupBudget::dearMarkup_givesItsText_data()
     row("entries", QStringLiteral("<li></li>").repeated(10'000));
     row("cells", QStringLiteral("<td></td>").repeated(10'000));
     row("a cell across many", QStringLiteral("<td colspan=9999>"));
-    row("a cell down many", QStringLiteral("<td ROWSPAN = '9999'>"));
+    row("a long table with a wide row", QStringLiteral("<table>")
+                                            + QStringLiteral("<tr><td>").repeated(500)
+                                            + QStringLiteral("<tr><td colspan=500>"));
+    row("a wide table with many empty rows",
+        QStringLiteral("<table><tr><td colspan=500>") + QStringLiteral("<tr>").repeated(500));
+    row("cells pushed aside by those above",
+        QStringLiteral("<table>") + QStringLiteral("<tr><td rowspan=200>").repeated(60));
     row("style rules", QStringLiteral("<style>") + QStringLiteral("b{}").repeated(5000)
                            + QStringLiteral("</style>") + QStringLiteral("<b></b>").repeated(5000));
     row("style rules at the end",
@@ -82,6 +91,7 @@ void TestMarkupBudget::dearMarkup_givesItsText_data()
     row("a table around a table",
         QStringLiteral("<table><tr><td><table cellpadding=99999><tr><td>"));
     row("a huge font", QStringLiteral("<b style='FONT-SIZE: 2000PX'>"));
+    row("a huge font by an exponent", QStringLiteral("<b style='font-size:9e6pt'>"));
     row("a huge font by its short name", QStringLiteral("<b style='font:2000.5pt serif'>"));
 }
 
@@ -90,6 +100,44 @@ void TestMarkupBudget::dearMarkup_givesItsText()
     QFETCH(QString, html);
     const LogCapture log;
     QCOMPARE(MarkupBudget().affordable(html), QStringLiteral("<p>里</p>"));
+    QCOMPARE(log.linesWith(QStringLiteral("warning: ")).size(), 1);
+}
+
+void TestMarkupBudget::disguisedMarkup_isSeenThrough_data()
+{
+    QTest::addColumn<QString>("html");
+    const auto row = [](const char *name, const QString &html) {
+        QTest::newRow(name) << html + QStringLiteral("里");
+    };
+    row("a cell that says its columns twice", QStringLiteral("<td colspan=2 colspan=9999>"));
+    row("a cell whose title names columns", QStringLiteral("<td title='colspan=1' colspan=9999>"));
+    row("columns in entities", QStringLiteral("<td colspan=&#57;&#x39;99>"));
+    row("an attribute in entities", QStringLiteral("<td &#99;olspan=9999>"));
+    row("an attribute in quotes", QStringLiteral("<td 'colspan'=9999>"));
+    row("an element in entities", QStringLiteral("<t&#100; colspan=9999>"));
+    row("an element in quotes", QStringLiteral("<'td' colspan=9999>"));
+    row("an element behind a blank", QStringLiteral("<\ntd colspan=9999>"));
+    row("a bracket in quotes behind a blank", QStringLiteral("<td x= '>' colspan=9999>"));
+    row("a bracket behind a quote behind a backslash",
+        QStringLiteral("<td x='\\'>' colspan=9999>"));
+    row("a cell in a style", QStringLiteral("<style>a{}<td colspan=9999></style>"));
+    row("a cell in a comment that ends early", QStringLiteral("<!>-- <td colspan=9999>-->"));
+    row("a table in entities", QStringLiteral("<t&#97;ble cellpadding=99999><tr><td>"));
+    row("a huge font in entities", QStringLiteral("<b style=\"f&#111;nt-size:2000px\">"));
+    row("a huge font in escapes", QStringLiteral("<b style='f\\6fnt-size:2000px'>"));
+    row("tables in entities, deep",
+        QStringLiteral("<t&#97;ble><tr><td>").repeated(10) + QStringLiteral("<p>"));
+}
+
+/// As Qt sees through it.
+void TestMarkupBudget::disguisedMarkup_isSeenThrough()
+{
+    QFETCH(QString, html);
+    const LogCapture log;
+    const QString shown = MarkupBudget().affordable(html);
+    QVERIFY2(shown.contains(QStringLiteral("里")), qPrintable(shown));
+    QVERIFY2(!shown.contains(QLatin1String("9999")) && !shown.contains(QLatin1Char('&')),
+             qPrintable(shown));
     QCOMPARE(log.linesWith(QStringLiteral("warning: ")).size(), 1);
 }
 
