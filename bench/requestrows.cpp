@@ -68,5 +68,5 @@ Rows measureRequest()
     QDir::setCurrent(before);
     return {{QStringLiteral("request"), QStringLiteral("one signed request and reply on loopback"),
              QStringLiteral("the same POST by a fresh bare manager"), QStringLiteral("µs"),
-             costs.first, costs.second, 1.15}};
+             costs.first, costs.second, 1.15, 1.2}};
 }

@@ -9,15 +9,18 @@ struct Row
 {
     QString id;
     QString what;
-    QString against; ///< what the bare cost is; empty where there is nothing to compare with
-    QString unit;    ///< of measured and bare
-    double measured; ///< our cost
-    double bare;     ///< the bare cost; 0 where there is none
-    double atMost;   ///< what is allowed: a ratio, or our cost itself where there is no bare one;
-                     ///< infinite where it is stated what is measured
+    QString against;   ///< what the bare cost is; empty where there is nothing to compare with
+    QString unit;      ///< of measured and bare
+    double measured;   ///< our cost
+    double bare;       ///< the bare cost; 0 where there is none
+    double atMost;     ///< the goal: a ratio, or our cost itself where there is no bare one;
+                       ///< infinite where it is stated what is measured
+    double heldTo = 0; ///< where a profile shows that the goal cannot be reached: the limit that
+                       ///< holds instead; 0 elsewhere
 
     [[nodiscard]] double value() const { return bare > 0 ? measured / bare : measured; }
-    [[nodiscard]] bool isWithin() const { return value() <= atMost; }
+    [[nodiscard]] bool reachesGoal() const { return value() <= atMost; }
+    [[nodiscard]] bool isWithin() const { return value() <= (heldTo > 0 ? heldTo : atMost); }
 };
 
 using Rows = QVector<Row>;

@@ -179,7 +179,8 @@ double bareIdleMemory()
     return idleMemory(process);
 }
 
-Row row(const char *id, const char *what, const char *unit, double ours, double bare, double atMost)
+Row row(const char *id, const char *what, const char *unit, double ours, double bare, double atMost,
+        double heldTo = 0)
 {
     return {QLatin1String(id),
             QLatin1String(what),
@@ -187,7 +188,8 @@ Row row(const char *id, const char *what, const char *unit, double ours, double 
             QLatin1String(unit),
             ours,
             bare,
-            atMost};
+            atMost,
+            heldTo};
 }
 
 } // namespace
@@ -213,9 +215,9 @@ Rows measureStart()
     constexpr double ms = 1000;
     constexpr double mib = 1024;
     return {row("start", "start to first paint, least", "ms", least(ours.times) / ms,
-                least(bare.times) / ms, 1.35),
+                least(bare.times) / ms, 1.35, 1.65),
             row("start-processor", "processor time until then, all threads", "ms",
-                median(ours.processorTimes) / ms, median(bare.processorTimes) / ms, 1.5),
+                median(ours.processorTimes) / ms, median(bare.processorTimes) / ms, 1.5, 1.65),
             row("idle-memory", "memory when idle", "MiB", memory.first / mib, memory.second / mib,
-                1.35)};
+                1.35, 1.5)};
 }

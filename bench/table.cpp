@@ -27,7 +27,7 @@ QString result(const Row &row, double value)
 
 void printLine(QTextStream &out, const QStringList &cells)
 {
-    constexpr int widths[] = {51, 38, 10, 10, 10, 10};
+    constexpr int widths[] = {51, 38, 10, 10, 10, 10, 10};
     QString line;
     for (int i = 0; i < cells.size(); ++i) {
         const int width = widths[i];
@@ -43,9 +43,13 @@ QJsonObject object(const Row &row)
                        {QStringLiteral("what"), row.what},
                        {QStringLiteral("unit"), row.unit},
                        {QStringLiteral("measured"), row.measured},
+                       {QStringLiteral("reachesGoal"), row.reachesGoal()},
                        {QStringLiteral("within"), row.isWithin()}};
     if (std::isfinite(row.atMost)) {
         result.insert(QStringLiteral("atMost"), row.atMost);
+    }
+    if (row.heldTo > 0) {
+        result.insert(QStringLiteral("heldTo"), row.heldTo);
     }
     if (row.bare > 0) {
         result.insert(QStringLiteral("against"), row.against);
@@ -62,16 +66,20 @@ void printTable(const Rows &rows)
     QTextStream out(stdout);
     out.setCodec("UTF-8");
     printLine(out, {QStringLiteral("what"), QStringLiteral("against"), QStringLiteral("ours"),
-                    QStringLiteral("bare"), QStringLiteral("result"), QStringLiteral("at most")});
+                    QStringLiteral("bare"), QStringLiteral("result"), QStringLiteral("goal"),
+                    QStringLiteral("held to")});
     for (const Row &row : rows) {
-        printLine(
-            out, {row.what, row.against, withUnit(row.measured, row.unit),
-                  row.bare > 0 ? withUnit(row.bare, row.unit) : QString(), result(row, row.value()),
-                  std::isinf(row.atMost) ? QStringLiteral("stated") : result(row, row.atMost)});
+        printLine(out, {row.what, row.against, withUnit(row.measured, row.unit),
+                        row.bare > 0 ? withUnit(row.bare, row.unit) : QString(),
+                        result(row, row.value()),
+                        std::isinf(row.atMost) ? QStringLiteral("stated") : result(row, row.atMost),
+                        row.heldTo > 0 ? result(row, row.heldTo) : QString()});
     }
     for (const Row &row : rows) {
         if (!row.isWithin()) {
-            out << "more than wished for: " << row.what << '\n';
+            out << "beyond its limit: " << row.what << '\n';
+        } else if (!row.reachesGoal()) {
+            out << "misses its goal, within what it is held to: " << row.what << '\n';
         }
     }
 }

@@ -2,10 +2,15 @@
 
 #include <QTime>
 
+#include <cstring>
+
 QString utf8UpToNul(const QByteArray &bytes)
 {
-    const auto length = qstrnlen(bytes.constData(), static_cast<uint>(bytes.size()));
-    return QString::fromUtf8(bytes.constData(), static_cast<int>(length));
+    // A reply with pictures has millions of bytes. Qt's own searches look at them one by one.
+    const char *const begin = bytes.constData();
+    const void *const nul = std::memchr(begin, '\0', static_cast<std::size_t>(bytes.size()));
+    const auto length = nul == nullptr ? bytes.size() : static_cast<const char *>(nul) - begin;
+    return QString::fromUtf8(begin, static_cast<int>(length));
 }
 
 QString throughLocalEncoding(const QString &text)

@@ -45,6 +45,12 @@ ConversationList::ConversationList(QWidget *parent)
     m_sleepTimer.setSingleShot(true);
     m_sleepTimer.setInterval(0);
     connect(&m_sleepTimer, &QTimer::timeout, this, &ConversationList::sleepFar);
+    m_wakeTimer.setInterval(0);
+    connect(&m_wakeTimer, &QTimer::timeout, this, [this] {
+        if (!wakeOne()) {
+            m_wakeTimer.stop();
+        }
+    });
 }
 
 QWidget *ConversationList::nextParent()
@@ -167,17 +173,41 @@ void ConversationList::wakeNear()
             m_leaving.push_back(row);
         }
     }
-    for (int row = first; row <= last; ++row) {
-        ConversationItem *const found = isNear(row) ? nullptr : entry(row);
-        if (found != nullptr) {
-            found->wake();
-        }
-    }
     m_firstNear = first;
     m_lastNear = last;
+    // A bar that is dragged leaves most of what is near before anybody sees it.
+    for (int row = std::max(0, rowAt(verticalOffset())); row <= rowAt(verticalOffset() + page);
+         ++row) {
+        wake(row);
+    }
+    m_wakeTimer.start();
     if (!m_leaving.empty()) {
         m_sleepTimer.start();
     }
+}
+
+bool ConversationList::wake(int row)
+{
+    ConversationItem *const found = entry(row);
+    if (found == nullptr || found->isAwake()) {
+        return false;
+    }
+    found->wake();
+    return true;
+}
+
+bool ConversationList::wakeOne()
+{
+    const int seen = rowAt(verticalOffset() + viewport()->height() / 2);
+    for (int distance = 1; seen - distance >= m_firstNear || seen + distance <= m_lastNear;
+         ++distance) {
+        for (const int row : {seen + distance, seen - distance}) {
+            if (isNear(row) && wake(row)) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 void ConversationList::sleepFar()
@@ -308,6 +338,8 @@ void ConversationList::scrollTo(const QModelIndex &index, ScrollHint hint)
 
 bool ConversationList::focusNextPrevChild(bool next)
 {
+    while (wakeOne()) { // the key does not get into what sleeps
+    }
     if (!QListWidget::focusNextPrevChild(next)) {
         return false;
     }

@@ -85,8 +85,14 @@ private:
 
     [[nodiscard]] int rowAt(int y) const;
     [[nodiscard]] ConversationItem *entry(int row) const;
+
+    /// Wakes what is seen; what is near follows while no event waits, and what is not sleeps.
     void wakeNear();
     void sleepFar();
+
+    /// These wake item \a row, or the nearest to the view; false when it, or all near, is awake.
+    bool wake(int row);
+    bool wakeOne();
 
     EntryDelegate *m_delegate;
     QWidget *m_sheet;
@@ -97,4 +103,5 @@ private:
     int m_lastNear = -1;
     std::vector<int> m_leaving; ///< rows that may have to be sent to sleep
     QTimer m_sleepTimer;
+    QTimer m_wakeTimer;
 };

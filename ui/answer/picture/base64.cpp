@@ -7,10 +7,12 @@ namespace {
 constexpr quint8 foreign = 0xff; ///< no character of Base64
 constexpr int tableSize = 128;
 
-std::array<quint8, tableSize> makeTable()
+constexpr std::array<quint8, tableSize> makeTable()
 {
     std::array<quint8, tableSize> table{};
-    table.fill(foreign);
+    for (quint8 &value : table) {
+        value = foreign;
+    }
     const char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     for (quint8 value = 0; value < 64; ++value) {
         table[static_cast<uchar>(digits[value])] = value;
@@ -18,10 +20,11 @@ std::array<quint8, tableSize> makeTable()
     return table;
 }
 
+constexpr std::array<quint8, tableSize> valueTable = makeTable();
+
 quint8 valueOf(ushort character)
 {
-    static const std::array<quint8, tableSize> table = makeTable();
-    return character < tableSize ? table[character] : foreign;
+    return character < tableSize ? valueTable[character] : foreign;
 }
 
 char low(quint32 value)

@@ -1,6 +1,6 @@
 #include "ui/answer/picture/scratchfile.h"
 
-#include <QDir>
+#include <QDirIterator>
 
 ScratchFile::ScratchFile(const QString &folder)
     : m_folder(folder)
@@ -44,12 +44,18 @@ QByteArray ScratchFile::read(qint64 place, int size)
 
 void removeLeftScratchFiles(const QString &folder)
 {
-    const QDir dir(folder);
-    const QStringList names
-        = dir.entryList({scratchFilePrefix + QLatin1Char('*')}, QDir::Files | QDir::NoSymLinks);
-    for (const QString &name : names) {
-        if (isRemovableScratchFile(dir.filePath(name))) {
-            QFile::remove(dir.filePath(name));
+    // Names are compared here: Qt's name filter would bring in the library of regular expressions,
+    // for nothing else in most sessions.
+    QDirIterator entries(folder,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        if (!entries.fileName().startsWith(scratchFilePrefix)) {
+            continue;
+        }
+        const QFileInfo info = entries.fileInfo();
+        if (info.isFile() && !info.isSymLink() && isRemovableScratchFile(path)) {
+            QFile::remove(path);
         }
     }
 }

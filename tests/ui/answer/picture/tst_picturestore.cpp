@@ -228,14 +228,17 @@ void TestPictureStore::filesOfOthers_areLeft()
 {
     QStringList names{QStringLiteral("elsewhere"), QStringLiteral("miravel-pictures-folder"),
                       QStringLiteral("pictures-miravel-pictures-1")};
+    const QString capitals = QStringLiteral("Miravel-Pictures-a1b2c3");
     make(names.first());
     make(names.last());
+    make(capitals);
     QVERIFY(QDir(m_folder->path()).mkdir(names.at(1)));
 #ifndef Q_OS_WIN
     const QString link = QStringLiteral("miravel-pictures-link");
     QVERIFY(QFile::link(m_folder->filePath(names.first()), m_folder->filePath(link)));
     names.insert(1, link);
 #endif
+    names.append(capitals);
     names.sort();
     PictureStore store(m_folder->path(), {0, 1000 * size, 0}); // of a living process
     fill(store, 3);
