@@ -21,6 +21,15 @@ if(MIRAVEL_SANITIZE)
     target_link_options(miravel_options INTERFACE -fsanitize=${MIRAVEL_SANITIZE})
 endif()
 
+# Only what is measured counts what is reached; the rest is the release build's, which the compiler
+# cache has.
+function(miravel_count_reached target)
+    if(MIRAVEL_COVERAGE)
+        target_compile_options(${target} PRIVATE -O0 --coverage -fprofile-update=atomic)
+        target_link_options(${target} PUBLIC --coverage)
+    endif()
+endfunction()
+
 # A log line names the bare source file on every platform, so each source folder is mapped away.
 # The last matching map wins, so deeper folders come later.
 function(miravel_bare_file_names target)
@@ -62,6 +71,10 @@ function(miravel_add_library name)
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC miravel_options ${arg_LINK})
     miravel_bare_file_names(${name})
+    file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
+    if(folder MATCHES "^(app|service|localchannel|locallibrary|ui)(/|$)")
+        miravel_count_reached(${name})
+    endif()
 endfunction()
 
 # miravel_add_helper(<name> LINK <target>...): a program that tests start as another process.

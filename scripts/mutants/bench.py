@@ -3,23 +3,30 @@
 from __future__ import annotations
 
 import filecmp
-import json
 import os
 import re
 import shutil
 import subprocess
+from dataclasses import dataclass
 from pathlib import Path
 
 from mutation import Mutation
+from testrun import JOBS, TestRun, is_alone
 
-TESTS_S = 60
-TRIES = 2
 INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
 
 
-def _is_alone(test: str) -> bool:
-    """Whether a test is one program, which the target of its name builds."""
-    return test.startswith(("tst_", "replay_"))
+@dataclass(frozen=True)
+class Outcome:
+    """What became of a change: the test that killed it, "invalid" when it did not compile, "" when it
+    lives; and how many programs of tests were run for that."""
+
+    killer: str
+    runs: int
+
+    @property
+    def compiled(self) -> bool:
+        return self.killer != "invalid"
 
 
 class Bench:
@@ -27,30 +34,27 @@ class Bench:
 
     def __init__(self, root: Path, folder: Path) -> None:
         self._root = root
+        self._folder = folder
         self.sources = folder / "source"
         # As far from its sources as the release build: the compiler cache then has what that built.
         self._build = self.sources / "build/release"
-        self._jobs = str(os.cpu_count() or 1)
-        self._tests: set[str] = set()
+        self._ready: set[str] = set()
         self._trusted: set[str] = set()
-        self.log = folder / "log.txt"
 
     def prepare(self) -> None:
-        """Brings the copy up to date and configures its build. What is needed is built when it is."""
+        """Brings the copy and its build up to date."""
         listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others",
                                  "--exclude-standard"], cwd=self._root, check=True,
                                 capture_output=True, text=True).stdout
         for name in filter(None, listed.split("\0")):
             self._refresh(name)
-        self.log.write_bytes(b"")
+        self._log = (self._folder / "log.txt").open("wb")
         if not (self._build / "build.ninja").exists():
             launcher = Path(__file__).with_name("compiler.sh")
             self._run(["cmake", "-S", self.sources, "-B", self._build, "-G", "Ninja",
-                       "-DCMAKE_BUILD_TYPE=Release", f"-DCMAKE_CXX_COMPILER_LAUNCHER={launcher}"],
-                      check=True)
-        listing = subprocess.run(["ctest", "--test-dir", self._build, "--show-only=json-v1"],
-                                 check=True, capture_output=True, text=True).stdout
-        self._tests = {test["name"] for test in json.loads(listing)["tests"]}
+                       "-DCMAKE_BUILD_TYPE=Release", f"-DCMAKE_CXX_COMPILER_LAUNCHER={launcher}",
+                       "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld"])
+        self._tests = TestRun(self._build, self._folder / "times.json", self._log)
 
     def _refresh(self, name: str) -> None:
         """Copies a file that differs; one that does not keeps its time, and is not built again."""
@@ -61,77 +65,68 @@ class Bench:
 
     def rounds(self, path: str, near: bool) -> list[list[str]]:
         """The tests that may notice a change of a source: those that include its header, the others
-        of its room, and, unless only near ones are wanted, all the rest, first those that are built
-        and run quickly."""
+        of its room, and, unless only near ones are wanted, all the rest."""
         room = Path(path).parent
         header = str(Path(path).with_suffix(".h"))
-        first, second = [], []
-        for test in sorted((self.sources / "tests").rglob("tst_*.cpp")):
+        names = set(self._tests.names)
+        first, second = set(), set()
+        for test in (self.sources / "tests").rglob("tst_*.cpp"):
             folder = test.relative_to(self.sources / "tests").parent
-            if test.stem not in self._tests or folder.name == "e2e":
+            if test.stem not in names or folder.name == "e2e":
                 continue
             if test.stem == f"tst_{Path(path).stem}" or header in INCLUDE.findall(test.read_text()):
-                first.append(test.stem)
+                first.add(test.stem)
             elif room == folder or room in folder.parents or folder in room.parents:
-                second.append(test.stem)
-        found = [first, second]
-        if not near:
-            rest = sorted(self._tests - set(first) - set(second))
-            found += [[name for name in rest if _is_alone(name)],
-                      [name for name in rest if not _is_alone(name)]]
-        return [names for names in found if names]
+                second.add(test.stem)
+        rest = set() if near else names - first - second
+        return [sorted(found) for found in (first, second, rest) if found]
 
-    def outcome(self, mutation: Mutation, near: bool) -> str:
-        """What becomes of a change: "invalid" when it does not compile, the test that killed it, or
-        nothing when it lives."""
+    def outcome(self, mutation: Mutation, near: bool) -> Outcome:
+        """What becomes of a change."""
+        self._make_ready(mutation.path, near)
+        before = self._tests.runs
         file = self.sources / mutation.path
         original = file.read_text(encoding="utf-8")
         file.write_text(mutation.applied(original), encoding="utf-8")
         try:
-            outcome = self._outcome_of_rounds(mutation.path, near)
+            killer = self._killer(mutation.path, near)
         finally:
             file.write_text(original, encoding="utf-8")
-        self._distrust(outcome)
+        outcome = Outcome(killer, self._tests.runs - before)
+        if killer and outcome.compiled:
+            self._distrust(killer)
         return outcome
 
-    def _outcome_of_rounds(self, path: str, near: bool) -> str:
+    def _make_ready(self, path: str, near: bool) -> None:
+        """Builds tests for the first time without the change, with what the compiler cache has."""
+        new = {name for names in self.rounds(path, near) for name in names} - self._ready
+        if new and not self._built(sorted(new), changed=False):
+            raise RuntimeError(f"the sources as they are do not build, see {self._log.name}")
+        self._ready |= new
+
+    def _killer(self, path: str, near: bool) -> str:
         for names in self.rounds(path, near):
             if not self._built(names, changed=True):
                 return "invalid"
-            for _ in range(TRIES):
-                killer = self._killer(names)
-                if not killer:
-                    break
-                if self._killer([killer]): # not by chance
-                    return killer
+            if killer := self._tests.killer(names):
+                return killer
         return ""
 
     def _distrust(self, killer: str) -> None:
         """A test that fails without any change has killed nothing."""
-        if killer in {"", "invalid"} | self._trusted:
+        if killer in self._trusted:
             return
-        if not self._built([killer], changed=False) or self._killer([killer]):
-            raise RuntimeError(f"{killer} fails without any change, see {self.log}")
+        if not self._built([killer], changed=False) or self._tests.killer([killer]):
+            raise RuntimeError(f"{killer} fails without any change, see {self._log.name}")
         self._trusted.add(killer)
 
     def _built(self, names: list[str], *, changed: bool) -> bool:
         # Tests of the whole program start other programs of the build.
-        wanted = names if all(map(_is_alone, names)) else ["all"]
-        return self._run(["cmake", "--build", self._build, "-j", self._jobs, "--target", *wanted],
+        wanted = names if all(map(is_alone, names)) else ["all"]
+        return self._run(["cmake", "--build", self._build, "-j", JOBS, "--target", *wanted],
                          changed=changed) == 0
 
-    def _killer(self, names: list[str]) -> str:
-        which = "^(" + "|".join(re.escape(name) for name in names) + ")$"
-        failed = self._build / "Testing/Temporary/LastTestsFailed.log"
-        failed.unlink(missing_ok=True)
-        if self._run(["ctest", "--test-dir", self._build, "-j", self._jobs, "--stop-on-failure",
-                      "--timeout", str(TESTS_S), "-R", which]) == 0:
-            return ""
-        lines = failed.read_text().splitlines() if failed.exists() else []
-        return lines[0].partition(":")[2] if lines else "a test"
-
-    def _run(self, command: list[object], *, check: bool = False, changed: bool = False) -> int:
+    def _run(self, command: list[object], *, changed: bool = False) -> int:
         environment = {**os.environ, **({"MIRAVEL_MUTANT": "1"} if changed else {})}
-        with self.log.open("ab") as log:
-            return subprocess.run([str(word) for word in command], stdout=log, stderr=log,
-                                  check=check, env=environment).returncode
+        return subprocess.run([str(word) for word in command], stdout=self._log, stderr=self._log,
+                              env=environment).returncode

@@ -3,7 +3,8 @@
 from __future__ import annotations
 
 import re
-from dataclasses import dataclass
+from collections import Counter
+from dataclasses import dataclass, replace
 from pathlib import Path
 from typing import Iterator
 
@@ -68,17 +69,29 @@ class Mutation:
     rule: str
     before: tuple[str, ...]
     after: tuple[str, ...]
+    twins: int = 0
+
+    @property
+    def name(self) -> str:
+        """What it is called, whatever becomes of the lines above it; twins are those of the same words
+        further up."""
+        old = " ".join(line.strip() for line in self.before)
+        new = " ".join(line.strip() for line in self.after)
+        twin = f" ({self.twins + 1})" if self.twins else ""
+        return f"{self.path}: {self.rule}: {old}  ->  {new}{twin}"
 
     def described(self) -> str:
-        old = " ".join(line.strip() for line in self.before)
-        new = " ".join(line.strip() for line in self.after) or "(nothing)"
-        return f"{self.path}:{self.first + 1}: {self.rule}: {old}  ->  {new}"
+        return self.name.replace(":", f":{self.first + 1}:", 1)
 
     def applied(self, text: str) -> str:
         lines = text.split("\n")
         assert tuple(lines[self.first:self.first + len(self.before)]) == self.before
         lines[self.first:self.first + len(self.before)] = self.after
         return "\n".join(lines)
+
+
+def _bare(line: str) -> str:
+    return HIDDEN.sub(lambda match: " " * len(match.group()), line)
 
 
 def mutations(path: str, text: str) -> list[Mutation]:
@@ -88,11 +101,20 @@ def mutations(path: str, text: str) -> list[Mutation]:
     for place, line in enumerate(lines):
         if UNTOUCHED.match(line):
             continue
-        bare = HIDDEN.sub(lambda match: " " * len(match.group()), line)
+        bare = _bare(line)
         found += [Mutation(path, place, rule.name, (line,), (changed,))
                   for rule in RULES for changed in rule.changes(bare, line)]
         found += _removed_call(path, lines, place)
-    return found
+    return _told_apart(found)
+
+
+def _told_apart(found: list[Mutation]) -> list[Mutation]:
+    seen: Counter[str] = Counter()
+    apart = []
+    for mutation in found:
+        apart.append(replace(mutation, twins=seen[mutation.name]))
+        seen[mutation.name] += 1
+    return apart
 
 
 def _removed_call(path: str, lines: list[str], first: int) -> list[Mutation]:
@@ -100,8 +122,8 @@ def _removed_call(path: str, lines: list[str], first: int) -> list[Mutation]:
         return []
     for count in range(1, LONGEST_CALL + 1):
         block = lines[first:first + count]
-        if block[-1].rstrip().endswith(";"):
-            balanced = "".join(block)
+        balanced = "".join(map(_bare, block)).rstrip()
+        if balanced.endswith(";"):
             if all(balanced.count(a) == balanced.count(b) for a, b in ("()", "{}", "[]")):
                 rule = "removed connection" if "connect(" in block[0] else "removed call"
                 return [Mutation(path, first, rule, tuple(block), ("    ;",))]

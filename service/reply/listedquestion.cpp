@@ -4,24 +4,13 @@
 #include <QJsonObject>
 #include <QVariant>
 
-#include <cmath>
-
 namespace {
 
 qint64 wideId(const QJsonValue &value)
 {
-    if (!value.isDouble()) {
-        return 0;
-    }
+    // What the reader of JSON keeps as a real has a fraction or is too large.
     const QVariant number = value.toVariant();
-    if (number.type() == QVariant::LongLong) {
-        return number.toLongLong();
-    }
-    const double real = value.toDouble();
-    // 2^63 itself no longer fits; doubles next to it are 1024 apart.
-    constexpr double limit = 9223372036854775808.0;
-    const bool fits = real >= -limit && real < limit && std::floor(real) == real;
-    return fits ? static_cast<qint64>(real) : 0;
+    return number.type() == QVariant::LongLong ? number.toLongLong() : 0;
 }
 
 qint64 narrowId(const QJsonValue &value)

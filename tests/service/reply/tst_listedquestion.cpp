@@ -129,6 +129,10 @@ void TestListedQuestion::ids_data()
     row("negative", "-7", -7, -7);
     row("integral with a point", "3.0", 3, 3);
     row("integral with an exponent", "1e3", 1000, 1000);
+    row("negative zero", "-0.0", 0, 0);
+    row("no more digits than there are places", "12.5e1", 125, 125);
+    row("large with an exponent", "9.2e18", 9200000000000000000, 0);
+    row("large and negative with an exponent", "-9.2e18", -9200000000000000000, 0);
     row("fraction", "1.5", 0, 0);
     row("negative fraction", "-0.5", 0, 0);
     row("2^31 - 1", "2147483647", 2147483647, 2147483647);
