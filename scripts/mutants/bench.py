@@ -39,7 +39,6 @@ class Bench:
         # As far from its sources as the release build: the compiler cache then has what that built.
         self._build = self.sources / "build/release"
         self._ready: set[str] = set()
-        self._trusted: set[str] = set()
 
     def prepare(self) -> None:
         """Brings the copy and its build up to date."""
@@ -113,12 +112,12 @@ class Bench:
         return ""
 
     def _distrust(self, killer: str) -> None:
-        """A test that fails without any change has killed nothing."""
-        if killer in self._trusted:
+        """A test that fails without any change has killed nothing. One that has passed with another
+        change does not."""
+        if killer in self._tests.passed:
             return
         if not self._built([killer], changed=False) or self._tests.killer([killer]):
             raise RuntimeError(f"{killer} fails without any change, see {self._log.name}")
-        self._trusted.add(killer)
 
     def _built(self, names: list[str], *, changed: bool) -> bool:
         # Tests of the whole program start other programs of the build.

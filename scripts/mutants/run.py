@@ -8,6 +8,7 @@ from __future__ import annotations
 import argparse
 import hashlib
 import json
+import signal
 import sys
 import time
 from dataclasses import asdict
@@ -101,6 +102,7 @@ def main() -> int:
     parser.add_argument("--list", action="store_true", help="only say which they would be")
     parser.add_argument("--match", default="", help="only those whose description has this text")
     options = parser.parse_args()
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1)) # in order: what runs is waited for
     every = chosen(options.seed)
     reasons = explained()
     if gone := reasons.keys() - {mutation.name for mutation in every}:

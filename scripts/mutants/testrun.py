@@ -36,6 +36,7 @@ class TestRun:
         self._times: dict[str, float] = json.loads(times.read_text()) if times.exists() else {}
         self._log = log
         self.runs = 0
+        self.passed: set[str] = set() # of those run here
 
     @property
     def names(self) -> list[str]:
@@ -74,7 +75,9 @@ class TestRun:
             passed = False
         finally:
             _end(process)
-        if passed: # the longest counts, since others use the machine
+        if passed:
+            self.passed.add(name)
+            # The longest counts, since others use the machine.
             self._times[name] = max(time.monotonic() - start, self._times.get(name, 0))
         return passed
 
