@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QFrame>
+#include <QGraphicsDropShadowEffect>
 #include <QImage>
 #include <QLabel>
 #include <QLayout>
@@ -22,6 +23,7 @@ class TestAboutDialog : public DialogTest
 
 private slots:
     void form();
+    void card_hasItsShadow();
     void form_pictures();
     void version_isReadAndLogged_data();
     void version_isReadAndLogged();
@@ -63,6 +65,17 @@ void TestAboutDialog::form()
     QCOMPARE(close->cursor().shape(), Qt::PointingHandCursor);
     QCOMPARE(close->accessibleName(), QStringLiteral("关闭"));
     QCOMPARE(close->toolTip(), QStringLiteral("关闭"));
+}
+
+void TestAboutDialog::card_hasItsShadow()
+{
+    openAbout();
+    const auto *card = m_about->findChild<QWidget *>(QStringLiteral("card"));
+    const auto *shadow = qobject_cast<QGraphicsDropShadowEffect *>(card->graphicsEffect());
+    QVERIFY(shadow != nullptr);
+    QCOMPARE(shadow->offset(), QPointF(0, 0));
+    QCOMPARE(shadow->color(), QColor(127, 127, 127, 127));
+    QCOMPARE(shadow->blurRadius(), 5.0);
 }
 
 void TestAboutDialog::form_pictures()
