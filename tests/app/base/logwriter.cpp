@@ -24,6 +24,7 @@ void logTogether(const QString &name, int count)
 {
     std::atomic<int> ready = 0;
     std::vector<std::thread> workers;
+    workers.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         workers.emplace_back([i, count, &name, &ready] {
             ++ready;

@@ -22,16 +22,16 @@ namespace {
 
 struct Type
 {
-    QtMsgType type;
     const char *prefix;
+    QtMsgType type;
     int level;
 };
 
-constexpr Type types[] = {{QtDebugMsg, "Debug:", 1},
-                          {QtInfoMsg, "Info:", 2},
-                          {QtWarningMsg, "Warning:", 3},
-                          {QtCriticalMsg, "Critical:", 4},
-                          {QtFatalMsg, "Fatal:", 5}};
+constexpr Type types[] = {{"Debug:", QtDebugMsg, 1},
+                          {"Info:", QtInfoMsg, 2},
+                          {"Warning:", QtWarningMsg, 3},
+                          {"Critical:", QtCriticalMsg, 4},
+                          {"Fatal:", QtFatalMsg, 5}};
 
 const Type &typeFrom(Generator &generator)
 {

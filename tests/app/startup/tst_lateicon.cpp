@@ -35,7 +35,8 @@ void TestLateIcon::showsWhatAnOrdinaryIconShows()
     picture.fill(Qt::blue);
     QVERIFY(picture.save(file));
     const QIcon late = lateIcon(file);
-    const QIcon copy = late;
+    QIcon copy;
+    copy = late;
     const QIcon ordinary(file);
     QCOMPARE(late.availableSizes(), ordinary.availableSizes());
     QCOMPARE(late.actualSize({256, 256}), ordinary.actualSize({256, 256}));
