@@ -102,7 +102,7 @@ void TestChannelLoad::clientThatNeverReads_losesNoQuestion()
 void TestChannelLoad::tenThousandBeforeReadiness_goOutInOrderOnAFlatStack()
 {
     constexpr int questions = 10'000;
-    constexpr quintptr flat = 16 * 1024; // bytes
+    constexpr quintptr flat = quintptr(16) * 1024; // bytes
     startListening();
     QStringList expected;
     QVector<QByteArray> documents;
