@@ -11,6 +11,7 @@ from dataclasses import dataclass
 from pathlib import Path
 
 from mutation import Mutation
+from programs import ChangedPrograms
 from testrun import JOBS, TestRun, is_alone
 
 INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
@@ -48,11 +49,11 @@ class Bench:
         for name in filter(None, listed.split("\0")):
             self._refresh(name)
         self._log = (self._folder / "log.txt").open("wb")
-        if not (self._build / "build.ninja").exists():
-            launcher = Path(__file__).with_name("compiler.sh")
-            self._run(["cmake", "-S", self.sources, "-B", self._build, "-G", "Ninja",
-                       "-DCMAKE_BUILD_TYPE=Release", f"-DCMAKE_CXX_COMPILER_LAUNCHER={launcher}",
-                       "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld"])
+        launcher = Path(__file__).with_name("compiler.sh")
+        self._run(["cmake", "-S", self.sources, "-B", self._build, "-G", "Ninja",
+                   "-DCMAKE_BUILD_TYPE=Release", f"-DCMAKE_CXX_COMPILER_LAUNCHER={launcher}",
+                   "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld"])
+        self._programs = ChangedPrograms(self._build, self._folder, self._log)
         self._tests = TestRun(self._build, self._folder / "times.json", self._log)
 
     def _refresh(self, name: str) -> None:
@@ -62,9 +63,9 @@ class Bench:
             copy.parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(source, copy)
 
-    def rounds(self, path: str, near: bool) -> list[list[str]]:
-        """The tests that may notice a change of a source: those that include its header, the others
-        of its room, and, unless only near ones are wanted, all the rest."""
+    def near(self, path: str) -> list[list[str]]:
+        """The tests that may well notice a change of a source: those that include its header, then the
+        others of its room."""
         room = Path(path).parent
         header = str(Path(path).with_suffix(".h"))
         names = set(self._tests.names)
@@ -77,52 +78,68 @@ class Bench:
                 first.add(test.stem)
             elif room == folder or room in folder.parents or folder in room.parents:
                 second.add(test.stem)
-        rest = set() if near else names - first - second
-        return [sorted(found) for found in (first, second, rest) if found]
+        return [sorted(found) for found in (first, second) if found]
 
-    def outcome(self, mutation: Mutation, near: bool) -> Outcome:
+    def outcome(self, mutation: Mutation, near_only: bool) -> Outcome:
         """What becomes of a change."""
-        self._make_ready(mutation.path, near)
+        near = self.near(mutation.path)
+        self._make_ready({name for names in near for name in names})
         before = self._tests.runs
         file = self.sources / mutation.path
         original = file.read_text(encoding="utf-8")
+        times = file.stat()
         file.write_text(mutation.applied(original), encoding="utf-8")
         try:
-            killer = self._killer(mutation.path, near)
+            killer = self._near_killer(file, near)
+            self._programs.put_back()
+            if not killer and not near_only:
+                times = None # the build sees the change, and is to see that it is gone
+                self._ready.clear()
+                killer = self._killer_of_all()
         finally:
+            self._programs.put_back()
             file.write_text(original, encoding="utf-8")
+            if times:
+                os.utime(file, ns=(times.st_atime_ns, times.st_mtime_ns))
         outcome = Outcome(killer, self._tests.runs - before)
         if killer and outcome.compiled:
             self._distrust(killer)
         return outcome
 
-    def _make_ready(self, path: str, near: bool) -> None:
-        """Builds tests for the first time without the change, with what the compiler cache has."""
-        new = {name for names in self.rounds(path, near) for name in names} - self._ready
+    def _make_ready(self, names: set[str]) -> None:
+        """Builds what has not been built here yet, without the change."""
+        new = names - self._ready
         if new and not self._built(sorted(new), changed=False):
             raise RuntimeError(f"the sources as they are do not build, see {self._log.name}")
         self._ready |= new
 
-    def _killer(self, path: str, near: bool) -> str:
-        for names in self.rounds(path, near):
-            if not self._built(names, changed=True):
+    def _near_killer(self, file: Path, rounds: list[list[str]]) -> str:
+        if not self._programs.compile(file):
+            return "invalid"
+        for names in rounds:
+            if not self._programs.link(names):
                 return "invalid"
             if killer := self._tests.killer(names):
                 return killer
         return ""
+
+    def _killer_of_all(self) -> str:
+        """Near tests count once more: what they start has the change now, too."""
+        if not self._built(["all"], changed=True):
+            return "invalid"
+        return self._tests.killer(self._tests.names)
 
     def _distrust(self, killer: str) -> None:
         """A test that fails without any change has killed nothing. One that has passed with another
         change does not."""
         if killer in self._tests.passed:
             return
-        if not self._built([killer], changed=False) or self._tests.killer([killer]):
+        targets = [killer] if is_alone(killer) else ["all"]
+        if not self._built(targets, changed=False) or self._tests.killer([killer]):
             raise RuntimeError(f"{killer} fails without any change, see {self._log.name}")
 
-    def _built(self, names: list[str], *, changed: bool) -> bool:
-        # Tests of the whole program start other programs of the build.
-        wanted = names if all(map(is_alone, names)) else ["all"]
-        return self._run(["cmake", "--build", self._build, "-j", JOBS, "--target", *wanted],
+    def _built(self, targets: list[str], *, changed: bool) -> bool:
+        return self._run(["cmake", "--build", self._build, "-j", JOBS, "--target", *targets],
                          changed=changed) == 0
 
     def _run(self, command: list[object], *, changed: bool = False) -> int:
