@@ -36,6 +36,7 @@ constexpr int http = 0;
 void runAll(const std::function<void(int)> &work)
 {
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int number = 0; number < threadCount; ++number) {
         threads.emplace_back(work, number);
     }
