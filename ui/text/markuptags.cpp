@@ -120,7 +120,7 @@ private:
     /// Those with names stand for nothing that a name or a number consists of.
     QString entityOrAmpersand()
     {
-        const int end = m_html.midRef(m_at, longestEntity + 1).indexOf(QLatin1Char(';'));
+        const int end = entityEnd();
         if (end < 2 || m_html.at(m_at) != QLatin1Char('#')) {
             return QStringLiteral("&");
         }
@@ -134,6 +134,18 @@ private:
         }
         m_at += end + 1;
         return QString(QChar(code));
+    }
+
+    /// How many characters lie before the ";" of the entity here; -1 when it has none.
+    [[nodiscard]] int entityEnd() const
+    {
+        const QStringRef begin = m_html.midRef(m_at, longestEntity + 1);
+        for (int i = 0; i < begin.size() && !begin.at(i).isSpace(); ++i) {
+            if (begin.at(i) == QLatin1Char(';')) {
+                return i;
+            }
+        }
+        return -1;
     }
 
     const QString &m_html;
