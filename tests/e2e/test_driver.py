@@ -129,6 +129,29 @@ class WaitingTest(unittest.TestCase):
             log.mark()
             self.assertFalse(log.has("four"))
 
+    def test_log_begun_anew_that_has_grown_past_the_mark_is_read_from_its_beginning(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "a.log"
+            log = ProgramLog(path)
+            path.write_text("before\n")
+            log.mark()
+            path.write_text("before\nfirst\n")
+            path.rename(path.with_name("a.log.bk"))
+            path.write_text("second, and much more than there was before\n")
+            self.assertTrue(log.has("first", "second"))
+            self.assertFalse(log.has("before", "first"))
+
+    def test_of_a_log_that_became_its_backup_twice_the_rest_is_read(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "a.log"
+            log = ProgramLog(path)
+            path.write_text("first\n")
+            log.mark()
+            for text in ("second", "third"):
+                path.rename(path.with_name("a.log.bk"))
+                path.write_text(text)
+            self.assertTrue(log.has("second", "third"))
+
 
 class ChildTest(unittest.TestCase):
     def test_child_is_stopped_and_its_output_kept(self) -> None:

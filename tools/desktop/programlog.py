@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import os
 from pathlib import Path
 
 from .waiting import PATIENCE_S, wait_until
@@ -15,16 +16,20 @@ class ProgramLog:
         self.path = path
         self._encoding = encoding
         self._mark = 0
-        self._seen = 0  # bytes that the file had at least
+        self._inode: int | None = None  # of the file that the mark is in
+        self._seen = 0  # bytes that it had at least
         self._moved = b""  # what has gone to the backup since the mark
 
     def text(self) -> str:
         """Everything since the last mark; empty while there is no file."""
-        data = self._read(self.path)
-        if len(data) < self._seen:
-            backup = self._read(self.path.with_name(self.path.name + ".bk"))
-            self._moved += backup[self._mark:]
+        inode, data = self._read(self.path)
+        # A file may get the inode of one that is gone.
+        if self._inode is not None and (inode != self._inode or len(data) < self._seen):
+            moved, backup = self._read(self.path.with_name(self.path.name + ".bk"))
+            # Where one more file has been moved there since, the first is gone.
+            self._moved += backup[self._mark:] if moved == self._inode else backup
             self._mark = 0
+        self._inode = inode
         self._seen = len(data)
         return (self._moved + data[self._mark:]).decode(self._encoding, errors="replace")
 
@@ -34,8 +39,8 @@ class ProgramLog:
 
     def mark(self) -> None:
         """From now on only what is written later counts."""
-        self._mark = self.path.stat().st_size if self.path.exists() else 0
-        self._seen = self._mark
+        self._inode, data = self._read(self.path)
+        self._mark = self._seen = len(data)
         self._moved = b""
 
     def has(self, *texts: str) -> bool:
@@ -55,8 +60,10 @@ class ProgramLog:
                    timeout_s)
 
     @staticmethod
-    def _read(path: Path) -> bytes:
+    def _read(path: Path) -> tuple[int | None, bytes]:
+        """Which file is there, and what is in it."""
         try:
-            return path.read_bytes()
+            with path.open("rb") as file:
+                return os.fstat(file.fileno()).st_ino, file.read()
         except FileNotFoundError:
-            return b""
+            return None, b""
