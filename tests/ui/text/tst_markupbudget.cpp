@@ -41,6 +41,7 @@ void TestMarkupBudget::ordinaryMarkup_isKept_data()
     row("a wide table", QStringLiteral("<table border=1 cellspacing=0 cellpadding=1000 "
                                        "style='margin:1000px'><tr><td>x</td></tr></table>"));
     row("a cell down more rows than there are", QStringLiteral("<td ROWSPAN = '9999'>"));
+    row("what is no entity for its blank", QStringLiteral("<t&#x64 ; colspan=9999>"));
     row("a wide margin", QStringLiteral("<b style=\"font-weight:bold;margin:1000px\">x</b>"));
 }
 
