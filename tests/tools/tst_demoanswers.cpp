@@ -44,7 +44,7 @@ void TestDemoAnswers::fold_cutsNoRow_data()
     QFile file(DemoProcess::knowledgeFile());
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QJsonObject document = QJsonDocument::fromJson(file.readAll()).object();
-    for (const QJsonValue &value : document.value(QLatin1String("entries")).toArray()) {
+    for (const QJsonValue value : document.value(QLatin1String("entries")).toArray()) {
         const QJsonObject entry = value.toObject();
         if (!entry.value(QLatin1String("noHit")).toBool()) {
             const QString question = entry.value(QLatin1String("question")).toString();

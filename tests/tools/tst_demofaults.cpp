@@ -265,7 +265,7 @@ void TestDemoFaults::trickle_sendsOneByteAtATime()
     clock.start();
     const CallReply reply = sendSigned(m_service.httpUrl(hotPath), compactJson(hotBody(1)));
     QCOMPARE(reply.body, whole);
-    QVERIFY(clock.elapsed() >= 2 * whole.size());
+    QVERIFY(clock.elapsed() >= qint64(2) * whole.size());
 }
 
 QTEST_GUILESS_MAIN(TestDemoFaults)

@@ -74,7 +74,7 @@ void TestDemoKnowledge::initTestCase()
     QFile file(DemoProcess::knowledgeFile());
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QJsonObject document = QJsonDocument::fromJson(file.readAll()).object();
-    for (const QJsonValue &entry : document.value(QLatin1String("entries")).toArray()) {
+    for (const QJsonValue entry : document.value(QLatin1String("entries")).toArray()) {
         m_entries.append(entry.toObject());
     }
     QVERIFY(m_service.start());
@@ -114,7 +114,7 @@ void TestDemoKnowledge::everyRecommendation_existsAndIsAnswered()
     }
     for (const QJsonObject &entry : qAsConst(m_entries)) {
         QSet<qint64> seen;
-        for (const QJsonValue &value : entry.value(QLatin1String("recommends")).toArray()) {
+        for (const QJsonValue value : entry.value(QLatin1String("recommends")).toArray()) {
             const qint64 id = qRound64(value.toDouble());
             QVERIFY2(answered.contains(id), qPrintable(questionOf(entry)));
             QVERIFY2(!seen.contains(id) && id != idOf(entry), qPrintable(questionOf(entry)));
@@ -188,7 +188,7 @@ void TestDemoKnowledge::everyEntry_isFoundByIdQuestionAndAlias()
         };
         QCOMPARE(found(QStringLiteral("?"), idOf(entry)), title);
         QCOMPARE(found(questionOf(entry), 0), title);
-        for (const QJsonValue &alias : entry.value(QLatin1String("aliases")).toArray()) {
+        for (const QJsonValue alias : entry.value(QLatin1String("aliases")).toArray()) {
             QCOMPARE(found(alias.toString(), 0), title);
         }
     }

@@ -83,7 +83,7 @@ void TestDemoRequestLog::history_hidesTheSignatureAndCanBeCleared()
     QCOMPARE(only.value(QLatin1String("verdict")).toString(), QStringLiteral("accepted"));
     QCOMPARE(only.value(QLatin1String("body")).toString().toUtf8(), compactJson(askBody(question)));
     int hidden = 0;
-    for (const QJsonValue &value : only.value(QLatin1String("headers")).toArray()) {
+    for (const QJsonValue value : only.value(QLatin1String("headers")).toArray()) {
         const QJsonObject header = value.toObject();
         if (header.value(QLatin1String("name")).toString().toLower()
             == QLatin1String("x-ca-signature")) {

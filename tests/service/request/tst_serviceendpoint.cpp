@@ -77,6 +77,7 @@ void TestServiceEndpoint::readers_neverSeeHalvesOfTwoResolutions()
         }
     };
     std::vector<std::thread> threads;
+    threads.reserve(writerCount + readerCount);
     for (int writer = 0; writer < writerCount; ++writer) {
         threads.emplace_back(resolveAgainAndAgain, writer);
     }
