@@ -29,14 +29,18 @@ class TestRun:
     are for a good build, 120 s and more for each change that makes a test hang."""
 
     def __init__(self, build: Path, times: Path, log: BinaryIO) -> None:
-        listing = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], check=True,
-                                 capture_output=True, text=True).stdout
-        self._tests = {test["name"]: test for test in json.loads(listing)["tests"]}
+        self._build = build
+        self._list()
         self._times_file = times
         self._times: dict[str, float] = json.loads(times.read_text()) if times.exists() else {}
         self._log = log
         self.runs = 0
         self.passed: set[str] = set() # of those run here
+
+    def _list(self) -> None:
+        listing = subprocess.run(["ctest", "--test-dir", self._build, "--show-only=json-v1"],
+                                 check=True, capture_output=True, text=True).stdout
+        self._tests = {test["name"]: test for test in json.loads(listing)["tests"]}
 
     @property
     def names(self) -> list[str]:
@@ -44,6 +48,10 @@ class TestRun:
 
     def killer(self, names: Iterable[str]) -> str:
         """One of these tests that fails, and not by chance; "" when none does."""
+        names = list(names)
+        # CTest names the command of a program only once that is built.
+        if any("command" not in self._tests[name] for name in names):
+            self._list()
         waiting = sorted(names, key=lambda name: (not is_alone(name), self._times.get(name, 0)))
         failed = ""
         with ThreadPoolExecutor(JOBS) as pool:
