@@ -93,7 +93,7 @@ QString TestBubbles::textOfWidth(int width, const QFontMetrics &metrics)
     for (const QChar a : letters) {
         for (const QChar b : letters) {
             for (const QChar c : letters) {
-                const QString candidate = text + a + b + c;
+                QString candidate = text + a + b + c;
                 if (metrics.horizontalAdvance(candidate) == width) {
                     return candidate;
                 }

@@ -88,8 +88,10 @@ void TestConversationList::entryBuiltElsewhere_isMovedIn()
 
 void TestConversationList::entriesBuiltBeforeTheirTurn_findTheirSections()
 {
+    constexpr int count = 120;
     std::vector<Entry *> entries;
-    for (int i = 0; i < 120; ++i) {
+    entries.reserve(count);
+    for (int i = 0; i < count; ++i) {
         entries.push_back(new Entry(10, m_list->nextParent()));
     }
     for (Entry *entry : entries) {

@@ -38,12 +38,15 @@ private slots:
     void readers_onOtherThreads();
 
 private:
-    [[nodiscard]] static QByteArray picture(int number) { return QByteArray(size, char(number)); }
+    [[nodiscard]] static QByteArray picture(int number)
+    {
+        return QByteArray(int(size), char(number));
+    }
     void fill(PictureStore &store, int count) const;
     [[nodiscard]] QStringList files() const;
     void make(const QString &name) const;
 
-    static constexpr int size = 1000;
+    static constexpr qint64 size = 1000; // bytes of a picture
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
@@ -94,11 +97,11 @@ void TestPictureStore::newestPictures_areInMemory_theOthersInAFile()
 {
     PictureStore store(m_folder->path(), {5 * size, 1000 * size, 0});
     fill(store, 100);
-    QCOMPARE(store.bytesInMemory(), qint64(5 * size));
+    QCOMPARE(store.bytesInMemory(), 5 * size);
     for (int number = 0; number < 100; ++number) {
         QCOMPARE(store.data(number), picture(number));
     }
-    QCOMPARE(store.bytesInMemory(), qint64(5 * size));
+    QCOMPARE(store.bytesInMemory(), 5 * size);
 }
 
 void TestPictureStore::pictureLargerThanTheMemory_isInTheFile()
@@ -159,7 +162,7 @@ void TestPictureStore::folderWithoutAFile_keepsPicturesInMemory_withOneWarning()
     const LogCapture log;
     PictureStore store(m_folder->filePath(QStringLiteral("none")), {size, 1000 * size, 9 * size});
     fill(store, 5);
-    QCOMPARE(store.bytesInMemory(), qint64(5 * size));
+    QCOMPARE(store.bytesInMemory(), 5 * size);
     QCOMPARE(store.data(0), picture(0));
     QCOMPARE(log.linesWith(QStringLiteral("warning: pictures stay in memory, their temporary file "
                                           "cannot be written: "))
@@ -183,10 +186,10 @@ void TestPictureStore::fullDisc_keepsPicturesInMemory_withOneWarning_untilThereI
     allow(2 * size + size / 2); // the third is cut off
     fill(store, 8);
     allow(before.rlim_cur);
-    QCOMPARE(store.bytesInMemory(), qint64(6 * size));
+    QCOMPARE(store.bytesInMemory(), 6 * size);
     QCOMPARE(log.lines().size(), 1);
     store.add(picture(8));
-    QCOMPARE(store.bytesInMemory(), qint64(size));
+    QCOMPARE(store.bytesInMemory(), size);
     for (int number = 0; number < 9; ++number) {
         QCOMPARE(store.data(number), picture(number));
     }
@@ -201,7 +204,7 @@ void TestPictureStore::fullFile_keepsPicturesInMemory()
     const LogCapture log;
     PictureStore store(m_folder->path(), {size, 3 * size, 100 * size});
     fill(store, 9);
-    QCOMPARE(store.bytesInMemory(), qint64(6 * size));
+    QCOMPARE(store.bytesInMemory(), 6 * size);
     QCOMPARE(store.data(4), picture(4));
     QCOMPARE(log.lines().size(), 1);
 }
@@ -211,7 +214,7 @@ void TestPictureStore::memoryWithoutAFile_givesUpTheOldest()
     const LogCapture log;
     PictureStore store(m_folder->filePath(QStringLiteral("none")), {size, 1000 * size, 3 * size});
     fill(store, 9);
-    QCOMPARE(store.bytesInMemory(), qint64(3 * size));
+    QCOMPARE(store.bytesInMemory(), 3 * size);
     QCOMPARE(store.data(5), QByteArray());
     QCOMPARE(store.data(6), picture(6));
     QCOMPARE(log.lines().size(), 1);
@@ -260,8 +263,10 @@ void TestPictureStore::readers_onOtherThreads()
     store.add(picture(0));
     std::atomic<int> wrong{0};
     std::atomic<int> added{1};
+    constexpr int readerCount = 3;
     std::vector<std::thread> readers;
-    for (int reader = 0; reader < 3; ++reader) {
+    readers.reserve(readerCount);
+    for (int reader = 0; reader < readerCount; ++reader) {
         readers.emplace_back([&store, &wrong, &added] {
             for (int round = 0; round < count; ++round) {
                 const int number = round % added;
