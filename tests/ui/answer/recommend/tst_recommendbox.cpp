@@ -19,6 +19,7 @@ private slots:
     void pages_followEachOther_data();
     void pages_followEachOther();
     void fewerThanFive_stillMakesFiveRows();
+    void rows_haveNoMargins();
     void click_reportsQuestionAndId();
     void click_onARowBeyondTheLast_reportsNoQuestion();
     void places_belowAnAnswer();
@@ -113,6 +114,16 @@ void TestRecommendBox::fewerThanFive_stillMakesFiveRows()
                              nullptr);
     QCOMPARE(textsOf(&page),
              (QStringList{recommendation(0), recommendation(1), QString(), QString(), QString()}));
+}
+
+void TestRecommendBox::rows_haveNoMargins()
+{
+    Measure measure;
+    const RecommendPage page(recommends(5), 0, RecommendPage::Elision::FirstOfBox, &measure,
+                             nullptr);
+    for (int row = 0; row < page.count(); ++row) {
+        QCOMPARE(page.itemWidget(page.item(row))->contentsMargins(), QMargins());
+    }
 }
 
 void TestRecommendBox::click_reportsQuestionAndId()
