@@ -113,6 +113,7 @@ void TestMarkupBudget::disguisedMarkup_isSeenThrough_data()
     row("a cell that says its columns twice", QStringLiteral("<td colspan=2 colspan=9999>"));
     row("a cell whose title names columns", QStringLiteral("<td title='colspan=1' colspan=9999>"));
     row("columns in entities", QStringLiteral("<td colspan=&#57;&#x39;99>"));
+    row("columns behind a tab in an entity", QStringLiteral("<td colspan=&#9;9999>"));
     row("an attribute in entities", QStringLiteral("<td &#99;olspan=9999>"));
     row("an attribute in quotes", QStringLiteral("<td 'colspan'=9999>"));
     row("an element in entities", QStringLiteral("<t&#100; colspan=9999>"));

@@ -34,6 +34,7 @@ class TestSleepingPictures : public SleepTest
 
 private slots:
     void answersWithPictures_sleepToo();
+    void answerOfManyPictures_staysAwake();
     void wokenPictures_lookAsBefore();
     void wokenPicture_isPreviewedAndCopiedByItsNumber();
     void answerWithAnimation_staysAwakeWhileItPlays();
@@ -46,6 +47,15 @@ void TestSleepingPictures::answersWithPictures_sleepToo()
     addExchanges(many);
     QVERIFY(!answers().at(0)->isAwake());
     QVERIFY(m_region->findChildren<PictureRow *>().isEmpty());
+}
+
+/// Making its rows again would take too long.
+void TestSleepingPictures::answerOfManyPictures_staysAwake()
+{
+    m_region->showAnswer(QStringLiteral("图"), tag("png", picture({4, 4}, Qt::red)).repeated(51));
+    QTRY_VERIFY(answers().first()->content()->maySleep());
+    addExchanges(many);
+    QVERIFY(answers().at(0)->isAwake());
 }
 
 void TestSleepingPictures::wokenPictures_lookAsBefore()
