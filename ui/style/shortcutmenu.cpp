@@ -13,7 +13,7 @@ const QLatin1String
 
 QString buttonStyle(const ShortcutMenu::Row &row, bool enabled)
 {
-    const QString normal
+    QString normal
         = QStringLiteral("QPushButton{text-align:left;padding-left:12px;margin-top:%1px;margin-"
                          "bottom:%2px;background-color:transparent;color: %3;font:14px;border:none;"
                          "}")

@@ -43,7 +43,7 @@ public:
     {
         if (isAt(QLatin1String("\""))) {
             skip(1);
-            const QString quoted = charactersUntil([this] { return isAt(QLatin1String("\"")); });
+            QString quoted = charactersUntil([this] { return isAt(QLatin1String("\"")); });
             skip(1);
             return quoted;
         }
