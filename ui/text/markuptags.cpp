@@ -171,10 +171,8 @@ int MarkupTag::numberOf(QLatin1String attribute) const
     int number = 1;
     for (const auto &[key, value] : attributes) {
         bool isNumber = false;
-        const int given = value.toInt(&isNumber);
-        if (key == attribute && isNumber) {
-            number = given;
-        }
+        const int given = key == attribute ? value.toInt(&isNumber) : 0;
+        number = isNumber ? given : number;
     }
     return qMax(number, 1);
 }
@@ -204,5 +202,19 @@ MarkupTag nextMarkupTag(const QString &html, int from)
 
 bool mayBeDisguised(const QString &html)
 {
-    return html.contains(QLatin1String("&#")) || html.contains(QLatin1Char('\\'));
+    const auto holdsOther = [](const auto &text) {
+        return text.contains(QLatin1String("&#")) || text.contains(QLatin1Char('\\'));
+    };
+    if (!holdsOther(html)) {
+        return false;
+    }
+    // Words between the tags are harmless, except those of a style.
+    for (MarkupTag tag = nextMarkupTag(html, 0); tag.begin < html.size();
+         tag = nextMarkupTag(html, tag.end)) {
+        if (tag.name == QLatin1String("style")
+            || holdsOther(html.midRef(tag.begin, tag.end - tag.begin))) {
+            return true;
+        }
+    }
+    return false;
 }
