@@ -6,6 +6,7 @@ from __future__ import annotations
 import contextlib
 import os
 import socket
+import socketserver
 import threading
 import unittest
 from typing import Callable
@@ -25,44 +26,49 @@ NO_REPLY = "The network is connected, but the reply is empty."
 # 64 KiB of nothing, compressed, that can follow themselves any number of times.
 BOMB = bytes.fromhex("ecc101010000008090feafee080a" + "00" * 64 + "6a000000ffff")
 MAY_HOLD_KIB = 384 * 1024
+_POLL_S = 0.05
 # Sanitizers keep what was freed.
 MEMORY_COUNTS = not {"ASAN_OPTIONS", "TSAN_OPTIONS"} & set(os.environ)
 
 Play = Callable[[socket.socket], None]
 
 
-class HostileService:
-    """Gives every request the same treatment; a context manager."""
+class HostileService(socketserver.ThreadingTCPServer):
+    """Gives every request the same treatment; a context manager. Its thread has ended when it is
+    left: one that waits in accept() can come back to the socket of the service that follows."""
+
+    allow_reuse_address = True
+    daemon_threads = True
+    block_on_close = False  # who sends without end does so until the connection ends
 
     def __init__(self, play: Play) -> None:
-        self._play = play
-        self._listening = socket.create_server((LOOPBACK, 0))
-        self.port: int = self._listening.getsockname()[1]
-        self.requests: list[bytes] = []
-        threading.Thread(target=self._accept, daemon=True).start()
+        super().__init__((LOOPBACK, 0), _HostileConnection)
+        self.play = play
+        self.port: int = self.server_address[1]
+        self.received: list[bytes] = []
+        self._accepting = threading.Thread(target=self.serve_forever, args=(_POLL_S,), daemon=True)
+        self._accepting.start()
 
-    def __enter__(self) -> HostileService:
-        return self
+    def __exit__(self, *details: object) -> None:
+        self.shutdown()
+        self._accepting.join()
+        super().__exit__(*details)
 
-    def __exit__(self, *_: object) -> None:
-        self._listening.close()
 
-    def _accept(self) -> None:
+class _HostileConnection(socketserver.BaseRequestHandler):
+    server: HostileService
+    request: socket.socket
+
+    def handle(self) -> None:
         with contextlib.suppress(OSError):
-            while True:
-                connection, _ = self._listening.accept()
-                threading.Thread(target=self._serve, args=(connection,), daemon=True).start()
-
-    def _serve(self, connection: socket.socket) -> None:
-        with connection, contextlib.suppress(OSError):
             received = b""
             while not received.endswith(b"}"):
-                data = connection.recv(65536)
+                data = self.request.recv(65536)
                 if not data:
                     return  # it only looked whether somebody listens
                 received += data
-            self.requests.append(received)
-            self._play(connection)
+            self.server.received.append(received)
+            self.server.play(self.request)
 
 
 def without_end(head: bytes, piece: bytes) -> Play:
@@ -95,7 +101,7 @@ class HostileServiceTest(DesktopTest):
         assistant.wait_for_answer(NEXT)
         self.close_cleanly(assistant)
         # Beside the suggestions for what was typed.
-        asked = [request for request in hostile.requests if b"/answers " in request]
+        asked = [request for request in hostile.received if b"/answers " in request]
         self.assertEqual(1, len(asked))
 
     def peak_kib(self, assistant: Assistant) -> int:
@@ -114,7 +120,7 @@ class HostileServiceTest(DesktopTest):
         with HostileService(once(b"")) as elsewhere:
             self.survive(once(b"HTTP/1.1 307 Temporary Redirect\r\nContent-Length: 0\r\n"
                               b"Location: http://127.0.0.1:%d/\r\n\r\n" % elsewhere.port), NO_REPLY)
-            self.assertEqual([], elsewhere.requests)
+            self.assertEqual([], elsewhere.received)
 
     def test_question_for_the_users_log_in(self) -> None:
         self.survive(once(b"HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: NTLM\r\n"
