@@ -65,6 +65,14 @@ QByteArray bytesOf(const QImage &image, const char *format)
     return bytes;
 }
 
+QString rowStyle(const QString &colour)
+{
+    return QStringLiteral("QPushButton{text-align:left;padding-left:12px;margin-top:4px;"
+                          "margin-bottom:6px;background-color:transparent;color: %1;font:14px;"
+                          "border:none;}")
+        .arg(colour);
+}
+
 } // namespace
 
 void TestCopyMenu::initTestCase()
@@ -138,6 +146,13 @@ void TestCopyMenu::form()
     QCOMPARE(hint->text(), QStringLiteral("Ctrl+C"));
     QCOMPARE(hint->geometry(), QRect(88, 5, 38, 27));
     QVERIFY(item()->isEnabled());
+    QCOMPARE(item()->styleSheet(),
+             rowStyle(QStringLiteral("#1d2633"))
+                 + QStringLiteral("QPushButton:hover{background-color: #f4f5f8;color: #1d2633;"
+                                  "font:14px;border:none;}QPushButton:pressed{background-color: "
+                                  "#f4f5f8;color: #1d2633;font:14px;border:none;}"));
+    QCOMPARE(hint->styleSheet(), QStringLiteral("QLabel{background-color:transparent;"
+                                                "color: #757575;font:12px;border:none;}"));
 }
 
 void TestCopyMenu::nothingSelected_isGreyed_data()
@@ -150,8 +165,10 @@ void TestCopyMenu::nothingSelected_isGreyed()
     QFETCH(int, kind);
     show(labelOf(kind));
     QVERIFY(!item()->isEnabled());
-    QVERIFY(item()->styleSheet().contains(QLatin1String("#d0d2d9")));
-    QVERIFY(item()->findChild<QLabel *>()->styleSheet().contains(QLatin1String("#d0d2d9")));
+    QCOMPARE(item()->styleSheet(), rowStyle(QStringLiteral("#d0d2d9")));
+    QCOMPARE(item()->findChild<QLabel *>()->styleSheet(),
+             QStringLiteral("QLabel{background-color:transparent;color:#d0d2d9;font:12px;"
+                            "border:none;}"));
     QTest::mouseClick(item(), Qt::LeftButton);
     QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("before"));
 }
