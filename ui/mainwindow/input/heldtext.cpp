@@ -34,13 +34,16 @@ bool holdsText(const QTextFormat &format)
     return format.objectType() == objectType;
 }
 
-/// What \a fragment says from \a begin to \a end, which lie inside it.
+/// What \a fragment says from \a begin to \a end, which lie inside it. Only the object stands for
+/// the held text: Qt gives its format to a text that is set later, too.
 QString fragmentText(const QTextFragment &fragment, int begin, int end)
 {
-    if (!holdsText(fragment.charFormat())) {
-        return fragment.text().mid(begin - fragment.position(), end - begin);
+    QString text = fragment.text().mid(begin - fragment.position(), end - begin);
+    if (holdsText(fragment.charFormat())) {
+        text.replace(QChar::ObjectReplacementCharacter,
+                     fragment.charFormat().stringProperty(heldProperty));
     }
-    return fragment.charFormat().stringProperty(heldProperty).repeated(end - begin);
+    return text;
 }
 
 QString blockText(const QTextBlock &block, int begin, int end)

@@ -29,6 +29,10 @@ private slots:
     void setByAProgram();
     void typedBeyondTheBound_isShown();
     void heldText_isCopied_deleted_andBroughtBack();
+    void heldText_hasTheLineEndsOfShownText();
+    void textSetAfterAHeldOne_isTakenAsItIs();
+    void pairAtTheBound_isNotTorn_data();
+    void pairAtTheBound_isNotTorn();
     void note_hasRoomOnALineOfItsOwn();
     void shortPaste_isShownWhole();
     void guardQuestion();
@@ -37,6 +41,7 @@ private slots:
 private:
     void look(const char *what, const std::function<void()> &action);
     [[nodiscard]] QString asked() const;
+    [[nodiscard]] QString copied() const;
 
     std::unique_ptr<WindowBench> m_bench;
 };
@@ -74,6 +79,14 @@ QString TestHeavyInput::asked() const
     const auto bodies = m_bench->bodies(WindowBench::askPath);
     return bodies.isEmpty() ? QString()
                             : bodies.last().value(QStringLiteral("rawQuery")).toString();
+}
+
+/// Everything in the box, as it is copied.
+QString TestHeavyInput::copied() const
+{
+    m_bench->input()->selectAll();
+    m_bench->input()->copy();
+    return QApplication::clipboard()->text();
 }
 
 void TestHeavyInput::pasted_data()
@@ -158,11 +171,6 @@ void TestHeavyInput::typedBeyondTheBound_isShown()
 void TestHeavyInput::heldText_isCopied_deleted_andBroughtBack()
 {
     const QString text = QString(InputBox::mostShown, QChar(u'长')) + QStringLiteral("末\n尾");
-    const auto copied = [this] {
-        m_bench->input()->selectAll();
-        m_bench->input()->copy();
-        return QApplication::clipboard()->text();
-    };
     QApplication::clipboard()->setText(text);
     m_bench->input()->paste();
     QVERIFY(copied() == text);
@@ -173,6 +181,59 @@ void TestHeavyInput::heldText_isCopied_deleted_andBroughtBack()
     QVERIFY(copied() == text);
     m_bench->window().send_messages();
     QVERIFY(asked() == text.simplified());
+}
+
+void TestHeavyInput::heldText_hasTheLineEndsOfShownText()
+{
+    const QString lines = QStringLiteral("一\u2028二\u00A0三");
+    const QString rest(InputBox::mostShown, QChar(u'长'));
+    QApplication::clipboard()->setText(lines + rest + lines);
+    m_bench->input()->paste();
+    const QString plain = QStringLiteral("一\n二 三");
+    QVERIFY(copied() == plain + rest + plain);
+    m_bench->window().send_messages();
+    QVERIFY(asked() == (plain + rest + plain).simplified());
+}
+
+/// Qt gives a text that is set the format of what the cursor stood behind.
+void TestHeavyInput::textSetAfterAHeldOne_isTakenAsItIs()
+{
+    QApplication::clipboard()->setText(QString(2 * InputBox::mostShown, QChar(u'长')));
+    m_bench->input()->paste();
+    m_bench->input()->selectAll();
+    m_bench->window().send_messages();
+    m_bench->input()->setPlainText(QStringLiteral("短的"));
+    QVERIFY(copied() == QStringLiteral("短的"));
+    m_bench->window().send_messages();
+    QVERIFY(asked() == QStringLiteral("短的"));
+    m_bench->input()->setPlainText(QString(2 * InputBox::mostShown, QLatin1Char('x')));
+    QVERIFY(copied() == QString(2 * InputBox::mostShown, QLatin1Char('x')));
+}
+
+void TestHeavyInput::pairAtTheBound_isNotTorn_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::newRow("pairs begin at even places") << QString();
+    QTest::newRow("pairs begin at odd places") << QStringLiteral("x");
+}
+
+void TestHeavyInput::pairAtTheBound_isNotTorn()
+{
+    QFETCH(QString, before);
+    const QString text = before + QStringLiteral("\U0001F600").repeated(InputBox::mostShown);
+    const auto verifyWhole = [&] {
+        const QString shown = m_bench->input()->toPlainText();
+        const int held = shown.indexOf(QChar::ObjectReplacementCharacter);
+        QVERIFY(held > 0);
+        QVERIFY(shown.at(held - 1).isLowSurrogate());
+        QVERIFY(copied() == text);
+        m_bench->input()->clear();
+    };
+    QApplication::clipboard()->setText(text);
+    m_bench->input()->paste();
+    verifyWhole();
+    m_bench->input()->setPlainText(text);
+    verifyWhole();
 }
 
 void TestHeavyInput::note_hasRoomOnALineOfItsOwn()
