@@ -23,6 +23,7 @@ class ChangedPrograms:
         self._object = folder / "changed.o"
         self._log = log
         self._links: dict[str, str] = {}
+        self._places: dict[str, Path] = {}
         self._kept.mkdir(exist_ok=True)
         self.put_back() # what a run that was broken off has left
 
@@ -40,15 +41,18 @@ class ChangedPrograms:
         if not self._links:
             self._read_links()
         for name in names:
-            os.rename(self._build / "tests" / name, self._kept / name)
+            os.rename(self._places[name], self._kept / name)
         commands = [["sh", "-c", self._links[name].replace(" -o ", f" {self._object} -o ", 1)]
                     for name in names]
         with ThreadPoolExecutor(JOBS) as pool:
             return all(list(pool.map(self._run, commands)))
 
     def put_back(self) -> None:
-        for program in self._kept.iterdir():
-            os.replace(program, self._build / "tests" / program.name)
+        kept = list(self._kept.iterdir())
+        if kept and not self._places:
+            self._read_links()
+        for program in kept:
+            os.replace(program, self._places[program.name])
 
     def _read_links(self) -> None:
         commands = subprocess.run(["ninja", "-C", self._build, "-t", "commands"], check=True,
@@ -56,7 +60,9 @@ class ChangedPrograms:
         for command in commands.splitlines():
             _, found, rest = command.partition(" -o tests/")
             if found:
-                self._links[rest.split()[0]] = command
+                place = self._build / "tests" / rest.split()[0]
+                self._links[place.name] = command
+                self._places[place.name] = place
 
     def _run(self, command: list[str], environment: dict[str, str] | None = None) -> bool:
         return subprocess.run(command, cwd=self._build, stdout=self._log, stderr=self._log,
