@@ -20,6 +20,8 @@ private slots:
     void bodyOfTheLongestLength_isHandedOver();
     void compressedBody_isTakenBack_data();
     void compressedBody_isTakenBack();
+    void compressedBodyOfALength_thatIsTooLong_isGivenUp();
+    void brokenCompression_isNamed_data();
     void brokenCompression_isNamed();
     void oddReply_endsWithinItsRequest_data();
     void oddReply_endsWithinItsRequest();
@@ -212,15 +214,41 @@ void TestHostileService::compressedBody_isTakenBack()
     QCOMPARE(bench.sentHeader("Accept-Encoding"), QByteArray("gzip, deflate"));
 }
 
-void TestHostileService::brokenCompression_isNamed()
+void TestHostileService::compressedBodyOfALength_thatIsTooLong_isGivenUp()
 {
     RequestBench bench;
-    bench.server.setReply({compressedReply("gzip", goodBody), false});
+    const QByteArray body = bombBegin + bombGoesOn.repeated(4000);
+    QVERIFY(body.size() < 1024 * 1024);
+    bench.server.setReply({compressedReply("deflate", body), false});
     const SentRequest sent = bench.post("/a", limitMs);
     QCOMPARE(sent.result, 0);
     QCOMPARE(sent.reply, QByteArray());
+    QVERIFY(bench.log.lines().contains(
+        QStringLiteral("warning: reply is longer than 134217728 bytes, it is given up.")));
     QCOMPARE(bench.log.lines().constLast(),
-             QStringLiteral("warning: https reply error:ProtocolFailure"));
+             QStringLiteral("warning: https reply error:OperationCanceledError"));
+    verifyUsable(bench);
+}
+
+void TestHostileService::brokenCompression_isNamed_data()
+{
+    QTest::addColumn<QByteArray>("status");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("alone") << QByteArray("200 OK") << QStringLiteral("ProtocolFailure");
+    QTest::newRow("of a reply that is an error")
+        << QByteArray("503 No") << QStringLiteral("ServiceUnavailableError");
+}
+
+void TestHostileService::brokenCompression_isNamed()
+{
+    QFETCH(QByteArray, status);
+    QFETCH(QString, error);
+    RequestBench bench;
+    bench.server.setReply({compressedReply("gzip", goodBody).replace("200 OK", status), false});
+    const SentRequest sent = bench.post("/a", limitMs);
+    QCOMPARE(sent.result, 0);
+    QCOMPARE(sent.reply, QByteArray());
+    QCOMPARE(bench.log.lines().constLast(), QStringLiteral("warning: https reply error:") + error);
     verifyUsable(bench);
 }
 

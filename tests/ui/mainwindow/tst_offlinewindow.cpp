@@ -51,6 +51,7 @@ private slots:
     void failedFirstFetch_showsTheLibrary();
     void nextPage_goesRound();
     void libraryReadByItself_holdsQuestionsAndAnswers();
+    void libraryShownByItself_replacesTheServicesQuestions();
     void clickedQuestion_getsItsAnswer();
     void answerWithAPicture_showsIt();
     void unknownQuestion_showsNothing();
@@ -217,6 +218,16 @@ void TestOfflineWindow::libraryReadByItself_holdsQuestionsAndAnswers()
     QCOMPARE(window.answerLocation().at(2), QStringLiteral("<p>答2</p>"));
     QCOMPARE(window.getLocationQuest_Num(numbered(2)), 2);
     QVERIFY(!window.findChild<HotQuestionsColumn *>()); // nothing is shown by that
+}
+
+void TestOfflineWindow::libraryShownByItself_replacesTheServicesQuestions()
+{
+    writeLibrary(2);
+    goOnline();
+    m_bench->window().parseLocalQA();
+    m_bench->window().showLocalQA();
+    QCOMPARE(rows(),
+             (QStringList{QStringLiteral("1. 如何1？"), QStringLiteral("2. 如何2？"), QString()}));
 }
 
 void TestOfflineWindow::clickedQuestion_getsItsAnswer()

@@ -85,6 +85,9 @@ void TestTextWrap::result_isThatOfThePlainRule_data()
     QTest::newRow("mixed") << QStringLiteral("登录时报错 0x80004005, please help！").repeated(20);
     QTest::newRow("one word") << QString(900, QLatin1Char('w'));
     QTest::newRow("narrow") << QString(900, QLatin1Char('i'));
+    QTest::newRow("halves of pairs")
+        << QStringLiteral("a\xD83D").repeated(100) + QStringLiteral("\xDE00").repeated(100);
+    QTest::newRow("half a pair at the end") << QStringLiteral("虚拟桌面") + QChar(u'\xD83D');
     QTest::newRow("kerning") << QStringLiteral("AVAToWaVeLTYAV").repeated(40);
 }
 

@@ -28,7 +28,7 @@ private slots:
     void scrollToBottom_showsTheLastItem();
     void changedHeight_movesWhatFollows();
     void indexAt_findsTheItem();
-    void scrollToItem_hints();
+    void scrollTo_hints();
     void wheelAndKeys_scroll();
     void clickBesideATallEntry_doesNotScroll();
     void entries_paintWhatTheyShow();
@@ -167,22 +167,25 @@ void TestConversationList::indexAt_findsTheItem()
     QVERIFY(!m_list->indexAt({5, -400}).isValid());
 }
 
-void TestConversationList::scrollToItem_hints()
+void TestConversationList::scrollTo_hints()
 {
+    const auto at = [this](int row) {
+        return m_list->model()->index(row, 0);
+    };
     for (int i = 0; i < 20; ++i) {
         append(100);
     }
-    m_list->scrollToItem(m_list->item(10), QAbstractItemView::PositionAtTop);
+    m_list->scrollTo(at(10), QAbstractItemView::PositionAtTop);
     QCOMPARE(bar()->value(), 1000);
-    m_list->scrollToItem(m_list->item(10), QAbstractItemView::PositionAtBottom);
+    m_list->scrollTo(at(10), QAbstractItemView::PositionAtBottom);
     QCOMPARE(bar()->value(), 1100 - height);
-    m_list->scrollToItem(m_list->item(10), QAbstractItemView::PositionAtCenter);
+    m_list->scrollTo(at(10), QAbstractItemView::PositionAtCenter);
     QCOMPARE(bar()->value(), 1050 - height / 2);
-    m_list->scrollToItem(m_list->item(10), QAbstractItemView::EnsureVisible);
+    m_list->scrollTo(at(10), QAbstractItemView::EnsureVisible);
     QCOMPARE(bar()->value(), 1050 - height / 2);
-    m_list->scrollToItem(m_list->item(0), QAbstractItemView::EnsureVisible);
+    m_list->scrollTo(at(0), QAbstractItemView::EnsureVisible);
     QCOMPARE(bar()->value(), 0);
-    m_list->scrollToItem(m_list->item(19), QAbstractItemView::EnsureVisible);
+    m_list->scrollTo(at(19), QAbstractItemView::EnsureVisible);
     QCOMPARE(bar()->value(), bar()->maximum());
 }
 
@@ -196,7 +199,11 @@ void TestConversationList::wheelAndKeys_scroll()
     QTest::keyClick(m_list, Qt::Key_End);
     QCOMPARE(bar()->value(), bar()->maximum());
     QTest::keyClick(m_list, Qt::Key_Up);
-    QVERIFY(bar()->value() < bar()->maximum());
+    QCOMPARE(bar()->value(), bar()->maximum() - bar()->singleStep());
+    QTest::keyClick(m_list, Qt::Key_Down);
+    QCOMPARE(bar()->value(), bar()->maximum());
+    QTest::keyClick(m_list, Qt::Key_PageUp);
+    QCOMPARE(bar()->value(), bar()->maximum() - height);
     QTest::keyClick(m_list, Qt::Key_Home);
     QCOMPARE(bar()->value(), 0);
     const QPoint middle(100, 100);

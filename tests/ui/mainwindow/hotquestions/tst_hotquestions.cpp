@@ -115,6 +115,9 @@ void TestHotQuestions::oddEntries_data()
     QTest::newRow("lines") << QJsonValue(
         QJsonObject{{QStringLiteral("question"), QStringLiteral("一\n二\r\n三\t四")}})
                            << QStringLiteral("1. 一 二  三 四");
+    QTest::newRow("other lines") << QJsonValue(
+        QJsonObject{{QStringLiteral("question"), QStringLiteral("一\u2028二\u2029三\u0085四")}})
+                                 << QStringLiteral("1. 一 二 三 四");
 }
 
 void TestHotQuestions::oddEntries()
