@@ -146,7 +146,7 @@ class ConversationTest(DesktopTest):
 
     def assert_asked(self, service, question: str) -> None:
         """The service took exactly one question with a right signature, and it was this one."""
-        lines = [line for line in service.log.text().splitlines() if "call=ask" in line]
+        lines = [line for line in service.log.lines() if "call=ask" in line]
         self.assertEqual(1, len(lines), lines)
         self.assertIn("signature=good", lines[0])
         self.assertIn("verdict=accepted", lines[0])

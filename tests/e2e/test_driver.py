@@ -114,6 +114,16 @@ class WaitingTest(unittest.TestCase):
             log.mark()
             self.assertFalse(log.has("one"))
 
+    def test_line_that_is_just_being_written_is_no_line_yet(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "a.log"
+            log = ProgramLog(path)
+            self.assertEqual([], log.lines())
+            path.write_bytes(b"one\r\ntw")
+            self.assertEqual(["one"], log.lines())
+            path.write_bytes(b"one\r\ntwo\n")
+            self.assertEqual(["one", "two"], log.lines())
+
     def test_log_that_becomes_its_backup_is_read_on(self) -> None:
         with tempfile.TemporaryDirectory() as folder:
             path = Path(folder) / "a.log"

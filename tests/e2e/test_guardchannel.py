@@ -75,7 +75,7 @@ class GuardChannelTest(DesktopTest):
     def asked(self, service: DemoService) -> list[str]:
         """The questions that the service was asked since the mark."""
         return [line.split('question="')[1].split('"')[0]
-                for line in service.log.text().splitlines() if "call=ask" in line]
+                for line in service.log.lines() if "call=ask" in line]
 
     def test_question_before_readiness_is_asked_after_the_greeting(self) -> None:
         assistant, service, port = self.start_listening()

@@ -144,7 +144,7 @@ class WindowsTest(DesktopTest):
 
     def last_question(self, service) -> str:
         """The service's line about the last question that it was asked."""
-        return [line for line in service.log.text().splitlines() if "call=ask" in line][-1]
+        return [line for line in service.log.lines() if "call=ask" in line][-1]
 
 
 if __name__ == "__main__":

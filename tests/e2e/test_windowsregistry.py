@@ -55,7 +55,7 @@ class WindowsRegistryTest(DesktopTest):
             assistant.ask(QUESTION)
             assistant.wait_for_answer(QUESTION)
             self.close_cleanly(assistant)
-        return [line for line in self.service.log.text().splitlines() if "call=ask" in line][-1]
+        return [line for line in self.service.log.lines() if "call=ask" in line][-1]
 
     def prefix(self, name: str) -> FlushedPrefix:
         return FlushedPrefix(Path(self.folder) / name)

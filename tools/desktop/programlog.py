@@ -33,6 +33,10 @@ class ProgramLog:
         self._seen = len(data)
         return (self._moved + data[self._mark:]).decode(self._encoding, errors="replace")
 
+    def lines(self) -> list[str]:
+        """The lines since the last mark, without the one that is just being written."""
+        return [line.rstrip("\r") for line in self.text().split("\n")[:-1]]
+
     def whole(self) -> str:
         """Everything in the file, whatever was marked."""
         return self.path.read_bytes().decode(self._encoding)
