@@ -20,6 +20,7 @@ private slots:
     void clickBesideALink_saysNothing();
     void keyboard_usesNoLink();
     void hoveredLink_saysWhereItLeads();
+    void nothingElse_isReadFromAFile();
 };
 
 namespace {
@@ -109,6 +110,19 @@ void TestLicenceLinks::hoveredLink_saysWhereItLeads()
     QCOMPARE(QToolTip::text(), QStringLiteral("c:/x"));
     hover(placeOf(text) + QPoint(60, 0));
     QTRY_VERIFY(!QToolTip::isVisible());
+}
+
+void TestLicenceLinks::nothingElse_isReadFromAFile()
+{
+    writeLicence("text");
+    openAbout();
+    QTextEdit *text = view(openLicence());
+    const QUrl readable = QUrl::fromLocalFile(QCoreApplication::applicationFilePath());
+    for (const auto type : {QTextDocument::HtmlResource, QTextDocument::StyleSheetResource}) {
+        QVERIFY(!text->loadResource(type, readable).isValid());
+    }
+    const QVariant picture = text->loadResource(QTextDocument::ImageResource, readable);
+    QCOMPARE(picture.value<QImage>().size(), QSize(1, 1));
 }
 
 QTEST_MAIN(TestLicenceLinks)

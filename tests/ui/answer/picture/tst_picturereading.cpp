@@ -17,6 +17,8 @@ private slots:
     void eightBitsAColour_takeFourBytesAPixel();
     void sixteenBitsAColour_takeEightBytesAPixel();
     void progressiveScans_areGoneThroughOneByOne();
+    void animationWithoutACanvas_hasNoSize_data();
+    void animationWithoutACanvas_hasNoSize();
 };
 
 namespace {
@@ -90,6 +92,22 @@ void TestPictureReading::progressiveScans_areGoneThroughOneByOne()
     QCOMPARE(decodingCost(jpeg, {10, 20}), qint64(200));
     QCOMPARE(decodingCost(scan + scan, {10, 20}), qint64(200)); // no JPEG
     QCOMPARE(decodingCost(jpeg + scan, QSize()), qint64(0));
+}
+
+void TestPictureReading::animationWithoutACanvas_hasNoSize_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("whole") << QByteArray("GIF89a\x02\x00\x03\x01", 10) << QSize(2, 259);
+    QTest::newRow("a byte less") << QByteArray("GIF89a\x02\x00\x03", 9) << QSize();
+    QTest::newRow("only its beginning") << QByteArray("GIF8") << QSize();
+}
+
+void TestPictureReading::animationWithoutACanvas_hasNoSize()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(QSize, size);
+    QCOMPARE(pictureSize(data), size);
 }
 
 QTEST_MAIN(TestPictureReading)
