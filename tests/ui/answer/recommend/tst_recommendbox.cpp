@@ -20,6 +20,7 @@ private slots:
     void pages_followEachOther();
     void fewerThanFive_stillMakesFiveRows();
     void rows_haveNoMargins();
+    void box_isTinted_withRoundCorners();
     void click_reportsQuestionAndId();
     void click_onARowBeyondTheLast_reportsNoQuestion();
     void places_belowAnAnswer();
@@ -124,6 +125,20 @@ void TestRecommendBox::rows_haveNoMargins()
     for (int row = 0; row < page.count(); ++row) {
         QCOMPARE(page.itemWidget(page.item(row))->contentsMargins(), QMargins());
     }
+}
+
+void TestRecommendBox::box_isTinted_withRoundCorners()
+{
+    Measure measure;
+    RecommendBox box(RecommendBox::Kind::OnItsOwn, recommends(5), &measure, nullptr);
+    box.resize(478, 230);
+    QImage drawn(box.size(), QImage::Format_RGB32);
+    drawn.fill(Qt::white);
+    box.render(&drawn, QPoint(), QRegion(), QWidget::DrawChildren);
+    const QColor tint(244, 245, 248);
+    QCOMPARE(drawn.pixelColor(drawn.width() / 2, 2), tint);
+    QCOMPARE(drawn.pixelColor(2, drawn.height() / 2), tint);
+    QCOMPARE(drawn.pixelColor(0, 0), QColor(Qt::white));
 }
 
 void TestRecommendBox::click_reportsQuestionAndId()
