@@ -2,6 +2,7 @@
 
 #include "app/base/logstream.h"
 #include "app/base/texttools.h"
+#include "localchannel/descriptorroom.h"
 #include "localchannel/peerhasleft.h"
 
 #include <QHostAddress>
@@ -12,6 +13,7 @@
 namespace {
 
 constexpr int acceptAgainMs = 1000;
+constexpr int mostPending = 30; // as Qt has it
 
 } // namespace
 
@@ -31,15 +33,39 @@ void AsynTcpSocket::CreateServerSocket(unsigned short port)
     }
     LOG_INFO() << QStringLiteral("Tcp listen the port %1 is success.").arg(port)
                << ", time: " << timeOfDay();
-    connect(tcpServer, &QTcpServer::newConnection, this, [this] { acceptClient(); });
+    connect(tcpServer, &QTcpServer::newConnection, this, [this] {
+        acceptClient();
+        pauseWhenFull();
+    });
     connect(tcpServer, &QTcpServer::acceptError, this, [this] { acceptLater(); });
 }
 
 void AsynTcpSocket::acceptLater()
 {
-    // Qt stops accepting for good when the system has no room for one more connection.
+    // Qt stops accepting for good after an error.
     LOG_WARNING() << "connection cannot be accepted: " << tcpServer->errorString();
     QTimer::singleShot(acceptAgainMs, tcpServer, &QTcpServer::resumeAccepting);
+}
+
+/// Clients may not take every descriptor: the rest of the program needs some. And Qt, once it had
+/// nobody to accept, takes the lack of one for that and tries again without a pause.
+void AsynTcpSocket::pauseWhenFull()
+{
+    if (!hasDescriptorsToSpare(tcpServer->socketDescriptor())) {
+        LOG_WARNING() << "too many clients are connected, the next ones wait.";
+        tcpServer->setMaxPendingConnections(0); // Qt is just accepting: no pause of it ends that
+        QTimer::singleShot(acceptAgainMs, this, &AsynTcpSocket::goOnWithRoom);
+    }
+}
+
+void AsynTcpSocket::goOnWithRoom()
+{
+    if (hasDescriptorsToSpare(tcpServer->socketDescriptor())) {
+        tcpServer->setMaxPendingConnections(mostPending);
+        tcpServer->resumeAccepting();
+    } else {
+        QTimer::singleShot(acceptAgainMs, this, &AsynTcpSocket::goOnWithRoom);
+    }
 }
 
 quint16 AsynTcpSocket::serverPort() const

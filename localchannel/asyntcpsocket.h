@@ -55,6 +55,8 @@ private slots:
 private:
     void acceptClient();
     void acceptLater();
+    void pauseWhenFull();
+    void goOnWithRoom();
     void noticeDepartures(const QTcpSocket *newcomer);
     void setClient(QTcpSocket *socket);
     void write(const QByteArray &data);

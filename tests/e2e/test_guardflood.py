@@ -7,6 +7,7 @@ import contextlib
 import os
 import resource
 import socket
+import time
 import unittest
 
 from desktop.guardchannel import GuardClient, channel_port, document
@@ -28,6 +29,7 @@ MAY_HOLD_KIB = 256 * 1024
 LONG_S = 60 * SLOWNESS
 REFUSED_S = 0.05
 ALLOWED = 128
+IDLE_S = 1.5
 SANITIZED = bool({"ASAN_OPTIONS", "TSAN_OPTIONS"} & set(os.environ))
 
 
@@ -56,6 +58,12 @@ class GuardFloodTest(DesktopTest):
                 return client.acknowledged()
         wait_until(acknowledged, "the channel's acknowledgement", LONG_S)
 
+    def processor_s(self) -> float:
+        """What the program has used of the processors, all its threads."""
+        with open(f"/proc/{self.assistant.process.pid}/stat", encoding="ascii") as stat:
+            user, system = stat.read().rpartition(")")[2].split()[11:13]
+        return (int(user) + int(system)) / os.sysconf("SC_CLK_TCK")
+
     def held_kib(self) -> int:
         with open(f"/proc/{self.assistant.process.pid}/status", encoding="ascii") as status:
             return next(int(line.split()[1]) for line in status if line.startswith("RssAnon:"))
@@ -76,8 +84,12 @@ class GuardFloodTest(DesktopTest):
             for _ in range(200):
                 with contextlib.suppress(TimeoutError):  # the last ones are not accepted any more
                     flood.enter_context(socket.create_connection((LOOPBACK, self.port), REFUSED_S))
-            # Its log has no room either.
-            wait_until(lambda: len(os.listdir(f"/proc/{pid}/fd")) == ALLOWED, "the last descriptor")
+            self.assistant.wait_for_log("too many clients are connected, the next ones wait.")
+            self.user_is_served()
+            self.assertLess(len(os.listdir(f"/proc/{pid}/fd")), ALLOWED)
+            before = self.processor_s()
+            time.sleep(IDLE_S)  # what is used while nothing happens shows over a time only
+            self.assertLess(self.processor_s() - before, IDLE_S / 2)
         self.guard_is_served()
         self.user_is_served()
         self.close_cleanly(self.assistant)

@@ -1,3 +1,4 @@
+#include "tests/localchannel/support/descriptorlimit.h"
 #include "tests/localchannel/support/freeport.h"
 #include "tests/localchannel/support/servertest.h"
 
@@ -21,6 +22,8 @@ private slots:
     void portTaken_isLoggedAndEmitted_andTheObjectStaysInert();
     void otherAddressesOfTheMachine_areNotListenedOn();
     void newClient_isLogged();
+    void errorWhileAccepting_isLogged_andTheNextClientIsServed();
+    void withoutDescriptorsToSpare_clientsWait_andAreServedLater();
     void chunk_isOneMessage();
     void messageInTwoChunks_isTwoMessages();
     void messagesReadTogether_areOne();
@@ -96,6 +99,46 @@ void TestAsynTcpSocket::newClient_isLogged()
                        "port:\\d+, time: <time>$"));
     QVERIFY2(form.match(m_log->timelessLines().last()).hasMatch(),
              qPrintable(m_log->timelessLines().last()));
+}
+
+void TestAsynTcpSocket::errorWhileAccepting_isLogged_andTheNextClientIsServed()
+{
+    listen();
+    auto *server = m_server->findChild<QTcpServer *>();
+    // As Qt does it.
+    server->pauseAccepting();
+    emit server->acceptError(QAbstractSocket::NetworkError);
+    QCOMPARE(loggedLines(QStringLiteral("warning: connection cannot be accepted: ")), 1);
+    const auto client = connected();
+    QVERIFY(client);
+    client->send("x");
+    QTRY_COMPARE_WITH_TIMEOUT(receivedBytes(), QByteArray("x"), waitMs);
+}
+
+void TestAsynTcpSocket::withoutDescriptorsToSpare_clientsWait_andAreServedLater()
+{
+#ifdef Q_OS_LINUX
+    listen();
+    std::vector<std::unique_ptr<GuardClient>> clients;
+    {
+        const DescriptorLimit limit(DescriptorLimit::nextOne() * 2);
+        for (int i = 0; i < 3; ++i) {
+            clients.push_back(std::make_unique<GuardClient>(m_server->serverPort()));
+            QVERIFY(clients.back()->connects());
+            clients.back()->send("x");
+        }
+        const QString waits
+            = QStringLiteral("warning: too many clients are connected, the next ones wait.");
+        QTRY_COMPARE_WITH_TIMEOUT(loggedLines(waits), 1, waitMs);
+        QCOMPARE(loggedLines(newConnection), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(receivedBytes(), QByteArray("x"), waitMs);
+        QVERIFY(!QTest::qWaitFor([this] { return loggedLines(newConnection) > 1; }, 2500));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(receivedBytes(), QByteArray("xxx"), waitMs);
+    QCOMPARE(loggedLines(newConnection), 3);
+#else
+    QSKIP("Descriptors are not counted there.");
+#endif
 }
 
 void TestAsynTcpSocket::chunk_isOneMessage()
