@@ -1,4 +1,5 @@
 #include "tests/support/logcapture.h"
+#include "tests/ui/preview/paintcounter.h"
 #include "tests/ui/preview/previewtest.h"
 
 #include <QLabel>
@@ -7,26 +8,6 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
-
-namespace {
-
-/// Counts how often a widget is painted.
-class PaintCounter : public QObject
-{
-public:
-    explicit PaintCounter(QObject *watched) { watched->installEventFilter(this); }
-
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        count += event->type() == QEvent::Paint ? 1 : 0;
-        return QObject::eventFilter(watched, event);
-    }
-};
-
-} // namespace
 
 /// What the preview shows: still pictures, zoom, fit.
 class TestImageDisplay : public PreviewTest

@@ -1,4 +1,5 @@
 #include "tests/support/logcapture.h"
+#include "tests/ui/preview/paintcounter.h"
 #include "tests/ui/preview/previewtest.h"
 #include "ui/preview/picturelabel.h"
 
@@ -26,6 +27,7 @@ private slots:
     void partOfAHugePicture_isMadeAnew();
     void thinPicture_zoomsAfterTheFit_atOnce();
     void animation_larger_moves();
+    void movedPicture_isPaintedAnew();
     void cursor_saysWhatCanBeTaken();
 
 private:
@@ -248,6 +250,22 @@ void TestMovedPicture::animation_larger_moves()
     QCOMPARE(shown->offset().x(), (size.width() - label()->width() + 1) / 2);
     mouse(QEvent::MouseMove, onPicture, Qt::NoButton);
     QCOMPARE(m_window->cursor().shape(), Qt::OpenHandCursor);
+}
+
+void TestMovedPicture::movedPicture_isPaintedAnew()
+{
+    PictureLabel label(nullptr);
+    label.setFixedSize(50, 50);
+    label.setPixmap(QPixmap(100, 100));
+    label.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&label));
+    QCoreApplication::processEvents();
+    const PaintCounter paints(&label);
+    label.setOffset({3, 0});
+    QTRY_COMPARE(paints.count, 1);
+    label.setOffset({3, 0});
+    QCoreApplication::processEvents();
+    QCOMPARE(paints.count, 1);
 }
 
 void TestMovedPicture::cursor_saysWhatCanBeTaken()

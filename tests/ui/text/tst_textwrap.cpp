@@ -143,6 +143,9 @@ void TestTextWrap::marks_areKeptUpToAHundred()
     const QString more = QLatin1Char('a') + QString(30, QChar(0xad)) + QString(500, QChar(0x301));
     QCOMPARE(withoutMarkRuns(more + QLatin1Char('b') + more).size(), 2 * 101 + 1);
     QVERIFY(withoutMarkRuns(more + QLatin1Char('b')).endsWith(QLatin1Char('b')));
+    const QString marks(100, QChar(0x301));
+    QCOMPARE(withoutMarkRuns(marks), marks);
+    QCOMPARE(withoutMarkRuns(marks + marks), marks);
 }
 
 void TestTextWrap::rowPart_isLongerThanARow()

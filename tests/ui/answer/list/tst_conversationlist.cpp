@@ -148,6 +148,8 @@ void TestConversationList::changedHeight_movesWhatFollows()
     QCOMPARE(m_list->item(1)->sizeHint(), QSize(width, 200));
     QCOMPARE(placeOf(first).top(), 0);
     QCOMPARE(placeOf(third), QRect(0, 250, width, 70));
+    second->setItemHeight(200 + 70); // as high as both were
+    QCOMPARE(placeOf(third).top(), 320);
     second->setItemHeight(10);
     QCOMPARE(placeOf(third).top(), 60);
 }
