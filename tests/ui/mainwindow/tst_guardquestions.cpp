@@ -255,7 +255,7 @@ void TestGuardQuestions::waitingQuestions_areAskedOneByOneInOrder()
 void TestGuardQuestions::tenThousandWaiting_areHandedOverOnAFlatStack()
 {
     constexpr int count = 10'000;
-    constexpr quintptr flat = 64 * 1024; // bytes
+    constexpr quintptr flat = 65'536; // bytes
     quintptr lowest = 0;
     quintptr highest = 0;
     connect(m_window.get(), &Miravel::QAFinished, m_window.get(), [&] {

@@ -32,6 +32,7 @@ private slots:
     void guardQuestion_leavesTheFocus();
     void foldBar_handsTheFocusToTheOther();
     void folding_leavesTheFocusOfOthers();
+    void refresh_leavesTheFocusInItsRow_data();
     void refresh_leavesTheFocusInItsRow();
     void refreshWithFewerQuestions_leadsToTheNextPage();
     void nextPageByKey_keepsTheFocus();
@@ -201,20 +202,28 @@ void TestWindowFocus::folding_leavesTheFocusOfOthers()
     QCOMPARE(focus(), m_bench->input());
 }
 
+void TestWindowFocus::refresh_leavesTheFocusInItsRow_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::newRow("the first") << 1;
+    QTest::newRow("another") << 3;
+}
+
 void TestWindowFocus::refresh_leavesTheFocusInItsRow()
 {
+    QFETCH(int, row);
     m_bench->serveHotQuestions(20);
-    const QPushButton *before = m_bench->hotRow(3);
-    m_bench->hotRow(3)->setFocus();
+    const QPushButton *before = m_bench->hotRow(row);
+    m_bench->hotRow(row)->setFocus();
     QStringList visited;
     const auto note = connect(
         qApp, &QApplication::focusChanged, this, [&visited](QWidget *, const QWidget *now) {
             visited.append(now == nullptr ? QString() : now->accessibleName());
         });
     m_bench->window().refreshHotQuestionsTimer();
-    QTRY_VERIFY(m_bench->hotRow(3) != before);
+    QTRY_VERIFY(m_bench->hotRow(row) != before);
     disconnect(note);
-    QCOMPARE(focus(), m_bench->hotRow(3));
+    QCOMPARE(focus(), m_bench->hotRow(row));
     QVERIFY(!visited.contains(QStringLiteral("关于"))); // nor is it read out on the way
 }
 

@@ -23,6 +23,8 @@ private slots:
     void entryWithTheFocus_staysAwake();
     void entryWithTheFocus_staysAwake_whileAnotherWindowIsActive();
     void veryLongAnswer_staysAwake();
+    void longestAnswerThatSleeps_data();
+    void longestAnswerThatSleeps();
     void neverScrolledTo_sleepsToo();
     void tabKey_bringsWhatItReachesIntoView();
     void foldingFarAbove_movesAllThatFollows();
@@ -153,6 +155,25 @@ void TestSleepingEntries::veryLongAnswer_staysAwake()
     m_region->showAnswer(QStringLiteral("长"), QStringLiteral("<p>一行文字</p>").repeated(500));
     addExchanges(many);
     QVERIFY(answers().at(0)->isAwake());
+}
+
+void TestSleepingEntries::longestAnswerThatSleeps_data()
+{
+    QTest::addColumn<int>("characters");
+    QTest::addColumn<bool>("isAwake");
+    // 4,000, of which a row itself counts 7.
+    QTest::newRow("the longest") << 3993 << false;
+    QTest::newRow("a character more") << 3994 << true;
+}
+
+void TestSleepingEntries::longestAnswerThatSleeps()
+{
+    QFETCH(int, characters);
+    QFETCH(bool, isAwake);
+    const QString text(characters, QLatin1Char('x'));
+    m_region->showAnswer(QStringLiteral("长"), QStringLiteral("<p>%1</p>").arg(text));
+    addExchanges(many);
+    QCOMPARE(answers().at(0)->isAwake(), isAwake);
 }
 
 void TestSleepingEntries::neverScrolledTo_sleepsToo()

@@ -128,6 +128,9 @@ void TestHotQuestionsColumn::form()
     QCOMPARE(next->geometry(), QRect(192, 26, 56, 14));
     QCOMPARE(next->text(), QStringLiteral("换一换"));
     QVERIFY(next->isHidden());
+    const auto *list = column.findChild<QListWidget *>();
+    QCOMPARE(list->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    QCOMPARE(list->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
 }
 
 void TestHotQuestionsColumn::tenServiceQuestions_makeSixteenRows()

@@ -260,6 +260,13 @@ void TestHeavyInput::note_hasRoomOnALineOfItsOwn()
     const QRect caret = box->cursorRect();
     QVERIFY(inkIn(caret.top(), caret.bottom()) > 100);
     QCOMPARE(inkIn(seen.height() - 1, seen.height() - 1), 0); // else it was cut off
+    QRgb darkest = qRgb(255, 255, 255);
+    for (int x = 0; x < caret.left() - 2; ++x) {
+        for (int y = caret.top(); y <= caret.bottom(); ++y) {
+            darkest = qGray(seen.pixel(x, y)) < qGray(darkest) ? seen.pixel(x, y) : darkest;
+        }
+    }
+    QCOMPARE(QColor(darkest), QColor(117, 117, 117));
     const auto *layout = box->document()->documentLayout();
     QCOMPARE(qRound(layout->blockBoundingRect(block).height()),
              qRound(layout->blockBoundingRect(box->document()->begin()).height()));

@@ -127,6 +127,7 @@ void TestInputMenu::rows()
     QVERIFY(button->styleSheet().contains(
         QStringLiteral("QPushButton:hover{background-color: #f4f5f8;")));
     const auto *hint = button->findChild<QLabel *>();
+    QVERIFY(hint != nullptr);
     QCOMPARE(hint->text(), shortcut);
     QVERIFY(hint->styleSheet().contains(QStringLiteral("color: #757575;font:12px")));
 }
