@@ -8,7 +8,9 @@
 
 #include <QBuffer>
 #include <QDir>
+#include <QFile>
 #include <QLabel>
+#include <QMovie>
 #include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -29,6 +31,7 @@ private slots:
     void position_countsThePicturesOfTheConversation();
     void closingThePreview_doesNotEndTheProgram();
     void paging_goesThroughAllAnswers();
+    void pagingToAnAnimation_playsIt();
     void nextPastTheEnd_staysAtTheLast();
     void newPicturesWhileOpen_canBeReached();
     void regionGoes_withThePreviewOpen();
@@ -147,6 +150,24 @@ void TestPicturePreview::paging_goesThroughAllAnswers()
     QCOMPARE(preview->currentIndex(), 0);
     emit preview->nextImage_signal(2);
     QCOMPARE(preview->currentIndex(), 2);
+}
+
+void TestPicturePreview::pagingToAnAnimation_playsIt()
+{
+    QFile file(QStringLiteral(":/Images/waiting.gif"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    m_region->showAnswer(QStringLiteral("动"),
+                         QStringLiteral("<p><img src=\"data:image/gif;base64,%1\" style=\"\"/></p>")
+                             .arg(QLatin1String(file.readAll().toBase64())));
+    m_region->picture_preview(2);
+    const auto playing = [this] {
+        const auto movies = m_region->preview()->findChildren<QMovie *>();
+        return movies.isEmpty() ? QString() : movies.first()->fileName();
+    };
+    QCOMPARE(playing(), QString());
+    clickNext();
+    QCOMPARE(m_region->preview()->currentIndex(), 3);
+    QTRY_COMPARE(playing(), QStringLiteral("gif/3.gif"));
 }
 
 void TestPicturePreview::nextPastTheEnd_staysAtTheLast()

@@ -20,6 +20,7 @@ private slots:
     void animation_restores_toItsOwnSize();
     void tinyAnimation_restoresToASmallWindow();
     void animation_largerThanTheDesktop_isScaled();
+    void narrowAnimation_keepsAPixel();
     void animation_stopsWhileHidden();
     void changeToAnimation_andBack();
     void oldMovie_isGoneBeforeTheNewOneOpens();
@@ -115,6 +116,21 @@ void TestImageDisplayAnimation::animation_largerThanTheDesktop_isScaled()
     QVERIFY(label()->hasScaledContents());
     QCOMPARE(log.lines().last(),
              QStringLiteral("debug: source_pic width or height is bigger then desktop"));
+}
+
+void TestImageDisplayAnimation::narrowAnimation_keepsAPixel()
+{
+    const QSize narrow(1, 2 * widerThanTheDesktop().width());
+    saveAnimation(0, narrow);
+    open(picture(narrow), true, 0);
+    QVERIFY(label()->hasScaledContents());
+    QCOMPARE(label()->width(), 1);
+    const QSize flat(narrow.transposed());
+    saveAnimation(1, flat);
+    m_window->changeImage(picture(flat), QString(), true, 1);
+    click(QStringLiteral("最大化"));
+    QVERIFY(label()->hasScaledContents());
+    QCOMPARE(label()->height(), 1);
 }
 
 void TestImageDisplayAnimation::animation_stopsWhileHidden()
