@@ -131,6 +131,8 @@ void TestHotQuestionsColumn::form()
     const auto *list = column.findChild<QListWidget *>();
     QCOMPARE(list->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     QCOMPARE(list->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    QCOMPARE(list->selectionMode(), QAbstractItemView::NoSelection);
+    QCOMPARE(list->focusPolicy(), Qt::NoFocus);
 }
 
 void TestHotQuestionsColumn::tenServiceQuestions_makeSixteenRows()

@@ -121,6 +121,9 @@ void TestSuggestionPopup::place()
     QCOMPARE(m_popup->geometry().bottom(), 489);
     QCOMPARE(list()->geometry(), QRect(16, 10, 600, 28 * count));
     QCOMPARE(list()->count(), count);
+    QCOMPARE(list()->selectionMode(), QAbstractItemView::NoSelection);
+    QCOMPARE(list()->focusPolicy(), Qt::NoFocus);
+    QCOMPARE(list()->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
 }
 
 void TestSuggestionPopup::lookAndCloseButton()

@@ -23,6 +23,7 @@ private slots:
     void linksAreTheTextsChildren();
     void linkOfSeveralLooks_isOne();
     void link_saysWhereItLeads();
+    void hiddenLink_saysSo();
     void link_cannotBeWritten();
     void newText_hasNewLinks_theSameOneKeepsThem();
     void pressedLink_isActivated_otherActionsAreNot();
@@ -170,6 +171,16 @@ void TestReadTexts::link_saysWhereItLeads()
     QCOMPARE(text()->child(0)->text(QAccessible::Value),
              QStringLiteral("https://a\\u{202E}b.example/"));
     QCOMPARE(text()->child(0)->text(QAccessible::Help), QString());
+}
+
+void TestReadTexts::hiddenLink_saysSo()
+{
+    show(link(one, QStringLiteral("甲")));
+    QAccessibleInterface *found = text()->child(0);
+    QVERIFY(!found->state().invisible);
+    QVERIFY(found->state().linked);
+    m_group->first()->hide();
+    QVERIFY(found->state().invisible);
 }
 
 void TestReadTexts::link_cannotBeWritten()
