@@ -65,11 +65,11 @@ class Bench:
 
     def near(self, path: str) -> list[list[str]]:
         """The tests that may well notice a change of a source: those that include its header, then the
-        others of its room."""
+        others of its room, then those of the rooms beside it."""
         room = Path(path).parent
         header = str(Path(path).with_suffix(".h"))
         names = set(self._tests.names)
-        first, second = set(), set()
+        first, second, third = set(), set(), set()
         for test in (self.sources / "tests").rglob("tst_*.cpp"):
             folder = test.relative_to(self.sources / "tests").parent
             if test.stem not in names or folder.name == "e2e":
@@ -78,7 +78,9 @@ class Bench:
                 first.add(test.stem)
             elif room == folder or room in folder.parents or folder in room.parents:
                 second.add(test.stem)
-        return [sorted(found) for found in (first, second) if found]
+            elif room.parts[:1] == folder.parts[:1]:
+                third.add(test.stem)
+        return [sorted(found) for found in (first, second, third) if found]
 
     def outcome(self, mutation: Mutation, near_only: bool) -> Outcome:
         """What becomes of a change."""

@@ -98,7 +98,7 @@ def main() -> int:
     parser.add_argument("--count", type=int, default=200, help="how many are tried")
     parser.add_argument("--seed", type=int, default=SEED, help="which ones")
     parser.add_argument("--near", action="store_true",
-                        help="run the tests of the room only, not all others too")
+                        help="run the tests of the room and those beside it, not all others too")
     parser.add_argument("--list", action="store_true", help="only say which they would be")
     parser.add_argument("--match", default="", help="only those whose description has this text")
     options = parser.parse_args()
