@@ -28,6 +28,8 @@ private slots:
     void nothing_isEverWritten();
     void wellFormedFile_hasGroupsAndKeys_data();
     void wellFormedFile_hasGroupsAndKeys();
+    void escapedName_isThatOfItsLetters_data();
+    void escapedName_isThatOfItsLetters();
     void anyFile_isReadAsQtReadsIt();
 
 private:
@@ -223,6 +225,34 @@ void TestSettingsFile::wellFormedFile_hasGroupsAndKeys()
     QFETCH(QByteArray, bytes);
     QFETCH(bool, isWellFormed);
     QCOMPARE(readSettings(bytes).isWellFormed, isWellFormed);
+}
+
+void TestSettingsFile::escapedName_isThatOfItsLetters_data()
+{
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("name");
+    const auto row = [](const char *written, const QString &name) {
+        QTest::newRow(written) << QByteArray(written) << name;
+    };
+    row("lev%65l", QStringLiteral("level"));
+    row("%6c%65%76%65%6C", QStringLiteral("level"));
+    row("l%U0065vel", QStringLiteral("level"));
+    row("%U7EA7%U522B", QStringLiteral("级别"));
+    row("%U006", QStringLiteral("%U006"));
+    row("l%6", QStringLiteral("l%6"));
+    row("%zzl", QStringLiteral("%zzl"));
+    row("a\\b", QStringLiteral("a/b"));
+}
+
+void TestSettingsFile::escapedName_isThatOfItsLetters()
+{
+    QFETCH(QByteArray, written);
+    QFETCH(QString, name);
+    const QByteArray bytes = "[Log]\n" + written + "=x\n";
+    const SettingsFile ours(write(bytes));
+    QCOMPARE(ours.value(QStringLiteral("Log/") + name).toString(), QStringLiteral("x"));
+    const QSettings theirs(write(bytes), QSettings::IniFormat);
+    QCOMPARE(theirs.value(QStringLiteral("Log/") + name).toString(), QStringLiteral("x"));
 }
 
 void TestSettingsFile::anyFile_isReadAsQtReadsIt()
