@@ -342,6 +342,8 @@ void TestReaderTree::recommendation_isPressedByTheReader()
 {
     region()->showAnswerWithRecommends(title, text, recommends(2), QString());
     QAccessibleInterface *row = named(below(lastEntry()), QStringLiteral("荐2"));
+    QVERIFY(
+        row->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
     row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QCOMPARE(m_bench->questions(), QStringList{QStringLiteral("荐2")});
 }

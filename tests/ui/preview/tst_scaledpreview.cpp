@@ -19,6 +19,8 @@ private slots:
     void zoomedPicture_keepsItsSize();
     void pictureLeftBySize_isMadeForTheScreen();
     void animationFittedIntoTheDesktop_isPaintedSmoothly();
+    void animationAPixelTooSmall_fillsItsPlace_data();
+    void animationAPixelTooSmall_fillsItsPlace();
 
 private:
     [[nodiscard]] QSize pixels() const;
@@ -83,6 +85,37 @@ void TestScaledPreview::animationFittedIntoTheDesktop_isPaintedSmoothly()
     label.resize(90, 70);
     label.show();
     QCOMPARE(label.devicePixelRatioF(), 2.0);
+    QImage shown(label.size() * 2, QImage::Format_RGB32);
+    shown.setDevicePixelRatio(2);
+    shown.fill(Qt::white);
+    QImage expected = shown;
+    label.render(&shown, QPoint(), QRegion(), QWidget::DrawChildren);
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(label.rect(), movie.currentPixmap());
+    painter.end();
+    QCOMPARE(shown, expected);
+}
+
+void TestScaledPreview::animationAPixelTooSmall_fillsItsPlace_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("in width") << QSize(89, 72);
+    QTest::newRow("in height") << QSize(90, 71);
+}
+
+void TestScaledPreview::animationAPixelTooSmall_fillsItsPlace()
+{
+    QFETCH(QSize, size);
+    screenscale::set(2);
+    saveAnimation(0, size);
+    QMovie movie(QStringLiteral("gif/0.gif"));
+    QVERIFY(movie.jumpToFrame(0));
+    PictureLabel label(nullptr);
+    label.setMovie(&movie);
+    label.setScaledContents(true);
+    label.resize(45, 36); // 90 x 72 pixels
+    label.show();
     QImage shown(label.size() * 2, QImage::Format_RGB32);
     shown.setDevicePixelRatio(2);
     shown.fill(Qt::white);
