@@ -71,6 +71,7 @@ void TestImageDisplay::toolButtons_order_names_andPlaces()
         QPushButton *const found = button(name);
         QCOMPARE(found->toolTip(), name);
         QVERIFY(found->isEnabled());
+        QCOMPARE(found->focusPolicy(), Qt::TabFocus);
         const QPoint place = found->mapTo(m_window.get(), QPoint());
         QVERIFY2(place.x() > last.x() || place.y() > last.y() + titleHeight, qPrintable(name));
         last = place;

@@ -80,6 +80,7 @@ private slots:
     void wholePicture_isDrawnForTheScreen();
     void labelsPicture_isDrawnForTheScreen();
     void labelsAnimation_isShownInItsStatedSize();
+    void labelsSmallAnimation_isStretchedSmoothly();
 };
 
 void TestScaledScreen::initTestCase()
@@ -153,6 +154,23 @@ void TestScaledScreen::labelsAnimation_isShownInItsStatedSize()
     QImage expected(shown.size(), QImage::Format_RGB32);
     expected.fill(Qt::white);
     QPainter(&expected).drawImage(0, 0, frame);
+    QVERIFY(largestDifference(shown, expected) <= rounding);
+}
+
+void TestScaledScreen::labelsSmallAnimation_isStretchedSmoothly()
+{
+    QMovie movie(QStringLiteral(":/Images/waiting.gif"));
+    QVERIFY(movie.jumpToFrame(0));
+    ScaledPicture label(nullptr);
+    label.setMovie(&movie);
+    label.resize(movie.currentPixmap().size());
+    const QImage shown = pixelsOf(label);
+    QImage expected(shown.size(), QImage::Format_RGB32);
+    expected.fill(Qt::white);
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(expected.rect(), movie.currentPixmap());
+    painter.end();
     QVERIFY(largestDifference(shown, expected) <= rounding);
 }
 
