@@ -30,6 +30,7 @@ private slots:
     void wellFormedFile_hasGroupsAndKeys();
     void escapedName_isThatOfItsLetters_data();
     void escapedName_isThatOfItsLetters();
+    void everyEscape_isReadAsQtReadsIt();
     void anyFile_isReadAsQtReadsIt();
 
 private:
@@ -253,6 +254,21 @@ void TestSettingsFile::escapedName_isThatOfItsLetters()
     QCOMPARE(ours.value(QStringLiteral("Log/") + name).toString(), QStringLiteral("x"));
     const QSettings theirs(write(bytes), QSettings::IniFormat);
     QCOMPARE(theirs.value(QStringLiteral("Log/") + name).toString(), QStringLiteral("x"));
+}
+
+void TestSettingsFile::everyEscape_isReadAsQtReadsIt()
+{
+    for (int letter = 1; letter < 256; ++letter) {
+        for (const char *behind : {"", "1x", "8", "fF", "171717"}) {
+            const QByteArray value
+                = QByteArray("a\\").append(static_cast<char>(letter)) + behind + " b";
+            const QByteArray bytes = "[Log]\nlevel=" + value + "\n";
+            const SettingsFile ours(write(bytes));
+            const QSettings theirs(write(bytes), QSettings::IniFormat);
+            QVERIFY2(ours.value(levelKey).toString() == theirs.value(levelKey).toString(),
+                     value.toPercentEncoding());
+        }
+    }
 }
 
 void TestSettingsFile::anyFile_isReadAsQtReadsIt()
