@@ -31,6 +31,7 @@ private slots:
     void hiddenWindow_isMovedButNotShown();
     void typingGoesOnAfterAChange();
     void openPreview_isCentredToo();
+    void openPreview_followsTheWindow();
     void closedPreview_isLeftAlone();
     void otherResolution_showsTheWindowAnew();
     void otherResolution_leavesAHiddenWindowHidden();
@@ -201,6 +202,16 @@ void TestScreens::openPreview_isCentredToo()
                                                      "Miravel to OriginX:%1OriginY:%2")
                                           .arg(place.x())
                                           .arg(place.y())});
+}
+
+void TestScreens::openPreview_followsTheWindow()
+{
+    openPreview();
+    ImageDisplay *preview = m_bench->window().findChild<QARegion *>()->preview();
+    preview->move(3, 3);
+    m_bench->window().slotResize();
+    QCOMPARE(preview->pos(),
+             centredPosition(QGuiApplication::primaryScreen()->size(), preview->size()));
 }
 
 void TestScreens::closedPreview_isLeftAlone()
