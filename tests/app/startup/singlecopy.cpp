@@ -6,6 +6,7 @@
 #include "app/startup/singleapplication.h"
 
 #include <QEvent>
+#include <QTest>
 
 #include <cstdio>
 #include <iostream>
@@ -64,7 +65,10 @@ void show(Window *window, QWidget *other, const QString &state)
     QCoreApplication::processEvents();
     other->show();
     other->activateWindow();
-    QCoreApplication::processEvents();
+    // The window system gives the focus when it gets round to it.
+    if (!QTest::qWaitForWindowActive(other)) {
+        print("not set up");
+    }
     window->watch();
 }
 
