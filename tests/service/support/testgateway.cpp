@@ -1,6 +1,7 @@
 #include "tests/service/support/testgateway.h"
 
 #include <QFile>
+#include <QThread>
 
 namespace {
 
@@ -44,7 +45,10 @@ void TestGateway::holdBack() const
 
 void TestGateway::letGo() const
 {
-    QFile::remove(holdFile());
+    // Windows removes no file that the library is just looking at.
+    while (QFile::exists(holdFile()) && !QFile::remove(holdFile())) {
+        QThread::msleep(1);
+    }
 }
 
 QStringList TestGateway::calls() const
