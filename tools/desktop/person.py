@@ -66,11 +66,16 @@ class Person:
 
     def paste(self, text: str) -> None:
         """Puts text on the clipboard and presses ctrl+v: Chinese has no keys of its own."""
-        self._drop_clipboard()
+        # The owner before ends when the new one takes over: with an empty clipboard between the two
+        # Wine misses the new one now and then.
+        before = self._clipboard
         source = self._folder / "clipboard.txt"
         source.write_text(text, encoding="utf-8")
         self._clipboard = Child(["xclip", "-quiet", "-selection", "clipboard", "-in", source],
                                 env=self._env, output=self._folder / "xclip.log")
+        if before is not None:
+            wait_until(lambda: not before.alive, "the clipboard's new owner")
+            before.stop()
         wait_until(lambda: self._tool("xclip", "-selection", "clipboard", "-out") == text,
                    "the text on the clipboard")
         self.press("ctrl+v")
