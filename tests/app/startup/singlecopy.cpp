@@ -25,7 +25,8 @@ void print(const char *text)
 class Window : public QWidget
 {
 public:
-    /// From now on events are printed.
+    /// From now on events are printed, beginning with its being raised: the window system may tell
+    /// late of the focus that it had when it was shown.
     void watch() { m_watched = true; }
 
 protected:
@@ -38,18 +39,21 @@ protected:
     }
 
 private:
-    void printEvent(QEvent::Type type) const
+    void printEvent(QEvent::Type type)
     {
         if (type == QEvent::ZOrderChange) {
+            m_raised = true;
             print("raised");
-        } else if (type == QEvent::WindowStateChange && windowState() == Qt::WindowNoState) {
+        } else if (m_raised && type == QEvent::WindowStateChange
+                   && windowState() == Qt::WindowNoState) {
             print("normal");
-        } else if (type == QEvent::WindowActivate) {
+        } else if (m_raised && type == QEvent::WindowActivate) {
             print("active");
         }
     }
 
     bool m_watched = false;
+    bool m_raised = false;
 };
 
 /// Shows \a window and lets \a other take the focus, so that coming to the front can be seen.
