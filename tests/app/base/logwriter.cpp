@@ -28,7 +28,9 @@ void logTogether(const QString &name, int count)
     for (int i = 0; i < count; ++i) {
         workers.emplace_back([i, count, &name, &ready] {
             ++ready;
-            while (ready < count) { }
+            while (ready < count) {
+                std::this_thread::yield();
+            }
             LOG_DEBUG() << name << "-" << i << ".";
         });
     }
