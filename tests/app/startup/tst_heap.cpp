@@ -21,7 +21,7 @@ private slots:
 
 namespace {
 
-constexpr std::size_t mebibyte = 1024 * 1024;
+constexpr std::size_t mebibyte = 1024UL * 1024;
 
 struct Freeing
 {

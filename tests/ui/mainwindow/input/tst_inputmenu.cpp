@@ -115,7 +115,9 @@ void TestInputMenu::rows()
     QFETCH(QString, margins);
     open();
     const QPushButton *button = row(text);
-    QVERIFY(button != nullptr);
+    if (button == nullptr) {
+        QFAIL("there is no such row");
+    }
     QVERIFY(button->isEnabled());
     QVERIFY(button->isFlat());
     QCOMPARE(button->size(), size);
