@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# clang-tidy over our own sources, over those named, or over those of the program and its tools:
-# tidy.sh [FILE...|--rooms].
+# clang-tidy over our own sources, over those named, over those of the program and its tools, or over
+# all others: tidy.sh [FILE...|--rooms|--others].
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,10 +15,14 @@ built() {
         fi
     done
 }
-if [[ $# -eq 0 || $1 == --rooms ]]; then
-    places=('*.cpp')
-    [[ $# -eq 0 ]] || places=(app/'*.cpp' service/'*.cpp' localchannel/'*.cpp' locallibrary/'*.cpp'
-                              ui/'*.cpp' tools/'*.cpp')
+rooms=(app service localchannel locallibrary ui tools)
+case ${1:-} in
+    "") places=('*.cpp') ;;
+    --rooms) places=("${rooms[@]/%//*.cpp}") ;;
+    --others) places=('*.cpp' "${rooms[@]/#/:!}") ;;
+    *) places=() ;;
+esac
+if [[ ${#places[@]} -gt 0 ]]; then
     mapfile -t files < <(built "${places[@]}")
     set -- "${files[@]}"
 fi
