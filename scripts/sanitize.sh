@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The tests under sanitizers: sanitize.sh runs every test under ASan and UBSan and the threaded ones
-# under TSan; sanitize.sh --short only the end-to-end tests under ASan and UBSan, and the threaded
-# ones under TSan, and builds only what those need.
+# under TSan; sanitize.sh --short only the end-to-end tests and the replayed inputs of the fuzzers
+# under ASan and UBSan, and the threaded ones under TSan, and builds only what those need.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -25,6 +25,6 @@ for preset in tsan asan; do
 done
 mapfile -t threaded < <(names tsan)
 scripts/test.sh --only tsan "${threaded[@]}" -- || failed=1
-mapfile -t end_to_end < <(names asan -L e2e | grep '^tst_')
-scripts/test.sh --only asan "${started[@]}" "${end_to_end[@]}" -- -L e2e || failed=1
+mapfile -t programs < <(names asan -L 'e2e|replay' | grep -E '^(tst|replay)_')
+scripts/test.sh --only asan "${started[@]}" "${programs[@]}" -- -L 'e2e|replay' || failed=1
 exit "$failed"
