@@ -24,12 +24,29 @@ private slots:
 
 private:
     [[nodiscard]] QSize pixels() const;
+    static void checkFilledSmoothly(PictureLabel *label, const QPixmap &frame);
 };
 
 /// The size of what the label holds, in the pixels of the screen.
 QSize TestScaledPreview::pixels() const
 {
     return label()->pixmap(Qt::ReturnByValue).size();
+}
+
+/// That \a label, on a screen of twice the pixels, shows \a frame smoothly over all its place.
+void TestScaledPreview::checkFilledSmoothly(PictureLabel *label, const QPixmap &frame)
+{
+    constexpr int scale = 2;
+    QImage shown(label->size() * scale, QImage::Format_RGB32);
+    shown.setDevicePixelRatio(scale);
+    shown.fill(Qt::white);
+    QImage expected = shown;
+    label->render(&shown, QPoint(), QRegion(), QWidget::DrawChildren);
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(label->rect(), frame);
+    painter.end();
+    QCOMPARE(shown, expected);
 }
 
 void TestScaledPreview::picture_isMadeForTheScreen()
@@ -85,16 +102,7 @@ void TestScaledPreview::animationFittedIntoTheDesktop_isPaintedSmoothly()
     label.resize(90, 70);
     label.show();
     QCOMPARE(label.devicePixelRatioF(), 2.0);
-    QImage shown(label.size() * 2, QImage::Format_RGB32);
-    shown.setDevicePixelRatio(2);
-    shown.fill(Qt::white);
-    QImage expected = shown;
-    label.render(&shown, QPoint(), QRegion(), QWidget::DrawChildren);
-    QPainter painter(&expected);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(label.rect(), movie.currentPixmap());
-    painter.end();
-    QCOMPARE(shown, expected);
+    checkFilledSmoothly(&label, movie.currentPixmap());
 }
 
 void TestScaledPreview::animationAPixelTooSmall_fillsItsPlace_data()
@@ -116,16 +124,7 @@ void TestScaledPreview::animationAPixelTooSmall_fillsItsPlace()
     label.setScaledContents(true);
     label.resize(45, 36); // 90 x 72 pixels
     label.show();
-    QImage shown(label.size() * 2, QImage::Format_RGB32);
-    shown.setDevicePixelRatio(2);
-    shown.fill(Qt::white);
-    QImage expected = shown;
-    label.render(&shown, QPoint(), QRegion(), QWidget::DrawChildren);
-    QPainter painter(&expected);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(label.rect(), movie.currentPixmap());
-    painter.end();
-    QCOMPARE(shown, expected);
+    checkFilledSmoothly(&label, movie.currentPixmap());
 }
 
 int main(int argc, char *argv[])
