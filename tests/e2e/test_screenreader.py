@@ -261,6 +261,8 @@ class ScreenReaderTest(DesktopTest):
                 self.assertNotIn(heard.role, ("frame", "window", "dialog"), window.outline())
 
     def close_dialog(self, assistant: Assistant, title: str) -> None:
+        # A moment passes until a window that comes up, or is left over, is given the keyboard.
+        wait_until(lambda: assistant.person.has_keyboard(title), f"the keyboard for {title}")
         assistant.person.press("Escape")
         wait_until(lambda: not assistant.person.windows(title), f"the end of {title}")
 

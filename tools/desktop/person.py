@@ -32,6 +32,10 @@ class Person:
         """The visible windows with exactly this title."""
         return self._tool("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()
 
+    def has_keyboard(self, title: str) -> bool:
+        """Whether keys go to the window with exactly this title. Needs a window manager."""
+        return self._tool("xdotool", "getwindowfocus", "getwindowname").rstrip("\n") == title
+
     def position(self, window: str) -> tuple[int, int]:
         """Where a window's upper left corner is on the screen; (-1, -1) when it has gone."""
         values = self._geometry(window)
