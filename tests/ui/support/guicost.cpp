@@ -46,6 +46,11 @@ qint64 longestStallMs(const std::function<void()> &action, const std::function<b
     return longest;
 }
 
+int slowness()
+{
+    return qMax(1, qEnvironmentVariableIntValue("MIRAVEL_TEST_SLOWNESS"));
+}
+
 void resetPeakMemory()
 {
     QFile file(QStringLiteral("/proc/self/clear_refs"));

@@ -14,6 +14,11 @@
 [[nodiscard]] qint64 longestStallMs(const std::function<void()> &action,
                                     const std::function<bool()> &isDone = {});
 
+/// How many times as long as in a shipped build anything may take in this one: what the environment
+/// variable MIRAVEL_TEST_SLOWNESS says, else 1. Presets without optimisation set it for their
+/// tests.
+[[nodiscard]] int slowness();
+
 /// Forgets the peak of peakMemoryMb(). Where the system cannot, nothing happens.
 void resetPeakMemory();
 
