@@ -1,5 +1,7 @@
 #include "tests/support/unreadablefile.h"
 
+#include "tests/support/ordinaryuser.h"
+
 #include <QFile>
 
 #ifdef Q_OS_WIN
@@ -32,33 +34,22 @@ const char *UnreadableFile::whyNot() const
 
 #else
 
-#include <unistd.h>
-
 struct UnreadableFile::Hold
 {
-    uid_t user;
-    bool isOrdinary;
+    OrdinaryUser user;
 };
 
 UnreadableFile::UnreadableFile(const QString &path)
-    : m_hold(std::make_unique<Hold>())
 {
-    constexpr uid_t nobody = 65534;
     QFile::setPermissions(path, QFile::WriteOwner);
-    m_hold->user = geteuid();
-    m_hold->isOrdinary = m_hold->user != 0 || seteuid(nobody) == 0;
+    m_hold = std::make_unique<Hold>();
 }
 
-UnreadableFile::~UnreadableFile()
-{
-    if (geteuid() != m_hold->user && seteuid(m_hold->user) != 0) {
-        qFatal("The rights of before cannot be taken back");
-    }
-}
+UnreadableFile::~UnreadableFile() = default;
 
 const char *UnreadableFile::whyNot() const
 {
-    return m_hold->isOrdinary ? nullptr : "root cannot become another user here";
+    return m_hold->user.isOrdinary() ? nullptr : "root cannot become another user here";
 }
 
 #endif

@@ -33,7 +33,7 @@ class Person:
         return self._tool("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()
 
     def has_keyboard(self, title: str) -> bool:
-        """Whether keys go to the window with exactly this title. Needs a window manager."""
+        """Whether keys go to the window with exactly this title."""
         return self._tool("xdotool", "getwindowfocus", "getwindowname").rstrip("\n") == title
 
     def position(self, window: str) -> tuple[int, int]:

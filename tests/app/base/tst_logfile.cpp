@@ -1,6 +1,7 @@
 #include "app/base/loghandler.h"
 #include "tests/app/base/support/logfolder.h"
 #include "tests/support/childprocess.h"
+#include "tests/support/ordinaryuser.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -130,9 +131,14 @@ void TestLogFile::missingFolder_dropsTheMessageAndIsNotCreated()
 void TestLogFile::readOnlyFolder_dropsTheMessage()
 {
     const QFile::Permissions all = QFile::permissions(m_log->path());
-    QVERIFY(QFile::setPermissions(m_log->path(), QFile::ReadOwner | QFile::ExeOwner));
-    const bool ignored = makeFile(m_log->file(QStringLiteral("probe")), 0);
-    logMessageHandler(QtCriticalMsg, exampleContext(), QStringLiteral("lost"));
+    QVERIFY(QFile::setPermissions(m_log->path(), QFile::ReadOwner | QFile::ExeOwner
+                                                     | QFile::ReadOther | QFile::ExeOther));
+    bool ignored = false;
+    {
+        const OrdinaryUser user;
+        ignored = makeFile(m_log->file(QStringLiteral("probe")), 0);
+        logMessageHandler(QtCriticalMsg, exampleContext(), QStringLiteral("lost"));
+    }
     QVERIFY(QFile::setPermissions(m_log->path(), all));
     if (ignored) {
         QSKIP("This user may write into a read-only folder.");
